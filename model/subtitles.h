@@ -1,0 +1,88 @@
+#pragma once
+
+#include "model/undohistory.h"
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+/// The subtitle document in memory: titles numbered from 1 to `Count`, each with
+/// start and end (seconds) and text (UTF-8; lines joined by carriage return +
+/// line feed; the tags <i>, </i>, <b>, </b>). An index outside 1..Count is no
+/// error: getters answer 0 or "", setters do nothing.
+///
+/// The list does not sort itself; `Locate` expects ascending start times.
+/// Every setter, `Delete` and `Insert` records one undo step while `UndoEnabled`.
+class SUBTITLES {
+  public:
+    /// Raised after `Undo` took back an insertion or a deletion.
+    std::function<void()> UndoChangedListLength;
+    /// true: the first step is about to be recorded; false: none is left.
+    std::function<void(bool)> UndoPossible;
+
+    /// Empties the list. The undo history is left as it is: whoever starts a new
+    /// document calls `ClearUndo` too.
+    void Clear();
+    /// Appends a title; never undoable. Makes room 100 titles at a time, as far
+    /// as `UpperBound` tells; N calls cost O(N).
+    void Add(double start, double end, std::string text);
+    /// Makes room for a document of about that many titles.
+    void Reserve(std::int32_t count);
+    std::int32_t UpperBound() const { return m_upperBound; }
+
+    /// The first title that starts at or after the time, at least 1 and at most
+    /// `Count`; 0 on an empty list. Times at or past the end of the last title
+    /// but one give the last title. Logarithmic; ends on unsorted lists too.
+    std::int32_t Locate(double time) const;
+
+    /// Both times in one undo step.
+    void SetTimes(std::int32_t index, double start, double end);
+    double StartTime(std::int32_t index) const;
+    void StartTime(std::int32_t index, double value);
+    double EndTime(std::int32_t index) const;
+    void EndTime(std::int32_t index, double value);
+    const std::string& Text(std::int32_t index) const;
+    void Text(std::int32_t index, std::string value);
+    std::int32_t Count() const { return static_cast<std::int32_t>(m_titles.size()); }
+
+    void Delete(std::int32_t index);
+    /// Deletes all given titles in one pass, with the same undo steps as `Delete`
+    /// called for each from the first to the last. The indexes ascend.
+    void DeleteAll(const std::vector<std::int32_t>& indexes);
+    /// 1 <= index <= Count + 1; otherwise nothing.
+    void Insert(std::int32_t index, double start, double end, std::string text);
+
+    bool UndoEnabled() const { return m_undoEnabled; }
+    void UndoEnabled(bool enabled) { m_undoEnabled = enabled; }
+    /// Takes the newest step back, recording or not. Answers the number of the
+    /// title it concerned, 0 when there is nothing to take back.
+    std::int32_t Undo();
+    std::int16_t UndoCount() const { return m_history.Count(); }
+    void ClearUndo();
+
+    const UndoHistory& History() const { return m_history; }
+    /// Puts a stored history back, oldest record first in the vector.
+    void RestoreHistory(std::vector<UndoHistory::Record> records);
+
+  private:
+    struct Title {
+        double start;
+        double end;
+        std::string text;
+    };
+
+    bool Holds(std::int32_t index) const { return index >= 1 && index <= Count(); }
+    Title& At(std::int32_t index) { return m_titles[static_cast<std::size_t>(index - 1)]; }
+    const Title& At(std::int32_t index) const {
+        return m_titles[static_cast<std::size_t>(index - 1)];
+    }
+    double SearchStart(std::int32_t index) const;
+    void Record(UndoHistory::Kind kind, std::int32_t index);
+
+    std::vector<Title> m_titles;
+    std::int32_t m_upperBound = 0;
+    UndoHistory m_history;
+    bool m_undoEnabled = false;
+    bool m_undoing = false;
+};

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QFont>
+#include <QString>
+
+#include <optional>
+
+class QWidget;
+
+/// The open, save and font dialogs. The chosen name stays in `FileName`, which is
+/// where the next dialog starts; a cancelled dialog leaves it as it was.
+class CommonDialog {
+  public:
+    /// "SAMI files (*.smi)|*.smi|SubRip files (*.srt)|*.srt": pairs of text and patterns.
+    QString Filter;
+    QString Title;
+    QString FileName;
+    /// The open dialog takes existing files only.
+    bool FileMustExist = false;
+
+    /// false: cancelled.
+    bool ShowOpen(QWidget* parent);
+    /// Asks before an existing file is overwritten. false: cancelled.
+    bool ShowSave(QWidget* parent);
+};
+
+/// Nothing when cancelled.
+std::optional<QFont> ChooseFont(QWidget* parent, const QFont& current);

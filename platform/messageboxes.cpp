@@ -1,0 +1,36 @@
+#include "platform/messageboxes.h"
+
+#include <QMessageBox>
+
+namespace {
+
+QMessageBox::Icon IconOf(MessageIcon icon) {
+    switch (icon) {
+    case MessageIcon::None:
+        return QMessageBox::NoIcon;
+    case MessageIcon::Exclamation:
+        return QMessageBox::Warning;
+    case MessageIcon::Question:
+        return QMessageBox::Question;
+    case MessageIcon::Critical:
+        return QMessageBox::Critical;
+    }
+    return QMessageBox::NoIcon;
+}
+
+QMessageBox::StandardButton Ask(QWidget* parent, const QString& text, MessageIcon icon,
+                                QMessageBox::StandardButtons buttons) {
+    QMessageBox box(IconOf(icon), QStringLiteral("Quelmar"), text, buttons, parent);
+    box.setTextFormat(Qt::PlainText);
+    return static_cast<QMessageBox::StandardButton>(box.exec());
+}
+
+} // namespace
+
+void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon) {
+    Ask(parent, text, icon, QMessageBox::Ok);
+}
+
+bool AskYesNo(QWidget* parent, const QString& text, MessageIcon icon) {
+    return Ask(parent, text, icon, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+}
