@@ -1,8 +1,12 @@
-# One target carries what every target of ours is compiled with: the warnings,
-# the hardening of release builds, the sanitizers when they are asked for.
+# What linking a library of ours brings to others: the language and the project's
+# root as include path.
+add_library(quelmar_root INTERFACE)
+target_compile_features(quelmar_root INTERFACE cxx_std_20)
+target_include_directories(quelmar_root INTERFACE "${PROJECT_SOURCE_DIR}")
+
+# What only our own targets are compiled with: the warnings, the hardening of
+# optimised builds, the sanitizers when they are asked for.
 add_library(quelmar_options INTERFACE)
-target_compile_features(quelmar_options INTERFACE cxx_std_20)
-target_include_directories(quelmar_options INTERFACE "${PROJECT_SOURCE_DIR}")
 
 if(PROJECT_IS_TOP_LEVEL)
   target_compile_options(
@@ -47,5 +51,5 @@ endif()
 # quelmar_folder(NAME SOURCES... ): the static library of one folder.
 function(quelmar_folder name)
   add_library(${name} STATIC ${ARGN})
-  target_link_libraries(${name} PUBLIC quelmar_options)
+  target_link_libraries(${name} PUBLIC quelmar_root PRIVATE quelmar_options)
 endfunction()
