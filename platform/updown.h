@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QWidget>
+
+/// An up-down control: two arrow halves, one above the other. It has no value
+/// and no repeat of its own; its owner listens and acts.
+class UpDown : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit UpDown(QWidget* parent = nullptr);
+
+    QSize sizeHint() const override;
+
+  signals:
+    /// A click counts for the half that was pressed and comes with the release,
+    /// right after `MouseUp`; the arrow keys click too.
+    void DownClick();
+    void UpClick();
+    /// The left button went down at this height (pixels from the top).
+    void MouseDown(int y);
+    void MouseUp();
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    enum class Half { None, Upper, Lower };
+
+    void Click(Half half);
+
+    Half m_pressed = Half::None;
+};
