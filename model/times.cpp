@@ -3,6 +3,8 @@
 #include "model/numbers.h"
 #include "platform/base/runtimeerror.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -25,16 +27,50 @@ std::optional<double> WholeSeconds(std::string_view text, std::size_t mark) {
     return (*hours * 60 + *minutes) * 60 + *seconds;
 }
 
-void AppendPadded(std::string& text, std::int64_t value, int width) {
-    const std::string digits = std::to_string(value);
-    for (auto missing = width - static_cast<int>(digits.size()); missing > 0; --missing)
-        text += '0';
-    text += digits;
+/// The value of 'hh:mm:ss,mmm' of digits alone, the form in which nearly every
+/// time arrives; the general way gives the same, only slower.
+std::optional<double> PlainTime(std::string_view text) {
+    constexpr std::string_view Shape = "00:00:00,000";
+    if (text.size() != Shape.size())
+        return std::nullopt;
+    unsigned wrong = 0;
+    std::array<unsigned, Shape.size()> digits{};
+    for (std::size_t i = 0; i < Shape.size(); ++i) {
+        digits[i] = static_cast<unsigned char>(text[i]) - static_cast<unsigned>(Shape[i]);
+        wrong |= static_cast<unsigned>(digits[i] > (Shape[i] == '0' ? 9U : 0U));
+    }
+    if (wrong != 0)
+        return std::nullopt;
+    const unsigned hours = digits[0] * 10 + digits[1];
+    const unsigned minutes = digits[3] * 10 + digits[4];
+    const unsigned seconds = digits[6] * 10 + digits[7];
+    const unsigned milliseconds = digits[9] * 100 + digits[10] * 10 + digits[11];
+    return static_cast<double>((hours * 60 + minutes) * 60 + seconds) +
+           static_cast<double>(milliseconds) / 1000;
+}
+
+/// A whole number in exactly that many digits, its first ones cut off if need be.
+void PutDigits(char* to, unsigned value, int width) {
+    for (int at = width - 1; at >= 0; --at) {
+        to[at] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    }
+}
+
+constexpr int DigitsOf(unsigned value) {
+    int digits = 1;
+    while (value >= 10) {
+        value /= 10;
+        ++digits;
+    }
+    return digits;
 }
 
 } // namespace
 
 double ParseTime(std::string_view text) {
+    if (const auto plain = PlainTime(text))
+        return *plain;
     const bool negative = text.starts_with('-');
     if (negative)
         text.remove_prefix(1);
@@ -50,6 +86,12 @@ double ParseTime(std::string_view text) {
 }
 
 std::string FormatTime(double seconds) {
+    std::string text;
+    AppendTime(text, seconds);
+    return text;
+}
+
+void AppendTime(std::string& text, double seconds) {
     const double value = std::abs(seconds);
     const double hours = std::floor(value / 3600);
     if (!(hours <= std::numeric_limits<std::int16_t>::max()))
@@ -57,22 +99,32 @@ std::string FormatTime(double seconds) {
     double rest = std::fmax(0.0, value - hours * 3600);
     const double minutes = std::floor(rest / 60);
     rest -= minutes * 60;
-    const auto milliseconds = static_cast<std::int64_t>(std::floor(rest * 1000 + 0.5));
+    const auto milliseconds = static_cast<unsigned>(std::floor(rest * 1000 + 0.5));
 
-    std::string text;
-    AppendPadded(text, static_cast<std::int64_t>(hours), 2);
-    text += ':';
-    AppendPadded(text, static_cast<std::int64_t>(minutes), 2);
-    text += ':';
-    AppendPadded(text, milliseconds / 1000, 2);
-    text += '.';
-    AppendPadded(text, milliseconds % 1000, 3);
+    const auto wholeHours = static_cast<unsigned>(hours);
+    const int width = std::max(2, DigitsOf(wholeHours));
+    std::array<char, 20> form{};
+    char* to = form.data();
+    if (seconds < 0)
+        *to++ = '-';
+    char* const time = to;
+    PutDigits(to, wholeHours, width);
+    to += width;
+    *to++ = ':';
+    PutDigits(to, static_cast<unsigned>(minutes), 2);
+    to += 2;
+    *to++ = ':';
+    PutDigits(to, milliseconds / 1000, 2);
+    to += 2;
+    *to++ = '.';
+    PutDigits(to, milliseconds % 1000, 3);
+    to += 3;
     // The ninth character is the decimal mark up to 99 hours; from 100 hours on
     // it is a digit of the seconds, and is overwritten all the same.
-    text[8] = ',';
-    if (seconds < 0)
-        text.insert(0, 1, '-');
-    return text;
+    time[8] = ',';
+    text.append(form.data(), to);
 }
 
-double RoundTime(double seconds) { return std::floor(seconds * 1000 + 0.5) * 0.001; }
+double RoundTime(double seconds) {
+    return std::floor(seconds * 1000 + 0.5) * 0.001;
+}

@@ -15,6 +15,8 @@ double ParseTime(std::string_view text);
 /// not carry: 59.9996 s gives '00:00:60,000'. 32768 hours or more are the
 /// run-time error "Overflow".
 std::string FormatTime(double seconds);
+/// Appends what `FormatTime` gives; nothing on overflow.
+void AppendTime(std::string& text, double seconds);
 
 /// To the nearest millisecond, halves toward +infinity.
 double RoundTime(double seconds);
