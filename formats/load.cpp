@@ -1,1 +1,70 @@
 #include "formats/load.h"
+
+#include "formats/encoding.h"
+#include "formats/linereader.h"
+#include "platform/base/runtimeerror.h"
+
+namespace {
+
+constexpr double DefaultFrameRate = 25;
+
+std::string Utf8Name(const std::filesystem::path& file) {
+    const std::u8string name = file.u8string();
+    return {name.begin(), name.end()};
+}
+
+/// By the first line that is not empty; one of blanks alone counts.
+const Format* FormatOfText(std::string_view text) {
+    LineReader lines(text);
+    std::string_view line;
+    while (line.empty()) {
+        if (lines.AtEnd())
+            throw RuntimeError(RuntimeError::Number::InputPastEndOfFile);
+        line = lines.Next();
+    }
+    return FormatByFirstLine(line);
+}
+
+LoadResult ReadTitles(const std::filesystem::path& file, std::string_view text, SUBTITLES& titles,
+                      FileStyle& style, const LoadHooks& hooks) {
+    const Format* format = FormatByName(Utf8Name(file));
+    if (format == nullptr)
+        format = FormatOfText(text);
+    if (format == nullptr)
+        return {LoadOutcome::UnknownFormat, nullptr, "Could not determine file format"};
+
+    double frameRate = DefaultFrameRate;
+    if (format->needsFrameRate && hooks.askFrameRate)
+        frameRate = hooks.askFrameRate();
+    if (hooks.loading)
+        hooks.loading();
+    switch (format->read(text, frameRate, titles, style, hooks.progress)) {
+    case ReadOutcome::Complete:
+        break;
+    case ReadOutcome::Corrupt:
+        return {LoadOutcome::Corrupt, format, format->corruptMessage};
+    case ReadOutcome::Cancelled:
+        return {LoadOutcome::Cancelled, format, {}};
+    }
+    return {LoadOutcome::Complete, format, {}};
+}
+
+} // namespace
+
+LoadResult LoadTitles(const std::filesystem::path& file, const std::string& codePage,
+                      SUBTITLES& titles, FileStyle& style, const LoadHooks& hooks) {
+    titles.UndoEnabled(false);
+    titles.Clear();
+    style = {};
+    std::optional<FileBytes> bytes = ReadWholeFile(file);
+    if (!bytes)
+        return {LoadOutcome::NotOpened, nullptr, {}};
+
+    const DecodedText decoded(std::move(*bytes), codePage);
+    style.encoding = decoded.Encoding();
+    style.byteOrderMark = decoded.ByteOrderMark();
+    LoadResult result = ReadTitles(file, decoded.Text(), titles, style, hooks);
+    titles.ClearUndo();
+    titles.UndoEnabled(true);
+    return result;
+}

@@ -12,6 +12,8 @@ struct SaveHooks {
     std::function<double()> askFrameRate;
     /// Called when everything is composed, right before an existing file is emptied.
     std::function<void()> beforeWriting;
+    /// Return only when the file is on the disk, so that a power cut cannot take it.
+    bool flushToDisk = true;
 };
 
 struct SaveResult {
