@@ -1,1 +1,83 @@
 #include "platform/commondialogs.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QFontDialog>
+#include <QStringList>
+
+namespace {
+
+// "*.mpg;*.mpeg" becomes "*.mpg *.MPG *.mpeg *.MPEG": dialogs of the desktop mind
+// letter case where the file system does.
+QString Patterns(const QString& patterns) {
+    QStringList result;
+    for (const QString& pattern : patterns.split(';', Qt::SkipEmptyParts)) {
+        const QString trimmed = pattern.trimmed();
+#ifdef Q_OS_WIN
+        result << trimmed;
+#else
+        result << (trimmed == "*.*" ? QStringLiteral("*") : trimmed);
+        if (trimmed.toUpper() != trimmed)
+            result << trimmed.toUpper();
+#endif
+    }
+    return result.join(' ');
+}
+
+QStringList NameFilters(const QString& filter) {
+    const QStringList parts = filter.split('|');
+    QStringList result;
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        result << parts[i] + " (" + Patterns(parts[i + 1]) + ")";
+    return result;
+}
+
+// The file's folder, or the nearest one above it that is there.
+QDir StartFolder(const QFileInfo& file) {
+    QString path = file.absolutePath();
+    while (!QFileInfo(path).isDir()) {
+        const QString parent = QFileInfo(path).absolutePath();
+        if (parent == path)
+            return QDir::current();
+        path = parent;
+    }
+    return QDir(path);
+}
+
+bool Run(QFileDialog& dialog, const CommonDialog& settings, QString& fileName) {
+    // The filters' texts name the patterns themselves.
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    dialog.setNameFilters(NameFilters(settings.Filter));
+    if (!fileName.isEmpty()) {
+        const QFileInfo file(fileName);
+        dialog.setDirectory(StartFolder(file));
+        dialog.selectFile(file.fileName());
+    }
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return false;
+    fileName = QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+    return true;
+}
+
+} // namespace
+
+bool CommonDialog::ShowOpen(QWidget* parent) {
+    QFileDialog dialog(parent, Title);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    dialog.setFileMode(FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+    return Run(dialog, *this, FileName);
+}
+
+bool CommonDialog::ShowSave(QWidget* parent) {
+    QFileDialog dialog(parent, Title);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    return Run(dialog, *this, FileName);
+}
+
+std::optional<QFont> ChooseFont(QWidget* parent, const QFont& current) {
+    bool chosen = false;
+    const QFont font = QFontDialog::getFont(&chosen, current, parent);
+    return chosen ? std::optional(font) : std::nullopt;
+}
