@@ -1,0 +1,25 @@
+#pragma once
+
+#include "model/session.h"
+
+#include <QDialog>
+
+class QComboBox;
+class QPushButton;
+
+/// Asks for the frames per second of a frame-counting file. Closed by its close
+/// box, it leaves the rate as it is.
+class frmFrameRate : public QDialog {
+    Q_OBJECT
+
+  public:
+    frmFrameRate(Session& session, QWidget* parent);
+
+  private:
+    void Form_Load();
+    void cmdOK_Click();
+
+    Session& m_session;
+    QComboBox* cboFramerate;
+    QPushButton* cmdOK;
+};
