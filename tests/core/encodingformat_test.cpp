@@ -1,0 +1,201 @@
+#include "formattesting.h"
+
+#include "formats/encoding.h"
+#include "platform/base/codepages.h"
+#include "platform/base/utf8.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace std::string_view_literals;
+using Encoding = FileStyle::Encoding;
+
+constexpr std::string_view Times = "1\r\n00:00:01,000 --> 00:00:02,000\r\n";
+constexpr std::string_view End = "\r\n\r\n";
+
+std::string Block(std::string_view text) {
+    return std::string(Times) + std::string(text) + std::string(End);
+}
+
+/// Every byte as one unit of two bytes, after the mark.
+std::string Utf16(std::string_view ascii, bool bigEndian) {
+    std::string bytes = bigEndian ? "\xFE\xFF" : "\xFF\xFE";
+    for (const char c : ascii) {
+        if (bigEndian)
+            bytes += '\0';
+        bytes += c;
+        if (!bigEndian)
+            bytes += '\0';
+    }
+    return bytes;
+}
+
+FileStyle Style(Encoding encoding, bool mark) {
+    FileStyle style;
+    style.encoding = encoding;
+    style.byteOrderMark = mark;
+    return style;
+}
+
+struct Row {
+    const char* what;
+    std::string file;
+    std::string text;
+    Encoding encoding;
+    bool mark;
+    const char* codePage = "windows-1252";
+};
+
+class FileEncoding : public testing::TestWithParam<Row> {};
+
+TEST_P(FileEncoding, IsReadAndWrittenBack) {
+    const Row& row = GetParam();
+    const Loaded loaded = LoadText("x.srt", row.file, {}, row.codePage);
+    ASSERT_EQ(loaded.titles.Count(), 1) << row.what;
+    EXPECT_EQ(loaded.titles.Text(1), row.text) << row.what;
+    EXPECT_EQ(loaded.style.encoding, row.encoding) << row.what;
+    EXPECT_EQ(loaded.style.byteOrderMark, row.mark) << row.what;
+    EXPECT_EQ(SavedText("x.srt", loaded.Titles(), loaded.style, {}, row.codePage), row.file)
+        << row.what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, FileEncoding,
+    testing::Values(Row{"ASCII", Block("Hello"), "Hello", Encoding::Utf8, false},
+                    Row{"UTF-8", Block("\xC3\xA9\xF0\x9F\x98\x80"), "\xC3\xA9\xF0\x9F\x98\x80",
+                        Encoding::Utf8, false},
+                    Row{"UTF-8 with a mark", "\xEF\xBB\xBF" + Block("\xC3\xA9"), "\xC3\xA9",
+                        Encoding::Utf8, true},
+                    Row{"UTF-16, little end first", Utf16(Block("Hello"), false), "Hello",
+                        Encoding::Utf16LittleEndian, true},
+                    Row{"UTF-16, big end first", Utf16(Block("Hello"), true), "Hello",
+                        Encoding::Utf16BigEndian, true},
+                    Row{"UTF-16 beyond the first plane",
+                        Utf16(Times, false) + std::string("\x3D\xD8\x00\xDE", 4) +
+                            Utf16(End, false).substr(2),
+                        "\xF0\x9F\x98\x80", Encoding::Utf16LittleEndian, true},
+                    Row{"Windows-1252", Block("caf\xE9 \x80"), "caf\xC3\xA9 \xE2\x82\xAC",
+                        Encoding::CodePage, false},
+                    Row{"bytes that Windows-1252 leaves undefined", Block("\x81\x8D\x8F\x90\x9D"),
+                        "\xC2\x81\xC2\x8D\xC2\x8F\xC2\x90\xC2\x9D", Encoding::CodePage, false},
+                    Row{"Windows-1250", Block("\x9C\xB3"), "\xC5\x9B\xC5\x82", Encoding::CodePage,
+                        false, "windows-1250"},
+                    Row{"KOI8-R", Block("\xEB\xC9\xCE\xCF"), "\xD0\x9A\xD0\xB8\xD0\xBD\xD0\xBE",
+                        Encoding::CodePage, false, "KOI8-R"},
+                    Row{"an overlong form is no UTF-8", Block("\xC0\xAF"), "\xC3\x80\xC2\xAF",
+                        Encoding::CodePage, false},
+                    Row{"half a character is no UTF-8", Block("\xE2\x82"), "\xC3\xA2\xE2\x80\x9A",
+                        Encoding::CodePage, false}));
+
+TEST(FileEncoding, BrokenUtf16GivesReplacementCharacters) {
+    const std::string broken("\x00\xD8\x41\x00\x00\xDC\x3D\xD8", 8);
+    const Loaded loaded = LoadText("x.srt", Utf16(Times, false) + broken + "x");
+    EXPECT_EQ(loaded.titles.Text(1), "\xEF\xBF\xBD"
+                                     "A"
+                                     "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
+}
+
+TEST(FileEncoding, SingleBrokenBytesOfMarkedUtf8AreReadInTheCodePage) {
+    const Loaded loaded = LoadText("x.srt", "\xEF\xBB\xBF" + Block("\xC3\xA9 \xE9"));
+    EXPECT_EQ(loaded.titles.Text(1), "\xC3\xA9 \xC3\xA9");
+    EXPECT_EQ(loaded.style.encoding, Encoding::Utf8);
+    EXPECT_TRUE(loaded.style.byteOrderMark);
+}
+
+TEST(FileEncoding, MarksAloneAreEmptyFiles) {
+    for (const char* mark : {"\xEF\xBB\xBF", "\xFF\xFE", "\xFE\xFF"}) {
+        const Loaded loaded = LoadText("x.srt", mark);
+        EXPECT_EQ(loaded.result.outcome, LoadOutcome::Complete);
+        EXPECT_TRUE(loaded.style.byteOrderMark);
+        EXPECT_EQ(SavedText("x.srt", {}, loaded.style), mark);
+    }
+}
+
+TEST(FileEncoding, ACharacterThatTheCodePageLacksMakesTheWholeFileUtf8) {
+    const FileStyle style = Style(Encoding::CodePage, false);
+    EXPECT_EQ(SavedText("x.srt", {{1, 2, "\xC3\xA9\xD0\xBA"}}, style), Block("\xC3\xA9\xD0\xBA"));
+    EXPECT_EQ(SavedText("x.srt", {{1, 2, "\xC3\xA9"}}, style), Block("\xE9"));
+}
+
+TEST(FileEncoding, BytesThatWouldReadAsUtf8AreWrittenAsUtf8) {
+    // A with tilde and a copyright sign: in Windows-1252 the bytes of an e with acute.
+    const FileStyle style = Style(Encoding::CodePage, false);
+    const std::string text = "\xC3\x83\xC2\xA9";
+    const std::string saved = SavedText("x.srt", {{1, 2, text}}, style);
+    EXPECT_EQ(saved, Block(text));
+    EXPECT_EQ(LoadText("x.srt", saved).titles.Text(1), text);
+}
+
+TEST(FileEncoding, OfANewDocumentIsUtf8WithoutAMark) {
+    EXPECT_EQ(SavedText("x.srt", {{1, 2, "\xD0\xBA"}}), Block("\xD0\xBA"));
+}
+
+TEST(FileEncoding, OfAnEmptyNameIsNoMark) {
+    EXPECT_EQ(SavedText("x", {{1, 2, "A"}}, Style(Encoding::Utf8, true)), "");
+}
+
+std::string AllBytes() {
+    std::string bytes;
+    for (int byte = 0; byte < 256; ++byte)
+        bytes += static_cast<char>(byte);
+    return bytes;
+}
+
+class Page : public testing::TestWithParam<const char*> {};
+
+TEST_P(Page, GivesEveryByteBack) {
+    const CodePage page(GetParam());
+    EXPECT_EQ(page.Name(), GetParam());
+    const std::string text = page.ToUtf8(AllBytes());
+    EXPECT_TRUE(IsValidUtf8(text));
+    EXPECT_EQ(page.FromUtf8(text), AllBytes());
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, Page,
+                         testing::Values("windows-1252", "windows-1250", "windows-1251",
+                                         "windows-1253", "windows-1254", "windows-1255",
+                                         "windows-1256", "windows-1257", "ISO-8859-1", "ISO-8859-2",
+                                         "ISO-8859-7", "ISO-8859-15", "KOI8-R", "KOI8-U", "CP850",
+                                         "MACINTOSH"));
+
+TEST(Page, OfAnUnknownOrMultiByteNameIsWindows1252) {
+    for (const char* name :
+         {"", "nonsense", "UTF-8", "UTF-16", "SHIFT_JIS", "BIG5", "GB18030", "EUC-KR",
+          "ISO-2022-JP", "IBM037", "US-ASCII", "UTF-7", "KOI8-R//TRANSLIT"}) {
+        EXPECT_EQ(CodePage(name).Name(), "windows-1252") << name;
+        EXPECT_EQ(CodePage(name).ToUtf8("\x80"), "\xE2\x82\xAC") << name;
+    }
+}
+
+TEST(Page, TellsWhatItLacks) {
+    EXPECT_EQ(CodePage().FromUtf8("\xD0\xBA"), std::nullopt);
+    EXPECT_EQ(CodePage().FromUtf8("\xFF"), std::nullopt);
+    EXPECT_EQ(CodePage("KOI8-R").FromUtf8("\xC3\xA9"), std::nullopt);
+}
+
+TEST(Utf8, IsTakenApartAndPutTogether) {
+    for (char32_t wanted = 0; wanted <= 0x10FFFF; ++wanted) {
+        if (wanted >= 0xD800 && wanted <= 0xDFFF)
+            continue;
+        std::string text;
+        AppendUtf8(text, wanted);
+        std::size_t at = 0;
+        ASSERT_EQ(NextCodePoint(text, at), wanted);
+        ASSERT_EQ(at, text.size());
+    }
+}
+
+TEST(Utf8, KnowsWhatIsInvalid) {
+    struct Invalid {
+        std::string_view text;
+        std::size_t valid;
+    };
+    for (const auto& [text, valid] :
+         {Invalid{"\x80"sv, 0}, Invalid{"abcdefghij\xFF"sv, 10}, Invalid{"\xC1\x81"sv, 0},
+          Invalid{"\xED\xA0\x80"sv, 0}, Invalid{"\xF4\x90\x80\x80"sv, 0}, Invalid{"a\xC3"sv, 1},
+          Invalid{"\xF8\x88\x80\x80\x80"sv, 0}, Invalid{"\xC3\xA9\xE0\x80\xAF"sv, 2}})
+        EXPECT_EQ(ValidUtf8Length(text), valid) << testing::PrintToString(text);
+}
+
+} // namespace

@@ -1,0 +1,191 @@
+#include "formattesting.h"
+
+#include "formats/format.h"
+#include "platform/base/runtimeerror.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr const char* SubRip = "1\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n\r\n";
+constexpr const char* MicroDvd = "{1}{25}A\r\n";
+constexpr const char* Sami = "<SAMI>\r\n<BODY>\r\n<SYNC Start=1000>A\r\n</BODY>\r\n";
+
+struct Row {
+    const char* name;
+    std::string_view file;
+    const char* format;
+};
+
+class Detection : public testing::TestWithParam<Row> {};
+
+TEST_P(Detection, FindsTheFormat) {
+    const Loaded loaded = LoadText(GetParam().name, GetParam().file);
+    ASSERT_NE(loaded.result.format, nullptr);
+    EXPECT_STREQ(loaded.result.format->name, GetParam().format);
+    EXPECT_EQ(loaded.titles.Count(), 1);
+    EXPECT_TRUE(loaded.titles.UndoEnabled());
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Detection,
+    testing::Values(Row{"movie.SRT", SubRip, "SubRip"}, Row{"movie.Smi", Sami, "SAMI"},
+                    Row{"movie.sub", MicroDvd, "MicroDVD"}, Row{"movie.txt", SubRip, "SubRip"},
+                    Row{"movie", MicroDvd, "MicroDVD"}, Row{"movie.txt", Sami, "SAMI"},
+                    Row{"movie.srt ", SubRip, "SubRip"}, Row{"  .srt", SubRip, "SubRip"},
+                    Row{"movie.txt", "\xEF\xBB\xBF{1}{25}A\r\n", "MicroDVD"},
+                    Row{"\xD0\xBA\xD0\xB8\xD0\xBD\xD0\xBE.srt", SubRip, "SubRip"}));
+
+TEST(Detection, ReadsWhatItSkippedWhenItReadsTheFormat) {
+    // The empty lines that detection passes over are corrupt for SubRip and nothing to MicroDVD.
+    EXPECT_EQ(LoadText("x.txt", std::string("\r\n") + SubRip).result.outcome, LoadOutcome::Corrupt);
+    EXPECT_EQ(LoadText("x.txt", std::string("\r\n") + MicroDvd).titles.Count(), 1);
+}
+
+class Unknown : public testing::TestWithParam<const char*> {};
+
+TEST_P(Unknown, IsSaid) {
+    const Loaded loaded = LoadText("x.txt", GetParam());
+    EXPECT_EQ(loaded.result.outcome, LoadOutcome::UnknownFormat);
+    EXPECT_EQ(loaded.result.message, "Could not determine file format");
+    EXPECT_EQ(loaded.result.format, nullptr);
+    EXPECT_EQ(loaded.titles.Count(), 0);
+    EXPECT_TRUE(loaded.titles.UndoEnabled());
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Unknown,
+                         testing::Values("0\r\n", "-1\r\n", " \r\n1\r\n", "WEBVTT\r\n",
+                                         " {1}{25}A\r\n", "\r\n\r\nx"));
+
+TEST(Detection, TakesALeadingNumberAboveZeroForSubRip) {
+    for (const char* line : {"1", " 7 x", "0.5", "+3"})
+        EXPECT_EQ(FormatByFirstLine(line), FormatByName("x.srt")) << line;
+}
+
+TEST(Detection, OfEmptyLinesAloneIsARunTimeError) {
+    for (const char* file : {"", "\r\n", "\n\r\r\n"}) {
+        try {
+            LoadText("x.txt", file);
+            FAIL() << testing::PrintToString(file);
+        } catch (const RuntimeError& error) {
+            EXPECT_EQ(error.text(), "Input past end of file");
+        }
+    }
+}
+
+TEST(Detection, AsksForTheFrameRateOfWhatItRecognised) {
+    int asked = 0;
+    LoadHooks hooks;
+    hooks.askFrameRate = [&asked] {
+        ++asked;
+        return 12.5;
+    };
+    EXPECT_EQ(LoadText("x.txt", MicroDvd, hooks).titles.EndTime(1), 2);
+    LoadText("x.srt", SubRip, hooks);
+    EXPECT_EQ(asked, 1);
+}
+
+TEST(Names, NeedAllFourCharacters) {
+    for (const char* name : {"srt", "", "x.sr", "x.srtx", "x.srt.", "x.s rt", "x.sub/", "xsrt"})
+        EXPECT_EQ(FormatByName(name), nullptr) << name;
+    EXPECT_STREQ(FormatByName(" C:\\a.smi\\b.SuB  ")->name, "MicroDVD");
+}
+
+TEST(FormatTable, IsInTheOrderOfFileDialogs) {
+    std::string descriptions;
+    for (const Format& format : Formats())
+        descriptions += std::string(format.description) + "|*" + format.extension + "|";
+    EXPECT_EQ(descriptions, "SAMI files (*.smi)|*.smi|SubRip files (*.srt)|*.srt|"
+                            "MicroDVD Subtitle files (*.sub)|*.sub|");
+}
+
+TEST(Load, OfWhatCannotBeOpenedEmptiesTheListAndSaysNothing) {
+    const TestFolder folder;
+    std::filesystem::create_directory(folder / "folder.srt");
+    for (const char* name : {"missing.srt", "folder.srt", "missing/x.srt"}) {
+        SUBTITLES titles = ListOf({{1, 2, "A"}});
+        titles.UndoEnabled(true);
+        FileStyle style;
+        style.byteOrderMark = true;
+        style.samiHeader = "x";
+        const LoadResult result = LoadTitles(folder / name, "", titles, style, {});
+        EXPECT_EQ(result.outcome, LoadOutcome::NotOpened) << name;
+        EXPECT_EQ(result.message, "") << name;
+        EXPECT_EQ(titles.Count(), 0) << name;
+        EXPECT_FALSE(titles.UndoEnabled()) << name;
+        EXPECT_EQ(style, FileStyle()) << name;
+    }
+}
+
+#ifndef _WIN32
+TEST(Load, DoesNotOpenWhatNeverEnds) {
+    SUBTITLES titles;
+    FileStyle style;
+    EXPECT_EQ(LoadTitles("/dev/zero", "", titles, style, {}).outcome, LoadOutcome::NotOpened);
+}
+#endif
+
+TEST(Load, StartsANewDocumentWithoutHistoryAndKeptParts) {
+    const TestFolder folder;
+    PutFile(folder / "x.srt", SubRip);
+    SUBTITLES titles;
+    titles.UndoEnabled(true);
+    titles.Insert(1, 1, 2, "old");
+    FileStyle style;
+    style.keepSamiHeader = true;
+    style.samiHeader = "a";
+    style.samiClass = "b";
+    style.samiFooter = "c";
+    LoadTitles(folder / "x.srt", "", titles, style, {});
+    EXPECT_EQ(titles.UndoCount(), 0);
+    EXPECT_EQ(style, FileStyle());
+}
+
+TEST(Load, KeepsTheTitlesBeforeAFault) {
+    const Loaded loaded = LoadText("x.srt", std::string(SubRip) + SubRip + "x\r\n" + SubRip);
+    EXPECT_EQ(loaded.titles.Count(), 2);
+    EXPECT_EQ(loaded.result.outcome, LoadOutcome::Corrupt);
+    EXPECT_STREQ(loaded.result.format->extension, ".srt");
+}
+
+class LongFile : public testing::TestWithParam<const char*> {
+  public:
+    static std::string Text(const std::string& name) {
+        std::vector<TestTitle> titles;
+        for (int i = 0; i < 20'000; ++i)
+            titles.push_back({i + 0.0, i + 0.5, "Some words of an ordinary length"});
+        return SavedText(name, titles);
+    }
+};
+
+TEST_P(LongFile, TellsItsProgress) {
+    std::vector<double> steps;
+    LoadHooks hooks;
+    hooks.progress = [&steps](double done) {
+        steps.push_back(done);
+        return true;
+    };
+    EXPECT_EQ(LoadText(GetParam(), Text(GetParam()), hooks).titles.Count(), 20'000);
+    ASSERT_GT(steps.size(), 4U);
+    EXPECT_LT(steps.size(), 400U);
+    EXPECT_TRUE(std::is_sorted(steps.begin(), steps.end()));
+    EXPECT_GT(steps.front(), 0);
+    EXPECT_LE(steps.back(), 1);
+}
+
+TEST_P(LongFile, CanBeCancelled) {
+    LoadHooks hooks;
+    hooks.progress = [](double done) {
+        return done < 0.5;
+    };
+    const Loaded loaded = LoadText(GetParam(), Text(GetParam()), hooks);
+    EXPECT_EQ(loaded.result.outcome, LoadOutcome::Cancelled);
+    EXPECT_EQ(loaded.result.message, "");
+    EXPECT_GT(loaded.titles.Count(), 9'000);
+    EXPECT_LT(loaded.titles.Count(), 15'000);
+    EXPECT_TRUE(loaded.titles.UndoEnabled());
+}
+
+INSTANTIATE_TEST_SUITE_P(Formats, LongFile, testing::Values("x.srt", "x.sub", "x.smi"));
+
+} // namespace
