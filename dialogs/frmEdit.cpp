@@ -1,0 +1,188 @@
+#include "dialogs/frmEdit.h"
+
+#include "dialogs/placement.h"
+#include "dialogs/titletext.h"
+#include "model/times.h"
+#include "platform/errorgate.h"
+#include "platform/messageboxes.h"
+#include "platform/settings.h"
+#include "platform/twips.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+namespace {
+
+constexpr std::int32_t MinimumHeight = 2565;
+constexpr std::int32_t MinimumWidth = 5000;
+constexpr std::int32_t DesignHeight = 3900;
+constexpr std::int32_t DesignWidth = 7350;
+constexpr std::int32_t GapBelowText = 105;
+
+void AppendToBox(QPlainTextEdit& box, const QString& text) {
+    QTextCursor end(box.document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(text);
+}
+
+} // namespace
+
+frmEdit::frmEdit(TitleList& list, QWidget* parent)
+    : ListDialog(list, parent, "frmEdit", "Edit subtitle")
+    , txtSubt(Named<QPlainTextEdit>("txtSubt", this))
+    , PB(Named<QWidget>("PB", this))
+    , txtStart(Named<QLineEdit>("txtStart", PB))
+    , txtDuration(Named<QLineEdit>("txtDuration", PB))
+    , cmdB(NewButton("cmdB", "<&b>", PB))
+    , cmdI(NewButton("cmdI", "<&i>", PB))
+    , cmdOK(NewButton("cmdOK", "OK", PB))
+    , cmdCancel(NewButton("cmdCancel", "Cancel", PB)) {
+    LayOut();
+    connect(txtSubt, &QPlainTextEdit::cursorPositionChanged, this, &frmEdit::UpdateTagButtons);
+    connect(txtSubt, &QPlainTextEdit::selectionChanged, this, &frmEdit::UpdateTagButtons);
+    connect(txtSubt, &QPlainTextEdit::textChanged, this, &frmEdit::UpdateTagButtons);
+    connect(cmdB, &QPushButton::clicked, this, &frmEdit::cmdB_Click);
+    connect(cmdI, &QPushButton::clicked, this, &frmEdit::cmdI_Click);
+    connect(cmdOK, &QPushButton::clicked, this, [this] { Guarded([this] { cmdOK_Click(); }); });
+    connect(cmdCancel, &QPushButton::clicked, this, &frmEdit::cmdCancel_Click);
+    Form_Load();
+}
+
+void frmEdit::LayOut() {
+    txtSubt->setToolTip("Edit the subtitle text");
+    txtSubt->setTabChangesFocus(true);
+    txtSubt->setFrameShape(QFrame::NoFrame);
+    txtStart->setToolTip("Edit the subtitle start point");
+    txtDuration->setToolTip("Edit the subtitle duration");
+    cmdOK->setToolTip("Save changes and return to list");
+    cmdCancel->setToolTip("Cancel changes and return to list");
+    cmdOK->setDefault(true);
+
+    auto* start = Named<QLabel>("Label1", "Start:", PB);
+    auto* duration = Named<QLabel>("Label2", "Duration:", PB);
+    start->setBuddy(txtStart);
+    duration->setBuddy(txtDuration);
+    const QFontMetrics metrics = txtStart->fontMetrics();
+    txtStart->setFixedWidth(metrics.horizontalAdvance("-00:00:00,000") + 20);
+    txtDuration->setFixedWidth(metrics.horizontalAdvance("0000.000") + 20);
+    for (QPushButton* mark : {cmdB, cmdI})
+        mark->setFixedWidth(metrics.horizontalAdvance("</b>") + 24);
+
+    auto* times = new QHBoxLayout;
+    times->addWidget(start);
+    times->addWidget(txtStart);
+    times->addSpacing(8);
+    times->addWidget(duration);
+    times->addWidget(txtDuration);
+    times->addStretch();
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdB);
+    buttons->addWidget(cmdI);
+    buttons->addStretch();
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+    auto* bottom = new QVBoxLayout(PB);
+    bottom->setContentsMargins(10, 0, 10, 8);
+    bottom->setSpacing(8);
+    bottom->addLayout(times);
+    bottom->addLayout(buttons);
+    PB->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+
+    auto* form = new QVBoxLayout(this);
+    form->setContentsMargins(0, 0, 0, 0);
+    form->setSpacing(ToPixels(GapBelowText));
+    form->addWidget(txtSubt, 1);
+    form->addWidget(PB);
+    setMinimumSize(ToPixels(MinimumWidth), ToPixels(MinimumHeight));
+
+    const std::initializer_list<QWidget*> order{txtSubt, txtStart, txtDuration, cmdB,
+                                                cmdI,    cmdOK,    cmdCancel};
+    for (auto control = order.begin(); control + 1 != order.end(); ++control)
+        setTabOrder(*control, *(control + 1));
+    txtSubt->setFocus();
+}
+
+void frmEdit::Form_Load() {
+    txtSubt->setFont(List().ListFont());
+    PlaceBeside(*this, *List().Window());
+    const Settings settings;
+    resize(ToPixels(settings.Dword("SEWidth", DesignWidth)),
+           ToPixels(settings.Dword("SEHeight", DesignHeight)));
+    KeepOnScreen(*this);
+
+    m_index = List().SelectedItem();
+    m_loadedText = List().RowText(m_index);
+    txtSubt->setPlainText(m_loadedText);
+    m_loadedInBox = txtSubt->document()->toRawText();
+    txtStart->setText(List().RowStart(m_index));
+    txtDuration->setText(List().RowDuration(m_index));
+    for (QWidget* box : std::initializer_list<QWidget*>{txtSubt, txtStart, txtDuration, cmdB, cmdI})
+        box->setEnabled(m_index > 0);
+    UpdateTagButtons();
+}
+
+void frmEdit::Form_Unload() {
+    Settings settings;
+    settings.SetDword("SEWidth", ToTwips(width()));
+    settings.SetDword("SEHeight", ToTwips(height()));
+}
+
+QString frmEdit::Text() const {
+    // What the box does not show, such as a lone line feed, stays until the text is changed.
+    const QString inBox = txtSubt->document()->toRawText();
+    return inBox == m_loadedInBox ? m_loadedText : TitleTextOf(inBox);
+}
+
+void frmEdit::UpdateTagButtons() {
+    const QString text = txtSubt->document()->toRawText();
+    const int caret = txtSubt->textCursor().selectionStart();
+    m_open = MarksAtCaret(text.toStdString(),
+                          static_cast<std::size_t>(text.left(caret).toUtf8().size()));
+    cmdB->setText(m_open.bold ? "</&b>" : "<&b>");
+    cmdI->setText(m_open.italic ? "</&i>" : "<&i>");
+}
+
+void frmEdit::InsertMark(const QString& mark) {
+    QTextCursor caret = txtSubt->textCursor();
+    caret.setPosition(caret.selectionStart());
+    caret.insertText(mark);
+    txtSubt->setTextCursor(caret);
+    txtSubt->setFocus();
+    UpdateTagButtons();
+}
+
+void frmEdit::cmdB_Click() {
+    InsertMark(m_open.bold ? "</b>" : "<b>");
+}
+
+void frmEdit::cmdI_Click() {
+    InsertMark(m_open.italic ? "</i>" : "<i>");
+}
+
+void frmEdit::cmdOK_Click() {
+    if (m_index == 0)
+        return Unload();
+    const std::string typed = Text().toStdString();
+    const std::string text = WithClosingMarks(typed);
+    if (text != typed)
+        AppendToBox(*txtSubt, QString::fromStdString(text.substr(typed.size())));
+    const double start = ParseTime(txtStart->text().toStdString());
+    const double end = EndAfter(start, txtDuration->text().toStdString());
+    const std::string_view why = WhyNot(Subt(), m_index, start, end);
+    if (!why.empty())
+        return ShowMessage(this, QString::fromUtf8(why.data(), static_cast<int>(why.size())));
+    if (StoreTitle(Subt(), m_index, text, start, end)) {
+        session().SubtitlesChanged = true;
+        List().SetRow(m_index, QString::fromStdString(text), start, RoundTime(end - start));
+        List().ShowEdited(m_index);
+        List().TitlesChanged();
+    }
+    Unload();
+}
+
+void frmEdit::cmdCancel_Click() {
+    Unload();
+}

@@ -1,0 +1,123 @@
+#include "dialogs/frmShift.h"
+
+#include "dialogs/minutesecondentry.h"
+#include "dialogs/placement.h"
+#include "dialogs/timing/shift.h"
+#include "model/numbers.h"
+#include "model/times.h"
+#include "platform/errorgate.h"
+#include "platform/updown.h"
+
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+
+frmShift::frmShift(TitleList& list, QWidget* parent)
+    : ListDialog(list, parent, "frmShift", "Shift all subtitles")
+    , txtCurrent(Named<QLineEdit>("txtCurrent", this))
+    , optBeginning(Named<QRadioButton>("optBeginning", "beginning", this))
+    , optEnd(Named<QRadioButton>("optEnd", "end, by", this))
+    , Amount(new MinuteSecondEntry(this, SecondsRule::CarryIntoMinutes))
+    , cmdOK(NewButton("cmdOK", "OK", this))
+    , cmdCancel(NewButton("cmdCancel", "Cancel", this)) {
+    LayOut();
+    connect(optBeginning, &QRadioButton::clicked, this,
+            [this] { Guarded([this] { optBeginning_Click(); }); });
+    connect(cmdOK, &QPushButton::clicked, this, [this] { Guarded([this] { cmdOK_Click(); }); });
+    connect(cmdCancel, &QPushButton::clicked, this, &frmShift::Unload);
+    Form_Load();
+}
+
+void frmShift::LayOut() {
+    txtCurrent->setReadOnly(true);
+    txtCurrent->setFocusPolicy(Qt::ClickFocus);
+    txtCurrent->setFixedWidth(txtCurrent->fontMetrics().horizontalAdvance("-00:00:00,000") + 24);
+    optBeginning->setChecked(true);
+    cmdOK->setDefault(true);
+
+    auto* current = new QHBoxLayout;
+    current->addWidget(Named<QLabel>("Label1", "Start of first subtitle:", this));
+    current->addWidget(txtCurrent);
+    current->addStretch();
+
+    auto* direction = new QHBoxLayout;
+    direction->addWidget(Named<QLabel>("Label4", "Move toward", this));
+    direction->addSpacing(6);
+    direction->addWidget(optBeginning);
+    direction->addSpacing(6);
+    direction->addWidget(optEnd);
+    direction->addStretch();
+
+    auto* amount = new QHBoxLayout;
+    amount->setSpacing(3);
+    amount->addWidget(Amount->txtMin);
+    amount->addWidget(Amount->UpDown1);
+    amount->addSpacing(3);
+    amount->addWidget(Named<QLabel>("Label2", "min", this));
+    amount->addSpacing(12);
+    amount->addWidget(Amount->txtSec);
+    amount->addWidget(Amount->UpDown2);
+    amount->addSpacing(3);
+    amount->addWidget(Named<QLabel>("Label3", "sec", this));
+    amount->addStretch();
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(14, 14, 14, 12);
+    rows->setSpacing(10);
+    rows->addLayout(current);
+    rows->addLayout(direction);
+    rows->addLayout(amount);
+    rows->addSpacing(4);
+    rows->addLayout(buttons);
+    rows->setSizeConstraint(QLayout::SetFixedSize);
+
+    const std::initializer_list<QWidget*> order{optBeginning,    optEnd,         Amount->txtMin,
+                                                Amount->UpDown1, Amount->txtSec, Amount->UpDown2,
+                                                cmdOK,           cmdCancel};
+    for (auto control = order.begin(); control + 1 != order.end(); ++control)
+        setTabOrder(*control, *(control + 1));
+    Amount->txtMin->setFocus();
+    Amount->txtMin->selectAll();
+}
+
+void frmShift::Form_Load() {
+    adjustSize();
+    PlaceBeside(*this, *List().Window());
+    KeepOnScreen(*this);
+    txtCurrent->setText(QString::fromStdString(FormatTime(Subt().StartTime(1))));
+    Amount->txtSec->setText(QString::fromStdString(ThousandthsText(0)));
+}
+
+void frmShift::optBeginning_Click() {
+    LimitToFirstStart();
+}
+
+void frmShift::LimitToFirstStart() {
+    const auto limited = LimitToStart(Amount->txtMin->text().toStdString(),
+                                      Amount->txtSec->text().toStdString(), Subt().StartTime(1));
+    if (limited)
+        Amount->SetBoxes(*limited);
+}
+
+void frmShift::cmdOK_Click() {
+    if (Subt().Count() == 0)
+        return Unload();
+    if (Val(Amount->txtMin->text().toStdString()) == 0 &&
+        ToNumber(Amount->txtSec->text().toStdString()) == 0)
+        return Unload();
+    const double amount = Amount->Amount();
+    const std::vector<std::int32_t> rows = List().SelectedRows();
+    ShiftTitles(Subt(), rows, optBeginning->isChecked() ? -amount : amount);
+    List().ShowAllEdited(rows);
+    List().LoadList();
+    Subt().ClearUndo();
+    List().TitlesChanged();
+    Unload();
+}

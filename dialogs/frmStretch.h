@@ -1,0 +1,57 @@
+#pragma once
+
+#include "dialogs/listdialog.h"
+#include "dialogs/timing/stretch.h"
+
+#include <array>
+
+class MinuteSecondEntry;
+class QComboBox;
+class QLabel;
+class QLineEdit;
+class QRadioButton;
+class QTabWidget;
+class UpDown;
+
+/// "Stretch/shrink movie duration": re-times the selected titles by one linear
+/// map. The main window also uses it without a person, on its first tab.
+class frmStretch : public ListDialog {
+    Q_OBJECT
+
+  public:
+    frmStretch(TitleList& list, QWidget* parent);
+
+    QTabWidget* TS;
+    std::array<QWidget*, 3> PB;
+
+    QLineEdit* txtFirstSubtitle;
+    UpDown* UDFirst;
+    QLineEdit* txtLastSubtitle;
+    UpDown* UDLast;
+    QLabel* lblTitleInfo;
+
+    QLineEdit* txtCurrent;
+    QRadioButton* optStretch;
+    QRadioButton* optShrink;
+    MinuteSecondEntry* Amount;
+
+    QComboBox* cboCurrentRate;
+    QComboBox* cboDesiredRate;
+    QLabel* lblRateInfo;
+
+    QPushButton* cmdOK;
+    QPushButton* cmdCancel;
+
+    void cmdOK_Click();
+    void cmdCancel_Click();
+
+  private:
+    void LayOut();
+    void LayOutTitles();
+    void LayOutAmount();
+    void LayOutRates();
+    void Form_Load();
+    void Form_Unload() override;
+    /// The map that the selected tab asks for.
+    TimeMap Map();
+};

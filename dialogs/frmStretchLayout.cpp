@@ -1,0 +1,189 @@
+#include "dialogs/frmStretch.h"
+
+#include "dialogs/minutesecondentry.h"
+#include "platform/errorgate.h"
+#include "platform/updown.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabBar>
+#include <QTabWidget>
+
+namespace {
+
+constexpr int Gap = 8;
+
+struct Tab {
+    const char* caption;
+    const char* toolTip;
+};
+
+constexpr std::array<Tab, 3> Tabs{
+    {{"By title", "Reposition all titles based on the exact start time of two selected titles"},
+     {"Specify Amount",
+      "Adjust all titles based on a change in position of the last subtitle of the file"},
+     {"By Frame Rate", "Adjust for a different frame rate"}}};
+
+constexpr std::array<const char*, 5> Rates{"23.976", "24", "25", "29.97", "30"};
+
+QGridLayout* NewGrid(QWidget* panel) {
+    auto* grid = new QGridLayout(panel);
+    grid->setContentsMargins(12, 12, 12, Gap);
+    grid->setHorizontalSpacing(Gap);
+    grid->setVerticalSpacing(Gap);
+    return grid;
+}
+
+QComboBox* FillRates(QComboBox* box) {
+    for (const char* rate : Rates)
+        box->addItem(QString::fromLatin1(rate));
+    box->setEditable(true);
+    box->setInsertPolicy(QComboBox::NoInsert);
+    box->setMaximumWidth(box->fontMetrics().horizontalAdvance("23.9760000") + 40);
+    return box;
+}
+
+void SetTimeWidth(QLineEdit* box) {
+    box->setFixedWidth(box->fontMetrics().horizontalAdvance("-00:00:00,000") + 24);
+}
+
+} // namespace
+
+frmStretch::frmStretch(TitleList& list, QWidget* parent)
+    : ListDialog(list, parent, "frmStretch", "Stretch/shrink movie duration")
+    , TS(Named<QTabWidget>("TS", this))
+    , PB{Named<QWidget>("PB(0)"), Named<QWidget>("PB(1)"), Named<QWidget>("PB(2)")}
+    , txtFirstSubtitle(Named<QLineEdit>("txtFirstSubtitle", PB[0]))
+    , UDFirst(Named<UpDown>("UDFirst", PB[0]))
+    , txtLastSubtitle(Named<QLineEdit>("txtLastSubtitle", PB[0]))
+    , UDLast(Named<UpDown>("UDLast", PB[0]))
+    , lblTitleInfo(Named<QLabel>("lblTitleInfo", PB[0]))
+    , txtCurrent(Named<QLineEdit>("txtCurrent", PB[1]))
+    , optStretch(Named<QRadioButton>("optStretch", "Stretch", PB[1]))
+    , optShrink(Named<QRadioButton>("optShrink", "Shrink by", PB[1]))
+    , Amount(new MinuteSecondEntry(PB[1], SecondsRule::Clamp))
+    , cboCurrentRate(FillRates(Named<QComboBox>("cboCurrentRate", PB[2])))
+    , cboDesiredRate(FillRates(Named<QComboBox>("cboDesiredRate", PB[2])))
+    , lblRateInfo(Named<QLabel>("lblRateInfo", PB[2]))
+    , cmdOK(NewButton("cmdOK", "OK", this))
+    , cmdCancel(NewButton("cmdCancel", "Cancel", this)) {
+    LayOut();
+    Amount->AddTimeSpinner(UDFirst, txtFirstSubtitle);
+    Amount->AddTimeSpinner(UDLast, txtLastSubtitle);
+    connect(cmdOK, &QPushButton::clicked, this, [this] { Guarded([this] { cmdOK_Click(); }); });
+    connect(cmdCancel, &QPushButton::clicked, this, &frmStretch::cmdCancel_Click);
+    Form_Load();
+}
+
+void frmStretch::LayOut() {
+    LayOutTitles();
+    LayOutAmount();
+    LayOutRates();
+    for (std::size_t i = 0; i < Tabs.size(); ++i) {
+        const int tab = TS->addTab(PB[i], QString::fromLatin1(Tabs[i].caption));
+        TS->setTabToolTip(tab, QString::fromLatin1(Tabs[i].toolTip));
+    }
+    TS->tabBar()->setObjectName("TS");
+    TS->tabBar()->setExpanding(false);
+    TS->setUsesScrollButtons(false);
+    cmdOK->setDefault(true);
+
+    auto* buttons = new QVBoxLayout;
+    buttons->setSpacing(Gap);
+    buttons->addSpacing(TS->tabBar()->sizeHint().height());
+    buttons->addWidget(cmdOK);
+    buttons->addWidget(cmdCancel);
+    buttons->addStretch();
+
+    auto* columns = new QHBoxLayout(this);
+    columns->setContentsMargins(12, 12, 12, 12);
+    columns->setSpacing(12);
+    columns->addWidget(TS, 1);
+    columns->addLayout(buttons);
+    TS->setFocus();
+}
+
+void frmStretch::LayOutTitles() {
+    auto* first = Named<QLabel>("Label6", "First subtitle time:", PB[0]);
+    auto* last = Named<QLabel>("Label7", "Last subtitle time:", PB[0]);
+    first->setBuddy(txtFirstSubtitle);
+    last->setBuddy(txtLastSubtitle);
+    UDFirst->setAccessibleName(first->text());
+    UDLast->setAccessibleName(last->text());
+    SetTimeWidth(txtFirstSubtitle);
+    SetTimeWidth(txtLastSubtitle);
+    QGridLayout* grid = NewGrid(PB[0]);
+    grid->addWidget(first, 0, 0);
+    grid->addWidget(txtFirstSubtitle, 0, 1);
+    grid->addWidget(UDFirst, 0, 2);
+    grid->addWidget(last, 1, 0);
+    grid->addWidget(txtLastSubtitle, 1, 1);
+    grid->addWidget(UDLast, 1, 2);
+    grid->addWidget(lblTitleInfo, 2, 0, 1, 4);
+    grid->setColumnStretch(3, 1);
+    grid->setRowStretch(2, 1);
+}
+
+void frmStretch::LayOutAmount() {
+    auto* current = Named<QLabel>("Label1", "Current length (start of last subtitle):", PB[1]);
+    SetTimeWidth(txtCurrent);
+    txtCurrent->setReadOnly(true);
+    txtCurrent->setFocusPolicy(Qt::ClickFocus);
+    txtCurrent->setAccessibleName(current->text());
+    optStretch->setChecked(true);
+
+    auto* length = new QHBoxLayout;
+    length->setSpacing(Gap);
+    length->addWidget(current);
+    length->addWidget(txtCurrent);
+    length->addStretch();
+
+    auto* amount = new QHBoxLayout;
+    amount->setSpacing(3);
+    amount->addWidget(Amount->txtMin);
+    amount->addWidget(Amount->UpDown1);
+    amount->addSpacing(3);
+    amount->addWidget(Named<QLabel>("Label2", "min", PB[1]));
+    amount->addSpacing(Gap);
+    amount->addWidget(Amount->txtSec);
+    amount->addWidget(Amount->UpDown2);
+    amount->addSpacing(3);
+    amount->addWidget(Named<QLabel>("Label3", "sec", PB[1]));
+    amount->addStretch();
+
+    auto* direction = new QHBoxLayout;
+    direction->setSpacing(2 * Gap);
+    direction->addWidget(optStretch);
+    direction->addWidget(optShrink);
+    direction->addStretch();
+
+    QGridLayout* grid = NewGrid(PB[1]);
+    grid->addLayout(length, 0, 0);
+    grid->addLayout(direction, 1, 0);
+    grid->addLayout(amount, 2, 0);
+    grid->setRowStretch(3, 1);
+    setTabOrder(optStretch, optShrink);
+    setTabOrder(optShrink, Amount->txtMin);
+    setTabOrder(Amount->txtMin, Amount->UpDown1);
+    setTabOrder(Amount->UpDown1, Amount->txtSec);
+    setTabOrder(Amount->txtSec, Amount->UpDown2);
+}
+
+void frmStretch::LayOutRates() {
+    auto* current = Named<QLabel>("Label4", "Current:", PB[2]);
+    auto* desired = Named<QLabel>("Label5", "Desired:", PB[2]);
+    current->setBuddy(cboCurrentRate);
+    desired->setBuddy(cboDesiredRate);
+    QGridLayout* grid = NewGrid(PB[2]);
+    grid->addWidget(current, 0, 0);
+    grid->addWidget(cboCurrentRate, 0, 1);
+    grid->addWidget(desired, 1, 0);
+    grid->addWidget(cboDesiredRate, 1, 1);
+    grid->addWidget(lblRateInfo, 2, 0, 1, 3);
+    grid->setColumnStretch(2, 1);
+    grid->setRowStretch(2, 1);
+}

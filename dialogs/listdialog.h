@@ -1,0 +1,41 @@
+#pragma once
+
+#include "dialogs/titlelist.h"
+
+#include <QDialog>
+
+class QPushButton;
+
+/// What the dialogs that work for the list editor have in common. They delete
+/// themselves when they are closed, in whatever way that happens.
+class ListDialog : public QDialog {
+    Q_OBJECT
+
+  public:
+    void done(int result) override;
+
+  protected:
+    ListDialog(TitleList& list, QWidget* parent, const QString& name, const QString& caption);
+
+    TitleList& List() { return m_list; }
+    Session& session() { return m_list.session(); }
+    SUBTITLES& Subt() { return m_list.session().Subt; }
+
+    /// Closes the dialog, shown or not.
+    void Unload() { done(0); }
+    virtual void Form_Unload() {}
+
+    QPushButton* NewButton(const QString& name, const QString& caption, QWidget* parent);
+
+    /// A control under its name.
+    template <typename CONTROL, typename... ARGUMENTS>
+    static CONTROL* Named(const char* name, ARGUMENTS&&... arguments) {
+        auto* control = new CONTROL(std::forward<ARGUMENTS>(arguments)...);
+        control->setObjectName(QString::fromLatin1(name));
+        return control;
+    }
+
+  private:
+    TitleList& m_list;
+    bool m_unloaded = false;
+};

@@ -1,0 +1,112 @@
+#include "dialogs/minutesecondentry.h"
+
+#include "model/numbers.h"
+#include "platform/errorgate.h"
+#include "platform/updown.h"
+
+#include <QLineEdit>
+#include <QTimer>
+
+namespace {
+
+QLineEdit* NewBox(const QString& name, const QString& spokenName, const QString& widest,
+                  QWidget* panel) {
+    auto* box = new QLineEdit(panel);
+    box->setObjectName(name);
+    box->setAccessibleName(spokenName);
+    box->setAlignment(Qt::AlignRight);
+    box->setFixedWidth(box->fontMetrics().horizontalAdvance(widest) + 24);
+    return box;
+}
+
+UpDown* NewSpinner(const QString& name, QWidget* panel) {
+    auto* spinner = new UpDown(panel);
+    spinner->setObjectName(name);
+    return spinner;
+}
+
+} // namespace
+
+MinuteSecondEntry::MinuteSecondEntry(QWidget* panel, SecondsRule rule)
+    : QObject(panel)
+    , txtMin(NewBox("txtMin", tr("Minutes"), "0000", panel))
+    , txtSec(NewBox("txtSec", tr("Seconds"), "00.000", panel))
+    , UpDown1(NewSpinner("UpDown1", panel))
+    , UpDown2(NewSpinner("UpDown2", panel))
+    , Timer1(new QTimer(this))
+    , m_rule(rule) {
+    Timer1->setObjectName("Timer1");
+    Timer1->setInterval(SpinRepeat::FirstInterval);
+    txtMin->setText("0");
+    txtSec->setText(QString::fromStdString(ThousandthsText(0)));
+    connect(txtMin, &QLineEdit::textChanged, this,
+            [this] { Guarded([this] { txtMin_Change(); }); });
+    connect(txtSec, &QLineEdit::textChanged, this,
+            [this] { Guarded([this] { txtSec_Change(); }); });
+    connect(Timer1, &QTimer::timeout, this, [this] { Guarded([this] { Timer1_Timer(); }); });
+    Add(UpDown1,
+        [this](Step step) { StepBox(*txtMin, StepMinutes(txtMin->text().toStdString(), step)); });
+    Add(UpDown2,
+        [this](Step step) { StepBox(*txtSec, StepSeconds(txtSec->text().toStdString(), step)); });
+}
+
+void MinuteSecondEntry::AddTimeSpinner(UpDown* spinner, QLineEdit* box) {
+    Add(spinner,
+        [this, box](Step step) { StepBox(*box, StepTime(box->text().toStdString(), step)); });
+}
+
+void MinuteSecondEntry::Add(UpDown* spinner, StepHandler step) {
+    const std::size_t number = m_steps.size();
+    m_steps.push_back(std::move(step));
+    connect(spinner, &UpDown::DownClick, this,
+            [this, number] { Guarded([&] { Click(number, Step::Down); }); });
+    connect(spinner, &UpDown::UpClick, this,
+            [this, number] { Guarded([&] { Click(number, Step::Up); }); });
+    connect(spinner, &UpDown::MouseDown, this, [this, number, spinner](int y) {
+        m_repeat.MouseDown(static_cast<int>(number) + 1, y, spinner->height());
+        Timer1->start(m_repeat.Interval());
+    });
+    connect(spinner, &UpDown::MouseUp, this, [this] {
+        Timer1->stop();
+        m_repeat.MouseUp();
+        Timer1->setInterval(m_repeat.Interval());
+    });
+}
+
+double MinuteSecondEntry::Amount() const {
+    return AmountOf(txtMin->text().toStdString(), txtSec->text().toStdString());
+}
+
+void MinuteSecondEntry::SetBoxes(const MinutesSeconds& texts) {
+    txtMin->setText(QString::fromStdString(texts.minutes));
+    txtSec->setText(QString::fromStdString(texts.seconds));
+}
+
+void MinuteSecondEntry::txtMin_Change() {
+    StepBox(*txtMin, MinutesInRange(txtMin->text().toStdString()));
+}
+
+void MinuteSecondEntry::txtSec_Change() {
+    const auto texts =
+        SecondsInRange(txtMin->text().toStdString(), txtSec->text().toStdString(), m_rule);
+    if (texts)
+        SetBoxes(*texts);
+}
+
+void MinuteSecondEntry::Timer1_Timer() {
+    if (const auto held = m_repeat.TimerStarts())
+        m_steps[static_cast<std::size_t>(held->spinner - 1)](held->step);
+    m_repeat.TimerDone();
+    if (Timer1->interval() != m_repeat.Interval())
+        Timer1->setInterval(m_repeat.Interval());
+}
+
+void MinuteSecondEntry::Click(std::size_t spinner, Step step) {
+    if (m_repeat.TakeClick())
+        m_steps[spinner](step);
+}
+
+void MinuteSecondEntry::StepBox(QLineEdit& box, std::optional<std::string> text) {
+    if (text)
+        box.setText(QString::fromStdString(*text));
+}

@@ -1,0 +1,52 @@
+#pragma once
+
+#include "dialogs/timing/minutesecond.h"
+#include "dialogs/timing/spinrepeat.h"
+
+#include <QObject>
+
+#include <functional>
+#include <vector>
+
+class QLineEdit;
+class QTimer;
+class QWidget;
+class UpDown;
+
+/// The two boxes for an amount of time with their spinners, and the repeat that
+/// all spinners of a dialog share.
+class MinuteSecondEntry : public QObject {
+    Q_OBJECT
+
+  public:
+    /// The boxes and spinners become children of the panel.
+    MinuteSecondEntry(QWidget* panel, SecondsRule rule);
+
+    QLineEdit* txtMin;
+    QLineEdit* txtSec;
+    UpDown* UpDown1;
+    UpDown* UpDown2;
+    QTimer* Timer1;
+
+    /// A further spinner, which steps a box with a time text.
+    void AddTimeSpinner(UpDown* spinner, QLineEdit* box);
+
+    /// Minutes and seconds as one number; text that is none is a run-time error.
+    double Amount() const;
+    void SetBoxes(const MinutesSeconds& texts);
+
+  private:
+    using StepHandler = std::function<void(Step)>;
+
+    void txtMin_Change();
+    void txtSec_Change();
+    void Timer1_Timer();
+    void Add(UpDown* spinner, StepHandler step);
+    void Click(std::size_t spinner, Step step);
+    void StepBox(QLineEdit& box, std::optional<std::string> text);
+
+    SecondsRule m_rule;
+    SpinRepeat m_repeat;
+    /// In the order of the spinners' codes, which begin with 1.
+    std::vector<StepHandler> m_steps;
+};

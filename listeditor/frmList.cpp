@@ -1,0 +1,242 @@
+#include "listeditor/frmList.h"
+
+#include "dialogs/placement.h"
+#include "listeditor/frmFind.h"
+#include "listeditor/rowdelegate.h"
+#include "listeditor/rowmodel.h"
+#include "listeditor/titleview.h"
+#include "platform/commondialogs.h"
+#include "platform/errorgate.h"
+#include "platform/twips.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <QToolBar>
+
+#include <utility>
+
+namespace {
+
+constexpr std::int32_t DesignWidth = 13500;
+constexpr std::int32_t DesignHeight = 8700;
+constexpr std::int32_t MinimumWidth = 3000;
+constexpr std::int32_t MinimumListHeight = 1000;
+
+} // namespace
+
+frmList::frmList(EditorHost& host, QWidget* parent)
+    : QMainWindow(parent, Qt::Window)
+    , LV(new TitleView(this))
+    , m_host(host)
+    , m_rows(new RowModel(this))
+    , m_actions(
+          *this, [this](const QString& key) { DoCommand(key); },
+          [this](const QString& name) { MenuEntry_Click(name); }) {
+    TB = m_actions.TB();
+    setObjectName("frmList");
+    setWindowTitle("Subtitle Editor");
+    setAttribute(Qt::WA_DeleteOnClose);
+    LayOut();
+    ConnectList();
+    Form_Load();
+}
+
+frmList::~frmList() = default;
+
+void frmList::LayOut() {
+    m_rows->MarkOf = [this](std::int32_t row) {
+        return row == FirstMark ? 1 : row == SecondMark ? 2 : 0;
+    };
+    LV->setObjectName("LV");
+    LV->setModel(m_rows);
+    LV->setItemDelegate(new RowDelegate(LV));
+    setCentralWidget(LV);
+    resize(ToPixels(DesignWidth), ToPixels(DesignHeight));
+    if (parentWidget() != nullptr)
+        PlaceBeside(*this, *parentWidget()->window());
+    AddListActions();
+    UpdateColours();
+    LV->setFocus();
+}
+
+void frmList::AddListActions() {
+    auto* findNext = new QAction(tr("Find &Next"), this);
+    findNext->setObjectName("FindNext");
+    findNext->setShortcut(Qt::Key_F3);
+    connect(findNext, &QAction::triggered, this, [this] { Guarded([this] { FindNext(); }); });
+    auto* selectAll = new QAction(tr("Select &All"), this);
+    selectAll->setObjectName("SelectAll");
+    selectAll->setShortcut(QKeySequence::SelectAll);
+    connect(selectAll, &QAction::triggered, LV, &TitleView::selectAll);
+    addAction(findNext);
+    addAction(selectAll);
+    LV->setContextMenuPolicy(Qt::ActionsContextMenu);
+    for (QAction* entry : m_actions.TitleEntries()) {
+        if (entry->objectName() == "mnuTimeSooner") {
+            auto* separator = new QAction(LV);
+            separator->setSeparator(true);
+            LV->addActions({findNext, selectAll, separator});
+        }
+        LV->addAction(entry);
+    }
+}
+
+void frmList::ConnectList() {
+    LV->installEventFilter(this);
+    connect(LV, &TitleView::clicked, this,
+            [this](const QModelIndex& index) { Guarded([&] { LV_ItemClick(index.row() + 1); }); });
+    connect(LV, &TitleView::doubleClicked, this, [this] { Guarded([this] { LV_DblClick(); }); });
+    connect(LV->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &frmList::SelectionChanged);
+    connect(m_rows, &RowModel::modelReset, this, &frmList::SelectionChanged);
+    connect(m_rows, &RowModel::LabelEdited, this, [this](std::int32_t row, const QString& text) {
+        Guarded([&] { LV_AfterLabelEdit(row, text); });
+    });
+}
+
+void frmList::Form_Load() {
+    m_host.EditButtonsEnabled(false);
+    LoadSettings();
+    UndoPossible(Subt().UndoCount() > 0);
+    Form_Resize();
+    LoadList();
+    session().ListWindowOpen = true;
+    MarkDocumentEnds();
+    SelectionChanged();
+}
+
+void frmList::MarkDocumentEnds() {
+    session().BlueMark = Subt().StartTime(1);
+    session().GreenMark = Subt().StartTime(RowCount());
+    MarkEnds();
+}
+
+void frmList::Form_Resize() {
+    setMinimumSize(ToPixels(MinimumWidth), TB->sizeHint().height() + ToPixels(MinimumListHeight));
+}
+
+void frmList::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    if (std::exchange(m_shown, true))
+        return;
+    const QModelIndex shown = m_rows->index(m_host.ShownTitle() - 1, RowModel::Text);
+    LV->selectionModel()->setCurrentIndex(shown, QItemSelectionModel::NoUpdate);
+    LV->scrollTo(shown, TitleView::PositionAtCenter);
+}
+
+void frmList::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        UpdateColours();
+}
+
+void frmList::UpdateColours() {
+    m_rows->SetDark(LV->palette().color(QPalette::Base).lightness() < 128);
+    m_rows->ShowAll();
+}
+
+void frmList::Form_QueryUnload() {
+    if (!isMinimized() && !isMaximized() && !isFullScreen())
+        return;
+    // The window manager answers when it likes; what is saved is the normal window.
+    constexpr int LongestWait = 500;
+    showNormal();
+    QElapsedTimer waited;
+    waited.start();
+    const QRect normal = normalGeometry();
+    do {
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 20);
+    } while (geometry().size() != normal.size() && waited.elapsed() < LongestWait);
+}
+
+void frmList::Form_Unload() {
+    if (m_find != nullptr)
+        m_find->cmdExit_Click();
+    session().ListWindowOpen = false;
+    SaveSettings();
+    m_host.EditButtonsEnabled(true);
+}
+
+void frmList::closeEvent(QCloseEvent* event) {
+    if (!std::exchange(m_unloaded, true)) {
+        Form_QueryUnload();
+        Form_Unload();
+    }
+    QMainWindow::closeEvent(event);
+}
+
+void frmList::LoadList() {
+    const bool sameCount = m_rows->Count() == Subt().Count();
+    const QPoint scrolled(LV->horizontalScrollBar()->value(), LV->verticalScrollBar()->value());
+    m_rows->Load(Subt());
+    if (!sameCount) {
+        MarkEnds();
+        LV->horizontalScrollBar()->setValue(scrolled.x());
+        LV->verticalScrollBar()->setValue(scrolled.y());
+    }
+    UpdateDelete();
+    if (const std::int32_t item = SelectedItem(); item > 0)
+        m_host.MediaPosition(Subt().StartTime(item));
+}
+
+void frmList::DocumentReplaced() {
+    LV->clearSelection();
+    for (std::int32_t row = 1; row <= RowCount(); ++row)
+        m_rows->SetColour(row, RowColour::Plain);
+    LoadList();
+    UndoPossible(Subt().UndoCount() > 0);
+    MarkDocumentEnds();
+    LV->selectionModel()->setCurrentIndex(m_rows->index(0, RowModel::Text),
+                                          QItemSelectionModel::NoUpdate);
+    LV->scrollToTop();
+}
+
+void frmList::UndoPossible(bool possible) {
+    m_actions.SetEnabled(Needs::UndoSteps, possible);
+}
+
+void frmList::UpdateDelete() {
+    m_actions.SetEnabled(Needs::TwoRows, RowCount() >= 2);
+}
+
+void frmList::mnuViewFont_Click() {
+    if (const auto font = ChooseFont(this, LV->font()))
+        LV->SetListFont(*font);
+}
+
+void frmList::mnuViewToolbar_Click() {
+    TB->setVisible(m_actions.Entry("mnuViewToolbar")->isChecked());
+    Form_Resize();
+}
+
+QFont frmList::ListFont() const {
+    return LV->font();
+}
+
+std::int32_t frmList::RowCount() const {
+    return m_rows->Count();
+}
+
+QString frmList::RowText(std::int32_t row) const {
+    return m_rows->CellText(row, RowModel::Text);
+}
+
+QString frmList::RowStart(std::int32_t row) const {
+    return m_rows->CellText(row, RowModel::Start);
+}
+
+QString frmList::RowDuration(std::int32_t row) const {
+    return m_rows->CellText(row, RowModel::Duration);
+}
+
+void frmList::SetRow(std::int32_t row, const QString& text, double start, double duration) {
+    m_rows->SetText(row, text.toStdString());
+    m_rows->SetStart(row, start);
+    m_rows->SetDuration(row, duration);
+    m_rows->Show(row, row);
+}

@@ -1,0 +1,139 @@
+#pragma once
+
+#include "dialogs/titlelist.h"
+#include "listeditor/editorhost.h"
+#include "listeditor/listactions.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <cstdint>
+
+class RowModel;
+enum class RowColour : std::uint8_t;
+class TitleView;
+class frmFind;
+
+/// "Subtitle Editor": a row per title, and the commands on them. One instance,
+/// which deletes itself when it is closed.
+class frmList : public QMainWindow, public TitleList {
+    Q_OBJECT
+
+  public:
+    frmList(EditorHost& host, QWidget* parent);
+    ~frmList() override;
+
+    TitleView* LV;
+    QToolBar* TB;
+
+    /// The titles marked first and second for stretching.
+    std::int32_t FirstMark = 0;
+    std::int32_t SecondMark = 0;
+
+    /// Runs the command with that key; there is no error in an unknown one.
+    void DoCommand(const QString& key);
+    void CorrectSpelling();
+    void ConvertItalics();
+    /// Keeps the first mark before the second. The rows keep their colours.
+    void MarkChanged();
+
+    /// The list got another document.
+    void DocumentReplaced();
+    /// The main window gave title i other times.
+    void RowTimesChanged(std::int32_t i);
+    /// The main window has come to title i while playing.
+    void FollowTitle(std::int32_t i);
+    void UndoPossible(bool possible);
+
+    void LV_ItemClick(std::int32_t row);
+    void LV_DblClick();
+    void LV_KeyPress(int keyAscii);
+    void LV_KeyDown(int keyCode);
+    void LV_AfterLabelEdit(std::int32_t row, const QString& newString);
+    void mnuTimeFirst_Click();
+    void mnuTimeSecond_Click();
+    void mnuViewFont_Click();
+    void mnuViewToolbar_Click();
+
+    Session& session() override { return m_host.session(); }
+    QWidget* Window() override { return this; }
+    QFont ListFont() const override;
+    std::int32_t RowCount() const override;
+    std::vector<std::int32_t> SelectedRows() const override;
+    std::int32_t SelectedItem() const override;
+    void UnselectItem() override;
+    QString RowText(std::int32_t row) const override;
+    QString RowStart(std::int32_t row) const override;
+    QString RowDuration(std::int32_t row) const override;
+    void SetRow(std::int32_t row, const QString& text, double start, double duration) override;
+    std::int32_t FirstMarkedTitle() const override { return FirstMark; }
+    std::int32_t SecondMarkedTitle() const override { return SecondMark; }
+    void ShowEdited(std::int32_t row) override;
+    void ShowAllEdited(std::span<const std::int32_t> rows) override;
+    void LoadList() override;
+    void GoToTitle(std::int32_t index) override;
+    void TitlesChanged() override { m_host.TitlesChanged(); }
+
+  protected:
+    void closeEvent(QCloseEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    void LayOut();
+    void ConnectList();
+    void AddListActions();
+    void Form_Load();
+    void Form_Resize();
+    void Form_QueryUnload();
+    void Form_Unload();
+    void LoadSettings();
+    void SaveSettings();
+    void LoadColumns();
+    void UpdateColours();
+
+    void MenuEntry_Click(const QString& name);
+    void Undo();
+    void Edit();
+    void Find();
+    void FindNext();
+    void Sooner();
+    void Later();
+    void Shorter();
+    void Longer();
+    void Stretch();
+    void Shift();
+    void Insert();
+    void Delete();
+    void CorrectSpellingCommand();
+    void ConvertItalicsCommand();
+    void Bye();
+    void MoveTitles(bool (*change)(SUBTITLES&, std::int32_t));
+    void ChangeDuration(bool (*change)(SUBTITLES&, std::int32_t));
+    void ShowCorrected(const std::vector<std::int32_t>& rows);
+    void RemoveRows(const std::vector<std::int32_t>& rows, bool lastStaysSelected);
+    void OpenEdit();
+    void OpenStretch();
+    void OpenShift();
+
+    SUBTITLES& Subt() { return m_host.session().Subt; }
+    void SelectionChanged();
+    void SelectRow(std::int32_t row);
+    void ScrollTo(std::int32_t row);
+    bool IsMark(std::int32_t row) const { return row == FirstMark || row == SecondMark; }
+    /// The marked rows get the colour of plain ones.
+    void UncolourMarks();
+    /// Marks the first and the last title.
+    void MarkEnds();
+    void MarkDocumentEnds();
+    void Mark(std::int32_t& mark, std::int32_t otherMark, RowColour colour);
+    void UpdateDelete();
+
+    EditorHost& m_host;
+    RowModel* m_rows;
+    ListActions m_actions;
+    QPointer<frmFind> m_find;
+    bool m_shown = false;
+    bool m_unloaded = false;
+};

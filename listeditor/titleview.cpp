@@ -1,0 +1,52 @@
+#include "listeditor/titleview.h"
+
+#include <QHeaderView>
+
+namespace {
+
+constexpr int RowPadding = 6;
+
+} // namespace
+
+TitleView::TitleView(QWidget* parent)
+    : QTableView(parent) {
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(ExtendedSelection);
+    setEditTriggers(NoEditTriggers);
+    setTabKeyNavigation(false);
+    setShowGrid(false);
+    setWordWrap(false);
+    setCornerButtonEnabled(false);
+    setFrameShape(NoFrame);
+    setHorizontalScrollMode(ScrollPerPixel);
+    verticalHeader()->hide();
+    verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(1);
+    horizontalHeader()->setHighlightSections(false);
+    horizontalHeader()->setSectionsClickable(false);
+    SetListFont(font());
+}
+
+void TitleView::SetListFont(const QFont& font) {
+    setFont(font);
+    verticalHeader()->setDefaultSectionSize(QFontMetrics(font).height() + RowPadding);
+}
+
+QModelIndex TitleView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    const int rows = model() != nullptr ? model()->rowCount() : 0;
+    if (rows > 0 && action == MoveHome)
+        return model()->index(0, 0);
+    if (rows > 0 && action == MoveEnd)
+        return model()->index(rows - 1, 0);
+    if (action == MoveLeft || action == MoveRight)
+        return currentIndex();
+    return QTableView::moveCursor(action, modifiers);
+}
+
+void TitleView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QTableView::currentChanged(current, previous);
+    // The frame of the row with the focus runs through all its cells.
+    for (const QModelIndex& index : {current, previous})
+        for (int column = 0; index.isValid() && column < model()->columnCount(); ++column)
+            update(index.siblingAtColumn(column));
+}
