@@ -66,7 +66,7 @@ void frmEdit::LayOut() {
     start->setBuddy(txtStart);
     duration->setBuddy(txtDuration);
     const QFontMetrics metrics = txtStart->fontMetrics();
-    txtStart->setFixedWidth(metrics.horizontalAdvance("-00:00:00,000") + 20);
+    SetTimeWidth(txtStart);
     txtDuration->setFixedWidth(metrics.horizontalAdvance("0000.000") + 20);
     for (QPushButton* mark : {cmdB, cmdI})
         mark->setFixedWidth(metrics.horizontalAdvance("</b>") + 24);

@@ -16,7 +16,7 @@
 
 frmShift::frmShift(TitleList& list, QWidget* parent)
     : ListDialog(list, parent, "frmShift", "Shift all subtitles")
-    , txtCurrent(Named<QLineEdit>("txtCurrent", this))
+    , txtCurrent(NewDisplay("txtCurrent", this))
     , optBeginning(Named<QRadioButton>("optBeginning", "beginning", this))
     , optEnd(Named<QRadioButton>("optEnd", "end, by", this))
     , Amount(new MinuteSecondEntry(this, SecondsRule::CarryIntoMinutes))
@@ -31,9 +31,6 @@ frmShift::frmShift(TitleList& list, QWidget* parent)
 }
 
 void frmShift::LayOut() {
-    txtCurrent->setReadOnly(true);
-    txtCurrent->setFocusPolicy(Qt::ClickFocus);
-    txtCurrent->setFixedWidth(txtCurrent->fontMetrics().horizontalAdvance("-00:00:00,000") + 24);
     optBeginning->setChecked(true);
     cmdOK->setDefault(true);
 

@@ -47,10 +47,6 @@ QComboBox* FillRates(QComboBox* box) {
     return box;
 }
 
-void SetTimeWidth(QLineEdit* box) {
-    box->setFixedWidth(box->fontMetrics().horizontalAdvance("-00:00:00,000") + 24);
-}
-
 } // namespace
 
 frmStretch::frmStretch(TitleList& list, QWidget* parent)
@@ -62,7 +58,7 @@ frmStretch::frmStretch(TitleList& list, QWidget* parent)
     , txtLastSubtitle(Named<QLineEdit>("txtLastSubtitle", PB[0]))
     , UDLast(Named<UpDown>("UDLast", PB[0]))
     , lblTitleInfo(Named<QLabel>("lblTitleInfo", PB[0]))
-    , txtCurrent(Named<QLineEdit>("txtCurrent", PB[1]))
+    , txtCurrent(NewDisplay("txtCurrent", PB[1]))
     , optStretch(Named<QRadioButton>("optStretch", "Stretch", PB[1]))
     , optShrink(Named<QRadioButton>("optShrink", "Shrink by", PB[1]))
     , Amount(new MinuteSecondEntry(PB[1], SecondsRule::Clamp))
@@ -130,9 +126,6 @@ void frmStretch::LayOutTitles() {
 
 void frmStretch::LayOutAmount() {
     auto* current = Named<QLabel>("Label1", "Current length (start of last subtitle):", PB[1]);
-    SetTimeWidth(txtCurrent);
-    txtCurrent->setReadOnly(true);
-    txtCurrent->setFocusPolicy(Qt::ClickFocus);
     txtCurrent->setAccessibleName(current->text());
     optStretch->setChecked(true);
 

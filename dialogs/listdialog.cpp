@@ -1,5 +1,6 @@
 #include "dialogs/listdialog.h"
 
+#include <QLineEdit>
 #include <QPushButton>
 
 ListDialog::ListDialog(TitleList& list, QWidget* parent, const QString& name,
@@ -24,4 +25,21 @@ QPushButton* ListDialog::NewButton(const QString& name, const QString& caption, 
     button->setObjectName(name);
     button->setAutoDefault(false);
     return button;
+}
+
+QLineEdit* ListDialog::NewDisplay(const QString& name, QWidget* parent) {
+    auto* box = new QLineEdit(parent);
+    box->setObjectName(name);
+    box->setReadOnly(true);
+    box->setFocusPolicy(Qt::ClickFocus);
+    QPalette palette;
+    palette.setBrush(QPalette::Base, Qt::transparent);
+    box->setPalette(palette);
+    SetTimeWidth(box);
+    return box;
+}
+
+void ListDialog::SetTimeWidth(QLineEdit* box) {
+    constexpr int BesideText = 24;
+    box->setFixedWidth(box->fontMetrics().horizontalAdvance("-00:00:00,000") + BesideText);
 }

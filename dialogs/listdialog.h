@@ -4,6 +4,7 @@
 
 #include <QDialog>
 
+class QLineEdit;
 class QPushButton;
 
 /// What the dialogs that work for the list editor have in common. They delete
@@ -25,6 +26,9 @@ class ListDialog : public QDialog {
     void Unload() { done(0); }
     virtual void Form_Unload() {}
 
+    /// A box of one line that only shows something.
+    static QLineEdit* NewDisplay(const QString& name, QWidget* parent);
+    static void SetTimeWidth(QLineEdit* box);
     QPushButton* NewButton(const QString& name, const QString& caption, QWidget* parent);
 
     /// A control under its name.

@@ -56,7 +56,7 @@ void frmList::LayOut() {
     LV->setModel(m_rows);
     LV->setItemDelegate(new RowDelegate(LV));
     setCentralWidget(LV);
-    resize(ToPixels(DesignWidth), ToPixels(DesignHeight));
+    resize(qMax(ToPixels(DesignWidth), TB->sizeHint().width()), ToPixels(DesignHeight));
     if (parentWidget() != nullptr)
         PlaceBeside(*this, *parentWidget()->window());
     AddListActions();

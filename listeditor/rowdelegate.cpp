@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr int Padding = 5;
+constexpr int Padding = 4;
 const QString LineSign = QStringLiteral(" \u21B5 ");
 
 /// The text on one line. Long texts are cut first: nobody sees their end.
