@@ -1,0 +1,96 @@
+#pragma once
+
+#include "platform/filelock.h"
+
+#include <QString>
+
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <thread>
+#include <vector>
+
+/// The copies of unsaved work in the user's state folder: one per running program,
+/// held by a lock that ends with the program. Copies are made and written on a
+/// thread of the store's own, each complete or not at all.
+class RecoveryStore {
+  public:
+    /// Runs on the store's thread. Answers the copy; nothing when there is nothing to
+    /// keep, and what was kept is removed.
+    using Maker = std::function<std::optional<std::string>()>;
+
+    explicit RecoveryStore(QString folder = DefaultFolder());
+    /// Finishes what was posted. A copy that is there stays, for the next start.
+    ~RecoveryStore();
+    RecoveryStore(const RecoveryStore&) = delete;
+    RecoveryStore& operator=(const RecoveryStore&) = delete;
+
+    /// Tevo/Quelmar in the user's folder for programs' state.
+    static QString DefaultFolder();
+    const QString& Folder() const { return m_folder; }
+
+    /// Replaces the copy soon; what was posted before and is not yet begun is skipped.
+    /// A copy that cannot be written is tried again every few seconds.
+    void Post(Maker maker);
+    /// The copy that is made stays beside the one that is posted next, until a later
+    /// start of the program deals with it.
+    void Archive(Maker maker);
+    /// Waits until all that was posted is on the disk, or could not be written.
+    void Flush();
+    /// Of what was posted before the last `Flush`: something is there to be recovered.
+    bool HasCopy() const;
+
+  private:
+    struct Job {
+        Maker maker;
+        bool archive;
+    };
+    struct Slot {
+        FileLock lock;
+        QString file;
+    };
+
+    void Work();
+    bool Perform(const Job& job);
+    bool Prepare();
+
+    const QString m_folder;
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::deque<Job> m_jobs;
+    bool m_working = false;
+    bool m_ending = false;
+    bool m_hasCopy = false;
+    // Used by the store's thread alone.
+    Slot m_slot;
+    std::vector<Slot> m_archived;
+    std::thread m_thread;
+};
+
+/// A copy whose program has ended. It is held while this object lives: no other
+/// program takes it meanwhile.
+class OrphanCopy {
+  public:
+    OrphanCopy(FileLock lock, QString file);
+
+    const QString& File() const { return m_file; }
+    const std::string& Bytes() const { return m_bytes; }
+    /// Seconds since 1970.
+    std::int64_t Written() const;
+    void Discard();
+    /// Puts another copy in its place.
+    bool Replace(const std::string& copy);
+
+  private:
+    FileLock m_lock;
+    QString m_file;
+    std::string m_bytes;
+};
+
+/// Takes hold of all copies that no running program holds, the newest first. What a
+/// program left unfinished when it was ended is tidied away.
+std::vector<OrphanCopy> ClaimOrphans(const QString& folder = RecoveryStore::DefaultFolder());
