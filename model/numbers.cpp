@@ -11,7 +11,9 @@ namespace {
 
 constexpr std::string_view Blanks = " \t\r\n";
 
-constexpr bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+constexpr bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 /// How many characters at the start form sign, digits and at most one "."
 /// with at least one digit; 0 when they do not.
@@ -107,9 +109,8 @@ std::string NumberText(double value) {
         return value > 0 ? "inf" : value < 0 ? "-inf" : "nan";
     // 15 significant digits as d.dddde+xx; the point is then put where the exponent says.
     std::array<char, 32> buffer{};
-    const auto [end, error] =
-        std::to_chars(buffer.data(), buffer.data() + buffer.size(), std::abs(value),
-                      std::chars_format::scientific, 14);
+    const auto [end, error] = std::to_chars(buffer.data(), buffer.data() + buffer.size(),
+                                            std::abs(value), std::chars_format::scientific, 14);
     const std::string_view form(buffer.data(), static_cast<std::size_t>(end - buffer.data()));
     const std::size_t mark = form.find('e');
     std::string digits(1, form[0]);
@@ -162,6 +163,10 @@ std::string ThousandthsText(double value) {
     return value < 0 && !zero ? "-" + text : text;
 }
 
-std::int32_t RoundToLong(double value) { return RoundTo<std::int32_t>(value); }
+std::int32_t RoundToLong(double value) {
+    return RoundTo<std::int32_t>(value);
+}
 
-std::int16_t RoundToInteger(double value) { return RoundTo<std::int16_t>(value); }
+std::int16_t RoundToInteger(double value) {
+    return RoundTo<std::int16_t>(value);
+}

@@ -68,9 +68,9 @@ std::int32_t SUBTITLES::Locate(double time) const {
         if (SearchStart(p - 1) <= time && SearchStart(p) >= time)
             return std::min(p, count);
     }
-    const auto found = std::lower_bound(
-        m_titles.begin(), m_titles.end(), time,
-        [](const Title& title, double moment) { return title.start < moment; });
+    const auto found =
+        std::lower_bound(m_titles.begin(), m_titles.end(), time,
+                         [](const Title& title, double moment) { return title.start < moment; });
     return std::min(static_cast<std::int32_t>(found - m_titles.begin()) + 1, count);
 }
 
@@ -93,7 +93,9 @@ void SUBTITLES::StartTime(std::int32_t index, double value) {
     At(index).start = value;
 }
 
-double SUBTITLES::EndTime(std::int32_t index) const { return Holds(index) ? At(index).end : 0.0; }
+double SUBTITLES::EndTime(std::int32_t index) const {
+    return Holds(index) ? At(index).end : 0.0;
+}
 
 void SUBTITLES::EndTime(std::int32_t index, double value) {
     if (!Holds(index))

@@ -27,4 +27,6 @@ const UndoHistory::Record& UndoHistory::At(std::int16_t age) const {
     return m_slots[static_cast<std::size_t>(slot < 0 ? slot + Slots : slot)];
 }
 
-void UndoHistory::Pop() { m_head = Previous(m_head); }
+void UndoHistory::Pop() {
+    m_head = Previous(m_head);
+}

@@ -17,7 +17,8 @@ class Player : public QObject {
     enum PlayState { Stopped = 0, Paused = 1, Playing = 2 };
     Q_ENUM(PlayState)
 
-    explicit Player(QObject* parent = nullptr) : QObject(parent) {}
+    explicit Player(QObject* parent = nullptr)
+        : QObject(parent) {}
 
     /// Opens a media file, paused. On return `ReadyState` tells whether the player
     /// took it; where the answer takes longer than a second, `ReadyStateChange` follows.

@@ -4,7 +4,8 @@
 
 #include <limits>
 
-Settings::Settings() : m_store(QSettings::NativeFormat, QSettings::UserScope, "Tevo", "Quelmar") {}
+Settings::Settings()
+    : m_store(QSettings::NativeFormat, QSettings::UserScope, "Tevo", "Quelmar") {}
 
 std::int32_t Settings::Dword(const QString& name, std::int32_t defaultValue) const {
     bool whole = false;
@@ -20,6 +21,10 @@ QString Settings::String(const QString& name, const QString& defaultValue) const
     return value.isValid() && value.canConvert<QString>() ? value.toString() : defaultValue;
 }
 
-void Settings::SetDword(const QString& name, std::int32_t value) { m_store.setValue(name, value); }
+void Settings::SetDword(const QString& name, std::int32_t value) {
+    m_store.setValue(name, value);
+}
 
-void Settings::SetString(const QString& name, const QString& value) { m_store.setValue(name, value); }
+void Settings::SetString(const QString& name, const QString& value) {
+    m_store.setValue(name, value);
+}

@@ -6,7 +6,9 @@
 /// device-independent pixel.
 inline constexpr std::int32_t TwipsPerPixel = 15;
 
-constexpr std::int32_t ToTwips(int pixels) { return pixels * TwipsPerPixel; }
+constexpr std::int32_t ToTwips(int pixels) {
+    return pixels * TwipsPerPixel;
+}
 /// Up to the next whole pixel, so that a minimum in twips is reached.
 constexpr int ToPixels(std::int32_t twips) {
     return twips >= 0 ? (twips + TwipsPerPixel - 1) / TwipsPerPixel : -(-twips / TwipsPerPixel);

@@ -27,7 +27,8 @@ TEST(Numbers, NumberTakesTheWholeTextOnly) {
     EXPECT_EQ(Number("-5"), -5);
     EXPECT_EQ(Number("5."), 5);
     EXPECT_EQ(Number("1e2"), 100);
-    for (const char* text : {"", " ", "abc", "1x", "1,5", "--1", "inf", "nan", "1e", "0x10", "1 2", "."})
+    for (const char* text :
+         {"", " ", "abc", "1x", "1,5", "--1", "inf", "nan", "1e", "0x10", "1 2", "."})
         EXPECT_FALSE(Number(text)) << text;
     EXPECT_THROW(ToNumber("x"), RuntimeError);
 }

@@ -69,8 +69,8 @@ TEST(List, LocateEndsOnAnyList) {
         const std::int32_t count = static_cast<std::int32_t>(random() % 60) + 1;
         for (std::int32_t i = 0; i < count; ++i)
             titles.Add(time(random), time(random), "");
-        for (const double t : {time(random), time(random), std::nan(""),
-                               std::numeric_limits<double>::infinity()}) {
+        for (const double t :
+             {time(random), time(random), std::nan(""), std::numeric_limits<double>::infinity()}) {
             const std::int32_t found = titles.Locate(t);
             EXPECT_GE(found, 1);
             EXPECT_LE(found, count);

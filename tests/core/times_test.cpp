@@ -15,27 +15,25 @@ struct FormatRow {
 
 class Format : public testing::TestWithParam<FormatRow> {};
 
-TEST_P(Format, Gives) { EXPECT_EQ(FormatTime(GetParam().seconds), GetParam().text); }
+TEST_P(Format, Gives) {
+    EXPECT_EQ(FormatTime(GetParam().seconds), GetParam().text);
+}
 
-INSTANTIATE_TEST_SUITE_P(Times, Format,
-                         testing::Values(FormatRow{0, "00:00:00,000"},
-                                         FormatRow{-0.0, "00:00:00,000"},
-                                         FormatRow{-1.5, "-00:00:01,500"},
-                                         FormatRow{-0.0001, "-00:00:00,000"},
-                                         FormatRow{3723.004, "01:02:03,004"},
-                                         FormatRow{59.9994, "00:00:59,999"},
-                                         FormatRow{59.9996, "00:00:60,000"},
-                                         FormatRow{3599.9999, "00:59:60,000"},
-                                         FormatRow{359999.999, "99:59:59,999"},
-                                         FormatRow{360001, "100:00:0,.000"},
-                                         FormatRow{3600.0 * 1000 + 12, "1000:00:,2.000"},
-                                         FormatRow{1.0005, "00:00:01,001"},
-                                         FormatRow{3600.0 * 32767, "32767:00,00.000"}));
+INSTANTIATE_TEST_SUITE_P(
+    Times, Format,
+    testing::Values(FormatRow{0, "00:00:00,000"}, FormatRow{-0.0, "00:00:00,000"},
+                    FormatRow{-1.5, "-00:00:01,500"}, FormatRow{-0.0001, "-00:00:00,000"},
+                    FormatRow{3723.004, "01:02:03,004"}, FormatRow{59.9994, "00:00:59,999"},
+                    FormatRow{59.9996, "00:00:60,000"}, FormatRow{3599.9999, "00:59:60,000"},
+                    FormatRow{359999.999, "99:59:59,999"}, FormatRow{360001, "100:00:0,.000"},
+                    FormatRow{3600.0 * 1000 + 12, "1000:00:,2.000"},
+                    FormatRow{1.0005, "00:00:01,001"},
+                    FormatRow{3600.0 * 32767, "32767:00,00.000"}));
 
 TEST(Times, FormatOverflowsAt32768Hours) {
-    for (const double seconds : {3600.0 * 32768, -3600.0 * 32768,
-                                 std::numeric_limits<double>::infinity(),
-                                 std::numeric_limits<double>::quiet_NaN()}) {
+    for (const double seconds :
+         {3600.0 * 32768, -3600.0 * 32768, std::numeric_limits<double>::infinity(),
+          std::numeric_limits<double>::quiet_NaN()}) {
         try {
             FormatTime(seconds);
             FAIL() << seconds;
@@ -53,7 +51,9 @@ struct ParseRow {
 
 class Parse : public testing::TestWithParam<ParseRow> {};
 
-TEST_P(Parse, Gives) { EXPECT_DOUBLE_EQ(ParseTime(GetParam().text), GetParam().seconds); }
+TEST_P(Parse, Gives) {
+    EXPECT_DOUBLE_EQ(ParseTime(GetParam().text), GetParam().seconds);
+}
 
 INSTANTIATE_TEST_SUITE_P(
     Times, Parse,

@@ -13,7 +13,9 @@ class Undo : public testing::Test {
         titles.UndoPossible = [this](bool possible) {
             events += possible ? "possible " : "impossible ";
         };
-        titles.UndoChangedListLength = [this] { events += "length "; };
+        titles.UndoChangedListLength = [this] {
+            events += "length ";
+        };
     }
 
     SUBTITLES titles;
@@ -88,7 +90,9 @@ TEST_F(Undo, ClearingAnEmptyHistoryRaisesNothing) {
 
 TEST_F(Undo, AnnouncesTheFirstStepBeforeItIsRecorded) {
     std::int16_t seen = -1;
-    titles.UndoPossible = [&](bool) { seen = titles.UndoCount(); };
+    titles.UndoPossible = [&](bool) {
+        seen = titles.UndoCount();
+    };
     titles.Text(1, "a");
     EXPECT_EQ(seen, 0);
 }
