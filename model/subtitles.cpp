@@ -22,6 +22,7 @@ void Raise(const EVENT& event, ARGUMENTS... arguments) {
 } // namespace
 
 void SUBTITLES::Clear() {
+    ++m_changes;
     m_titles.clear();
     m_titles.shrink_to_fit();
     m_upperBound = 0;
@@ -32,6 +33,7 @@ void SUBTITLES::Reserve(std::int32_t count) {
 }
 
 void SUBTITLES::Add(double start, double end, std::string text) {
+    ++m_changes;
     if (Count() >= m_upperBound)
         m_upperBound += GrowthStep;
     m_titles.push_back({start, end, std::move(text)});
@@ -123,6 +125,7 @@ void SUBTITLES::Delete(std::int32_t index) {
 }
 
 void SUBTITLES::DeleteAll(const std::vector<std::int32_t>& indexes) {
+    ++m_changes;
     std::size_t kept = 0;
     std::int32_t deleted = 0;
     auto next = indexes.begin();
@@ -157,6 +160,7 @@ void SUBTITLES::Insert(std::int32_t index, double start, double end, std::string
 }
 
 void SUBTITLES::Record(UndoHistory::Kind kind, std::int32_t index) {
+    ++m_changes;
     if (!m_undoEnabled || m_undoing)
         return;
     if (m_history.Empty())
@@ -170,6 +174,7 @@ void SUBTITLES::Record(UndoHistory::Kind kind, std::int32_t index) {
 std::int32_t SUBTITLES::Undo() {
     if (m_history.Empty())
         return 0;
+    ++m_changes;
     const UndoHistory::Record record = m_history.Newest();
     if (record.kind == UndoHistory::Kind::Changed) {
         if (Holds(record.title))
@@ -190,8 +195,10 @@ std::int32_t SUBTITLES::Undo() {
 }
 
 void SUBTITLES::ClearUndo() {
-    if (!m_history.Empty())
-        Raise(UndoPossible, false);
+    if (m_history.Empty())
+        return;
+    ++m_changes;
+    Raise(UndoPossible, false);
     m_history.Clear();
 }
 
@@ -199,6 +206,7 @@ void SUBTITLES::RestoreHistory(std::vector<UndoHistory::Record> records) {
     ClearUndo();
     if (!records.empty())
         Raise(UndoPossible, true);
+    ++m_changes;
     for (UndoHistory::Record& record : records)
         m_history.Push(std::move(record));
 }

@@ -65,6 +65,9 @@ class SUBTITLES {
     /// Puts a stored history back, oldest record first in the vector.
     void RestoreHistory(std::vector<UndoHistory::Record> records);
 
+    /// Another number after every change of the titles or their history.
+    std::uint64_t Changes() const { return m_changes; }
+
   private:
     struct Title {
         double start;
@@ -83,6 +86,7 @@ class SUBTITLES {
     std::vector<Title> m_titles;
     std::int32_t m_upperBound = 0;
     UndoHistory m_history;
+    std::uint64_t m_changes = 0;
     bool m_undoEnabled = false;
     bool m_undoing = false;
 };

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <utility>
 
 namespace {
 
@@ -170,6 +171,44 @@ TEST(List, DeletesManyAsOneByOne) {
         EXPECT_EQ(together.Text(i), single.Text(i));
         EXPECT_EQ(together.StartTime(i), single.StartTime(i));
     }
+}
+
+TEST(List, CountsEveryChange) {
+    SUBTITLES titles;
+    std::uint64_t before = titles.Changes();
+    const auto changed = [&] {
+        return std::exchange(before, titles.Changes()) != before;
+    };
+    for (int i = 1; i <= 5; ++i)
+        titles.Add(i, i + 1, "");
+    EXPECT_TRUE(changed());
+    titles.SetTimes(1, 0, 1);
+    EXPECT_TRUE(changed());
+    titles.StartTime(1, 0.5);
+    EXPECT_TRUE(changed());
+    titles.EndTime(1, 0.7);
+    EXPECT_TRUE(changed());
+    titles.UndoEnabled(true);
+    titles.Text(1, "text");
+    EXPECT_TRUE(changed());
+    titles.Undo();
+    EXPECT_TRUE(changed());
+    titles.Delete(1);
+    EXPECT_TRUE(changed());
+    titles.Insert(1, 0, 1, "");
+    EXPECT_TRUE(changed());
+    titles.DeleteAll({1, 2});
+    EXPECT_TRUE(changed());
+    titles.ClearUndo();
+    EXPECT_TRUE(changed());
+    titles.RestoreHistory({{}});
+    EXPECT_TRUE(changed());
+    titles.Text(99, "no such title");
+    titles.Locate(2);
+    titles.Reserve(100);
+    EXPECT_FALSE(changed());
+    titles.Clear();
+    EXPECT_TRUE(changed());
 }
 
 } // namespace
