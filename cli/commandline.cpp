@@ -1,0 +1,179 @@
+#include "cli/commandline.h"
+
+#include "cli/commands.h"
+#include "formats/load.h"
+#include "formats/save.h"
+#include "platform/base/runtimeerror.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iomanip>
+#include <vector>
+
+namespace {
+
+constexpr std::string_view Program = "quelmar-cli";
+constexpr double DefaultFrameRate = 25;
+constexpr const char* DefaultCodePage = "windows-1252";
+
+std::filesystem::path PathOf(const std::string& utf8) {
+    return std::u8string(utf8.begin(), utf8.end());
+}
+
+/// Messages have line breaks of two characters; a terminal wants one.
+void Say(std::ostream& err, std::string message) {
+    std::erase(message, '\r');
+    err << Program << ": " << message << '\n';
+}
+
+std::vector<Option> OptionsOf(const Command& command) {
+    std::vector<Option> options(command.options.begin(), command.options.end());
+    options.insert(options.end(), CommonOptions().begin(), CommonOptions().end());
+    return options;
+}
+
+void PrintOption(std::ostream& out, const Option& option) {
+    constexpr int NameWidth = 22;
+    std::string name(option.name);
+    if (!option.value.empty())
+        name += " " + std::string(option.value);
+    out << "    " << std::left << std::setw(NameWidth) << name << option.help << '\n';
+}
+
+void PrintHelp(std::ostream& out) {
+    out << "Usage: " << Program << " COMMAND [OPTIONS] IN OUT\n"
+        << "Loads the subtitle file IN and saves it as OUT, in the format that the\n"
+        << "extension of OUT names: .srt, .sub (MicroDVD) or .smi (SAMI).\n\n";
+    for (const Command& command : Commands()) {
+        out << "  " << command.name << (command.usage.empty() ? "" : " ") << command.usage
+            << "\n    " << command.help << '\n';
+        for (const Option& option : command.options)
+            PrintOption(out, option);
+        out << '\n';
+    }
+    out << "  With every command:\n";
+    for (const Option& option : CommonOptions())
+        PrintOption(out, option);
+    out << "\n  --help, --version\n\n"
+        << "TIME is hh:mm:ss,mmm or a number of seconds. Exit status: 0 done, 1 the file was\n"
+        << "corrupt, refused or not written, 2 wrong arguments.\n";
+}
+
+ExitCode Complain(std::ostream& err, const std::string& fault) {
+    Say(err, fault);
+    err << "Try '" << Program << " --help'.\n";
+    return ExitCode::WrongArguments;
+}
+
+/// One run of a command on its two files.
+class Job {
+  public:
+    Job(const Arguments& arguments, double frameRate, std::ostream& err)
+        : m_arguments(arguments)
+        , m_frameRate(frameRate)
+        , m_codePage(arguments.Has("--code-page") ? arguments.Value("--code-page")
+                                                  : DefaultCodePage)
+        , m_err(err) {}
+
+    ExitCode Run(const Edit& edit) {
+        const LoadOutcome loaded = Load();
+        const bool usable = loaded == LoadOutcome::Complete ||
+                            (loaded == LoadOutcome::Corrupt && m_arguments.Has("--partial"));
+        if (!usable)
+            return ExitCode::Failed;
+        // No one takes steps back here.
+        m_titles.UndoEnabled(false);
+        edit(m_titles);
+        const bool saved = Save();
+        return saved && loaded == LoadOutcome::Complete ? ExitCode::Done : ExitCode::Failed;
+    }
+
+  private:
+    LoadOutcome Load() {
+        LoadHooks hooks;
+        hooks.askFrameRate = [this] {
+            return m_frameRate;
+        };
+        const std::string& name = m_arguments.Files().front();
+        const LoadResult result = LoadTitles(PathOf(name), m_codePage, m_titles, m_style, hooks);
+        if (result.outcome == LoadOutcome::NotOpened)
+            Say(m_err, name + ": cannot be opened");
+        else if (!result.message.empty())
+            Say(m_err, name + ": " + result.message);
+        return result.outcome;
+    }
+
+    bool Save() {
+        const std::string& name = m_arguments.Files().back();
+        const std::string refusal = SaveRefusal(m_titles);
+        if (!refusal.empty()) {
+            Say(m_err, name + ": " + refusal);
+            return false;
+        }
+        SaveHooks hooks;
+        hooks.askFrameRate = [this] {
+            return m_frameRate;
+        };
+        hooks.flushToDisk = false;
+        const SaveResult result = SaveTitles(PathOf(name), m_codePage, m_titles, m_style, hooks);
+        if (!result.message.empty())
+            Say(m_err, name + ": " + result.message);
+        else if (result.format == nullptr)
+            Say(m_err, name + ": the extension names no format, so the file is empty");
+        return result.written;
+    }
+
+    const Arguments& m_arguments;
+    double m_frameRate;
+    std::string m_codePage;
+    std::ostream& m_err;
+    SUBTITLES m_titles;
+    FileStyle m_style;
+};
+
+ExitCode RunCommand(const Command& command, std::span<const std::string> words, std::ostream& err) {
+    std::string fault;
+    const std::optional<Arguments> arguments = Arguments::Parse(words, OptionsOf(command), fault);
+    if (!arguments)
+        return Complain(err, fault);
+    std::optional<double> rate = DefaultFrameRate;
+    if (arguments->Has("--frame-rate"))
+        rate = RateOf(arguments->Value("--frame-rate"));
+    if (!rate)
+        return Complain(err, "Illegal frame rate!");
+    const std::optional<Edit> edit = command.prepare(*arguments, fault);
+    if (!edit)
+        return Complain(err, fault);
+    if (arguments->Files().size() != 2)
+        return Complain(err, std::string(command.name) + " needs two file names");
+    try {
+        return Job(*arguments, *rate, err).Run(*edit);
+    } catch (const RuntimeError& error) {
+        Say(err, error.what());
+        return ExitCode::Failed;
+    }
+}
+
+} // namespace
+
+ExitCode RunCommandLine(std::span<const std::string> words, std::ostream& out, std::ostream& err) {
+    const auto options = std::find(words.begin(), words.end(), "--");
+    const auto asksFor = [&](std::string_view option) {
+        return std::find(words.begin(), options, option) != options;
+    };
+    if (asksFor("--help")) {
+        PrintHelp(out);
+        return ExitCode::Done;
+    }
+    if (asksFor("--version")) {
+        out << Program << " " << QUELMAR_VERSION << '\n';
+        return ExitCode::Done;
+    }
+    if (words.empty())
+        return Complain(err, "no command given");
+    for (const Command& command : Commands()) {
+        if (command.name == words.front())
+            return RunCommand(command, words.subspan(1), err);
+    }
+    return Complain(err, "unknown command " + words.front());
+}

@@ -1,0 +1,252 @@
+#include "cli/commandline.h"
+
+#include "cli/arguments.h"
+#include "formattesting.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdlib>
+#include <sstream>
+
+#ifndef _WIN32
+#include <sys/wait.h>
+#endif
+
+namespace {
+
+constexpr const char* SubRip = "1\r\n00:00:10,000 --> 00:00:12,000\r\nlt /is\r\n\r\n"
+                               "2\r\n00:01:50,000 --> 00:01:52,000\r\nB\r\n\r\n";
+
+struct Ran {
+    int code;
+    std::string out;
+    std::string err;
+};
+
+/// Runs in a folder with some files. Words with a point are names there, unless
+/// they are options or numbers.
+class CommandLine : public testing::Test {
+  public:
+    CommandLine() {
+        PutFile(Folder / "IN.srt", SubRip);
+        PutFile(Folder / "IN.sub", "{25}{50}A\r\n{75}{100}B\r\n");
+        PutFile(Folder / "IN.txt", "nothing known\r\n");
+        PutFile(Folder / "EMPTY.txt", "\r\n");
+        PutFile(Folder / "CORRUPT.srt", std::string(SubRip) + "x\r\n" + SubRip);
+    }
+
+    Ran Run(const std::vector<std::string>& words) const {
+        std::vector<std::string> full;
+        for (const std::string& word : words)
+            full.push_back(word.find('.') != std::string::npos && !word.starts_with('-') &&
+                                   word.find_first_of(":0123456789") == std::string::npos
+                               ? (Folder / word).string()
+                               : word);
+        std::ostringstream out;
+        std::ostringstream err;
+        const ExitCode code = RunCommandLine(full, out, err);
+        return {static_cast<int>(code), out.str(), err.str()};
+    }
+
+    std::vector<TestTitle> Result(const std::string& name) const {
+        SUBTITLES titles;
+        FileStyle style;
+        LoadTitles(Folder / name, "", titles, style, {});
+        return TitlesOf(titles);
+    }
+
+    const TestFolder Folder;
+};
+
+using Titles = std::vector<TestTitle>;
+
+TEST_F(CommandLine, ConvertsFromFormatToFormat) {
+    const Ran ran = Run({"convert", "IN.srt", "OUT.sub"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_EQ(ran.out + ran.err, "");
+    EXPECT_EQ(FileText(Folder / "OUT.sub"), "{250}{300}lt /is\r\n{2750}{2800}B\r\n");
+}
+
+TEST_F(CommandLine, TakesTheFrameRate) {
+    EXPECT_EQ(Run({"convert", "--frame-rate", "12.5", "IN.sub", "OUT.srt"}).code, 0);
+    EXPECT_EQ(Result("OUT.srt"), (Titles{{2, 4, "A"}, {6, 8, "B"}}));
+    EXPECT_EQ(Run({"convert", "IN.srt", "OUT.sub", "--frame-rate=10"}).code, 0);
+    EXPECT_EQ(FileText(Folder / "OUT.sub").substr(0, 10), "{100}{120}");
+    EXPECT_EQ(Run({"convert", "IN.sub", "OUT.srt"}).code, 0);
+    EXPECT_EQ(Result("OUT.srt"), (Titles{{1, 2, "A"}, {3, 4, "B"}}));
+}
+
+TEST_F(CommandLine, TakesTheCodePage) {
+    PutFile(Folder / "IN.sub", "{25}{50}\xEB\r\n");
+    EXPECT_EQ(Run({"convert", "--code-page", "KOI8-R", "IN.sub", "OUT.sub"}).code, 0);
+    EXPECT_EQ(FileText(Folder / "OUT.sub"), "{25}{50}\xEB\r\n");
+}
+
+TEST_F(CommandLine, WritesNothingOfACorruptFileUnlessAskedTo) {
+    PutFile(Folder / "OUT.srt", "old");
+    Ran ran = Run({"convert", "CORRUPT.srt", "OUT.srt"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.err.find("File is corrupt or not in SubRip format."), std::string::npos);
+    EXPECT_EQ(FileText(Folder / "OUT.srt"), "old");
+
+    ran = Run({"convert", "--partial", "CORRUPT.srt", "OUT.srt"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.err.find("File is corrupt or not in SubRip format."), std::string::npos);
+    EXPECT_EQ(FileText(Folder / "OUT.srt"), SubRip);
+}
+
+struct FailRow {
+    std::vector<std::string> words;
+    const char* message;
+};
+
+class Failing : public CommandLine, public testing::WithParamInterface<FailRow> {};
+
+TEST_P(Failing, SaysWhyAndWritesNothing) {
+    const Ran ran = Run(GetParam().words);
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_NE(ran.err.find(GetParam().message), std::string::npos) << ran.err;
+    EXPECT_FALSE(std::filesystem::exists(Folder / GetParam().words.back()));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Failing,
+    testing::Values(
+        FailRow{{"convert", "MISSING.srt", "OUT.srt"}, "MISSING.srt: cannot be opened"},
+        FailRow{{"convert", "IN.txt", "OUT.srt"}, "Could not determine file format"},
+        FailRow{{"convert", "--partial", "IN.txt", "OUT.srt"}, "Could not determine file format"},
+        FailRow{{"convert", "EMPTY.txt", "OUT.srt"},
+                "Run-time error '62':\n\nInput past end of file"},
+        FailRow{{"convert", "IN.srt", "NONE/OUT.srt"},
+                "One or more errors occurred while saving.\nThe file may be invalid."},
+        FailRow{{"shift", "--by", "-10.001", "IN.srt", "OUT.srt"},
+                "Cannot save: all starting times must be positive."},
+        FailRow{{"shift", "--by", "1e300", "IN.srt", "OUT.srt"}, "One or more errors occurred"}));
+
+TEST_F(CommandLine, StretchOfTitlesThatStartTogetherIsARunTimeError) {
+    PutFile(Folder / "ONE.sub", "{25}{50}A\r\n");
+    const Ran ran = Run({"stretch", "--first", "1", "--last", "2", "ONE.sub", "OUT.sub"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.err.find("Division by zero"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(Folder / "OUT.sub"));
+}
+
+class Wrong : public CommandLine, public testing::WithParamInterface<std::vector<std::string>> {};
+
+TEST_P(Wrong, ArgumentsEndWithTwo) {
+    const Ran ran = Run(GetParam());
+    EXPECT_EQ(ran.code, 2);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_NE(ran.err.find("quelmar-cli --help"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(Folder / "OUT.srt"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Wrong,
+    testing::Values(
+        std::vector<std::string>{}, std::vector<std::string>{"transform", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"convert"}, std::vector<std::string>{"convert", "IN.srt"},
+        std::vector<std::string>{"convert", "IN.srt", "OUT.srt", "OUT.srt"},
+        std::vector<std::string>{"convert", "--fast", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"convert", "--partial=yes", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"convert", "--frame-rate", "0", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"convert", "--frame-rate", "x", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"convert", "IN.srt", "OUT.srt", "--frame-rate"},
+        std::vector<std::string>{"shift", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"shift", "--by", "soon", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"stretch", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"stretch", "--first", "1", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"stretch", "--first", "1", "--amount", "2", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"stretch", "--from-rate", "25", "--to-rate", "0", "IN.srt",
+                                 "OUT.srt"},
+        std::vector<std::string>{"correct", "IN.srt", "OUT.srt"}));
+
+TEST_F(CommandLine, HelpsAndTellsItsVersion) {
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"--help"}, std::vector<std::string>{"convert", "--help"}}) {
+        const Ran ran = Run(words);
+        EXPECT_EQ(ran.code, 0);
+        EXPECT_EQ(ran.err, "");
+        for (const char* word :
+             {"convert", "shift --by", "stretch --first", "correct", "--partial"})
+            EXPECT_NE(ran.out.find(word), std::string::npos) << word;
+    }
+    EXPECT_EQ(Run({"--version"}).out.substr(0, 12), "quelmar-cli ");
+}
+
+TEST_F(CommandLine, TakesWhatFollowsTwoDashesForFiles) {
+    PutFile("--help.sub", "{25}{50}A\r\n");
+    EXPECT_EQ(Run({"convert", "--", "--help.sub", "OUT.srt"}).code, 0);
+    std::filesystem::remove("--help.sub");
+    EXPECT_EQ(Result("OUT.srt").size(), 1U);
+}
+
+TEST_F(CommandLine, ShiftsAllTitles) {
+    EXPECT_EQ(Run({"shift", "--by", "-00:00:10,000", "IN.srt", "OUT.srt"}).code, 0);
+    EXPECT_EQ(Result("OUT.srt"), (Titles{{0, 2, "lt /is"}, {100, 102, "B"}}));
+    EXPECT_EQ(Run({"shift", "--by=0.5", "IN.srt", "OUT.srt"}).code, 0);
+    EXPECT_EQ(Result("OUT.srt").front().start, 10.5);
+}
+
+TEST_F(CommandLine, StretchesAllTitlesInThreeWays) {
+    EXPECT_EQ(
+        Run({"stretch", "--first", "00:00:12,000", "--last", "122", "IN.srt", "OUT.srt"}).code, 0);
+    EXPECT_EQ(Result("OUT.srt"), (Titles{{12, 14.2, "lt /is"}, {122, 124.2, "B"}}));
+    EXPECT_EQ(Run({"stretch", "--amount", "-11", "IN.srt", "OUT.srt"}).code, 0);
+    EXPECT_EQ(Result("OUT.srt"), (Titles{{9, 10.8, "lt /is"}, {99, 100.8, "B"}}));
+    EXPECT_EQ(Run({"stretch", "--from-rate", "25", "--to-rate", "20", "IN.srt", "OUT.srt"}).code,
+              0);
+    EXPECT_EQ(Result("OUT.srt"), (Titles{{12.5, 15, "lt /is"}, {137.5, 140, "B"}}));
+}
+
+TEST_F(CommandLine, CorrectsAllTexts) {
+    EXPECT_EQ(Run({"correct", "--spelling", "--italics", "IN.srt", "OUT.smi"}).code, 0);
+    const Titles titles = Result("OUT.smi");
+    ASSERT_EQ(titles.size(), 2U);
+    EXPECT_EQ(titles[0].text.substr(0, 2), "It");
+    EXPECT_NE(titles[0].text.find("<i>"), std::string::npos);
+}
+
+TEST_F(CommandLine, AnEmptyListStaysEmpty) {
+    PutFile(Folder / "NO.sub", "");
+    EXPECT_EQ(Run({"stretch", "--first", "1", "--last", "2", "NO.sub", "OUT.srt"}).code, 0);
+    EXPECT_EQ(FileText(Folder / "OUT.srt"), "");
+}
+
+TEST_F(CommandLine, SaysWhenTheNameGivesAnEmptyFile) {
+    const Ran ran = Run({"convert", "IN.srt", "OUT.doc"});
+    EXPECT_EQ(ran.code, 0);
+    EXPECT_NE(ran.err.find("names no format"), std::string::npos);
+    EXPECT_EQ(FileText(Folder / "OUT.doc"), "");
+}
+
+TEST(TimeArguments, AreTimesOrSeconds) {
+    for (const auto& [text, seconds] :
+         {std::pair{"00:00:01,500", 1.5}, std::pair{"-01:00:00.250", -3600.25},
+          std::pair{"+100:00:00,000", 360000.0}, std::pair{"12", 12.0}, std::pair{"-0.5", -0.5}})
+        EXPECT_EQ(TimeOf(text), seconds) << text;
+    for (const char* text : {"", "x", "00:00:01", "00:00:01,5", "0:00:01,500", "00:00:0x,500",
+                             "--00:00:01,500", "1,5", "nan", "inf"})
+        EXPECT_EQ(TimeOf(text), std::nullopt) << text;
+}
+
+#ifndef _WIN32
+TEST_F(CommandLine, IsWhatTheBuiltProgramRuns) {
+    const auto run = [this](const std::string& words) {
+        const std::string command =
+            "cd '" + Folder.Path().string() + "' && " QUELMAR_CLI " " + words + " >out 2>err";
+        return WEXITSTATUS(std::system(command.c_str()));
+    };
+    EXPECT_EQ(run("convert IN.srt OUT.sub"), 0);
+    EXPECT_EQ(Result("OUT.sub").size(), 2U);
+    EXPECT_EQ(run("convert CORRUPT.srt OUT.srt"), 1);
+    EXPECT_NE(FileText(Folder / "err").find("CORRUPT.srt: File is corrupt"), std::string::npos);
+    EXPECT_EQ(run(""), 2);
+    EXPECT_EQ(run("--version"), 0);
+    EXPECT_EQ(FileText(Folder / "out").substr(0, 12), "quelmar-cli ");
+}
+#endif
+
+} // namespace
