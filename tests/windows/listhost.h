@@ -1,0 +1,47 @@
+#pragma once
+
+#include "listeditor/editorhost.h"
+#include "listeditor/frmList.h"
+
+#include <QPointer>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// Stands for the main window: owns the session, forwards the list's events as
+/// the main window does, and keeps what the list editor asked of it.
+class ListHost : public EditorHost {
+  public:
+    ListHost();
+
+    Session& session() override { return m_session; }
+    void MediaPosition(double seconds) override { positions.push_back(seconds); }
+    std::int32_t ShownTitle() const override { return shownTitle; }
+    void EditButtonsEnabled(bool enabled) override { editButtons = enabled; }
+    void TitlesChanged() override { ++changes; }
+
+    frmList& Open();
+    /// The open list editor; throws when there is none.
+    frmList& List() const;
+    void Close();
+
+    std::vector<double> positions;
+    std::int32_t shownTitle = 1;
+    std::optional<bool> editButtons;
+    int changes = 0;
+    QPointer<frmList> list;
+
+  private:
+    Session m_session;
+};
+
+struct TestTitle {
+    double start;
+    double end;
+    std::string text;
+};
+
+/// Five titles of two seconds, every ten seconds from 10 s.
+std::vector<TestTitle> FiveTitles();
