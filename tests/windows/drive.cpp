@@ -6,6 +6,7 @@
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QListView>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -61,6 +62,10 @@ Answer AnswerFileDialog(const QString& name, std::function<void(QWidget&)> look)
         }
         if (look)
             look(modal);
+        // The box gives up the file selected in the list only while it has the focus, which
+        // comes late on a busy machine.
+        if (auto* list = modal.findChild<QListView*>(QStringLiteral("listView")))
+            list->clearSelection();
         edit->setText(name);
         for (QAbstractButton* button : buttons->buttons())
             if (buttons->buttonRole(button) == QDialogButtonBox::AcceptRole)
