@@ -1,0 +1,254 @@
+#include "mainwindow/frmQuelmar.h"
+
+#include "listeditor/frmList.h"
+#include "mainwindow/transportstrip.h"
+#include "mainwindow/windowplace.h"
+#include "model/numbers.h"
+#include "model/times.h"
+#include "platform/errorgate.h"
+#include "platform/mediaplayercontrol.h"
+#include "platform/messageboxes.h"
+#include "platform/settings.h"
+#include "platform/twips.h"
+#include "platform/updown.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QTimer>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+constexpr std::int32_t MinimumWidth = 10000;
+constexpr std::int32_t MinimumHeight = 5000;
+constexpr QSize DesignSize(1000, 680);
+constexpr double DefaultFrameRate = 25;
+
+constexpr int DisplayInterval = 50;
+
+/// The strip lies in the player's control bar, at its left end.
+constexpr int ButtonStripOffsetTop = 29;
+constexpr int ButtonStripOffsetLeft = 8;
+
+QSize MinimumSize() {
+    return {ToPixels(MinimumWidth), ToPixels(MinimumHeight)};
+}
+
+double StoredFrameRate(const QString& text) {
+    const std::optional<double> number = Number(text.toStdString());
+    const double rate = number ? RoundTime(*number) : 0;
+    return rate > 0 ? rate : DefaultFrameRate;
+}
+
+QTimer* MakeTimer(QWidget* window, const char* name, int interval) {
+    auto* timer = new QTimer(window);
+    timer->setObjectName(QString::fromLatin1(name));
+    timer->setInterval(interval);
+    return timer;
+}
+
+} // namespace
+
+frmQuelmar::frmQuelmar(std::unique_ptr<Player> player)
+    : m_player(std::move(player)) {
+    setObjectName(QStringLiteral("frmQuelmar"));
+    setMinimumSize(MinimumSize());
+    MakeControls();
+    Timer1 = MakeTimer(this, "Timer1", DisplayInterval);
+    Timer1->setTimerType(Qt::PreciseTimer);
+    tmrPosButtons = MakeTimer(this, "tmrPosButtons", FirstRepeatInterval);
+    tmrUDTime = MakeTimer(this, "tmrUDTime", TimeSpinner::NextInterval);
+    ConnectControls();
+    ConnectPlayer();
+    Form_Load();
+    qApp->installEventFilter(this);
+}
+
+frmQuelmar::~frmQuelmar() {
+    qApp->removeEventFilter(this);
+    // What shows the document or the player goes before them.
+    m_player->disconnect(this);
+    delete m_list.data();
+    delete std::exchange(MP, nullptr);
+}
+
+void frmQuelmar::ConnectControls() {
+    const auto on = [this](auto* sender, auto signal, auto handler) {
+        connect(sender, signal, this, [this, handler](auto... arguments) {
+            Guarded([&] { (this->*handler)(arguments...); });
+        });
+    };
+    const auto onClick = [this](QPushButton* button, void (frmQuelmar::*handler)()) {
+        connect(button, &QPushButton::clicked, this,
+                [this, handler] { Guarded([&] { (this->*handler)(); }); });
+    };
+    const auto onChange = [this](QLineEdit* box, void (frmQuelmar::*handler)()) {
+        connect(box, &QLineEdit::textChanged, this,
+                [this, handler] { Guarded([&] { (this->*handler)(); }); });
+    };
+    onChange(txtAVI, &frmQuelmar::txtAVI_Change);
+    onChange(txtSRT, &frmQuelmar::txtSRT_Change);
+    onChange(txtTime, &frmQuelmar::txtTime_Change);
+    onClick(cmdBrowseAVI, &frmQuelmar::cmdBrowseAVI_Click);
+    onClick(cmdBrowseSRT, &frmQuelmar::cmdBrowseSRT_Click);
+    onClick(cmdSave, &frmQuelmar::cmdSave_Click);
+    onClick(cmdExit, &frmQuelmar::cmdExit_Click);
+    onClick(cmdSelStart, &frmQuelmar::cmdSelStart_Click);
+    onClick(cmdSelEnd, &frmQuelmar::cmdSelEnd_Click);
+    onClick(cmdBlue, &frmQuelmar::cmdBlue_Click);
+    onClick(cmdGreen, &frmQuelmar::cmdGreen_Click);
+    onClick(cmdAdjust, &frmQuelmar::cmdAdjust_Click);
+    onClick(cmdEdit, &frmQuelmar::cmdEdit_Click);
+    connect(optShow, &QRadioButton::toggled, this,
+            [this](bool chosen) { chosen ? optShow_Click() : optPosition_Click(); });
+    on(UDTime, &UpDown::MouseDown, &frmQuelmar::UDTime_MouseDown);
+    on(UDTime, &UpDown::MouseUp, &frmQuelmar::UDTime_MouseUp);
+    on(UDTime, &UpDown::DownClick, &frmQuelmar::UDTime_DownClick);
+    on(UDTime, &UpDown::UpClick, &frmQuelmar::UDTime_UpClick);
+    on(picButtons, &TransportStrip::MouseMove, &frmQuelmar::picButtons_MouseMove);
+    on(picButtons, &TransportStrip::MouseDown, &frmQuelmar::picButtons_MouseDown);
+    on(picButtons, &TransportStrip::MouseUp, &frmQuelmar::picButtons_MouseUp);
+    on(picButtons, &TransportStrip::EnabledChanged, &frmQuelmar::picButtons_EnabledChange);
+    const auto onTimer = [this](QTimer* timer, void (frmQuelmar::*handler)()) {
+        connect(timer, &QTimer::timeout, this,
+                [this, handler] { Guarded([&] { (this->*handler)(); }); });
+    };
+    onTimer(Timer1, &frmQuelmar::Timer1_Timer);
+    onTimer(tmrPosButtons, &frmQuelmar::tmrPosButtons_Timer);
+    onTimer(tmrUDTime, &frmQuelmar::tmrUDTime_Timer);
+    Subt.UndoChangedListLength = [this] {
+        Subt_UndoChangedListLength();
+    };
+    Subt.UndoPossible = [this](bool possible) {
+        Subt_UndoPossible(possible);
+    };
+}
+
+void frmQuelmar::ConnectPlayer() {
+    connect(m_player.get(), &Player::PlayStateChange, this,
+            [this](int /*old*/, int now) { Guarded([&] { MP_PlayStateChange(now); }); });
+    connect(m_player.get(), &Player::PositionChange, this,
+            [this](double /*old*/, double now) { Guarded([&] { MP_PositionChange(now); }); });
+    connect(m_player.get(), &Player::ReadyStateChange, this, [this] { EnableMediaControls(); });
+    connect(m_player.get(), &Player::Activated, this, [this] { setFocus(); });
+}
+
+void frmQuelmar::Form_Load() {
+    setWindowTitle(QStringLiteral("Quelmar V" QUELMAR_VERSION));
+    EnableMediaControls();
+    ReadSettings();
+    Form_Resize();
+    MP->setGeometry(0, 0, width(), PB->y());
+    picButtons->move(ButtonStripOffsetLeft, MP->height() - ButtonStripOffsetTop);
+    picButtons->raise();
+    optShow_Click();
+    ActionKey = SpaceKey;
+    m_session.SubtitlesChanged = false;
+    setFocus();
+}
+
+void frmQuelmar::ReadSettings() {
+    const Settings settings;
+    QList<QRect> screens;
+    for (const QScreen* screen : QGuiApplication::screens())
+        screens << screen->availableGeometry();
+    const QRect design = DesignPlace(DesignSize, MinimumSize(),
+                                     QGuiApplication::primaryScreen()->availableGeometry());
+    const auto read = [&](const char* name, int designed) {
+        return ToPixels(settings.Dword(QString::fromLatin1(name), ToTwips(designed)));
+    };
+    const QRect remembered(read("Left", design.left()), read("Top", design.top()),
+                           read("Width", design.width()), read("Height", design.height()));
+    const QRect place = WindowPlace(remembered, design, MinimumSize(), screens);
+    move(place.topLeft());
+    resize(place.size());
+    DLG.FileName = settings.String(QStringLiteral("MRU"), {});
+    m_session.FrameRate = StoredFrameRate(settings.String(
+        QStringLiteral("LastFrameRate"), QString::fromStdString(NumberText(DefaultFrameRate))));
+    m_codePage =
+        settings.String(QStringLiteral("CodePage"), QStringLiteral("windows-1252")).toStdString();
+    m_lagMilliseconds = settings.Dword(QStringLiteral("LagMs"), 0);
+}
+
+void frmQuelmar::WriteSettings() const {
+    Settings settings;
+    if (!isMinimized() && !isMaximized() && !isFullScreen()) {
+        settings.SetDword(QStringLiteral("Left"), ToTwips(x()));
+        settings.SetDword(QStringLiteral("Top"), ToTwips(y()));
+        settings.SetDword(QStringLiteral("Width"), ToTwips(width()));
+        settings.SetDword(QStringLiteral("Height"), ToTwips(height()));
+    }
+    settings.SetString(QStringLiteral("LastFrameRate"),
+                       QString::fromStdString(NumberText(RoundTime(m_session.FrameRate))));
+    settings.SetString(QStringLiteral("MRU"), DLG.FileName);
+}
+
+void frmQuelmar::Form_Resize() {
+    if (isMinimized())
+        return;
+    if (width() < MinimumSize().width())
+        return resize(MinimumSize().width(), height());
+    if (height() < MinimumSize().height())
+        return resize(width(), MinimumSize().height());
+    SizePanels();
+    PB->move(0, height() - PB->height());
+    if (PB->width() + PB2->width() < width()) {
+        // The display group takes what room there is: subtitles are long.
+        PB2->setGeometry(PB->width(), PB->y(), width() - PB->width() - 1, PB2->height());
+    } else {
+        PB2->move(PB->pos());
+        PB2->raise();
+    }
+    MP->resize(width(), PB->y());
+    if (MP->height() > ButtonStripOffsetTop)
+        picButtons->move(picButtons->x(), MP->height() - ButtonStripOffsetTop);
+}
+
+bool frmQuelmar::Form_Unload() {
+    if (frmList* list = OpenList())
+        list->close();
+    if (m_session.SubtitlesChanged &&
+        AskYesNo(this, QStringLiteral("Save subtitles?"), MessageIcon::Question) &&
+        !SaveSubtitles())
+        return false;
+    WriteSettings();
+    return true;
+}
+
+void frmQuelmar::cmdExit_Click() {
+    close();
+}
+
+void frmQuelmar::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    Guarded([&] { event->setAccepted(Form_Unload()); });
+}
+
+void frmQuelmar::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    Form_Resize();
+}
+
+void frmQuelmar::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // Sent by the base class's constructor too, before there are controls.
+    if (picButtons == nullptr)
+        return;
+    switch (event->type()) {
+    case QEvent::PaletteChange:
+        DrawToolIcons();
+        break;
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+        Form_Resize();
+        break;
+    default:
+        break;
+    }
+}

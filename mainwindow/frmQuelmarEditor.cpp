@@ -1,0 +1,66 @@
+#include "mainwindow/frmQuelmar.h"
+
+#include "dialogs/frmStretch.h"
+#include "listeditor/frmList.h"
+#include "model/times.h"
+#include "platform/messageboxes.h"
+
+#include <QLineEdit>
+#include <QPushButton>
+
+void frmQuelmar::cmdEdit_Click() {
+    if (frmList* list = OpenList()) {
+        list->raise();
+        list->activateWindow();
+        return;
+    }
+    m_list = new frmList(*this, this);
+    m_list->show();
+}
+
+frmList* frmQuelmar::OpenList() const {
+    return m_session.ListWindowOpen ? m_list.data() : nullptr;
+}
+
+void frmQuelmar::cmdAdjust_Click() {
+    if (!(m_session.BlueMark < m_session.GreenMark))
+        return ShowMessage(this, QStringLiteral("Title times have been set to an illegal order."));
+    frmList* list = OpenList();
+    if (list == nullptr)
+        return;
+    auto* stretch = new frmStretch(*list, list);
+    stretch->txtFirstSubtitle->setText(QString::fromStdString(FormatTime(m_session.BlueMark)));
+    stretch->txtLastSubtitle->setText(QString::fromStdString(FormatTime(m_session.GreenMark)));
+    stretch->show();
+    stretch->cmdOK_Click();
+}
+
+void frmQuelmar::Subt_UndoChangedListLength() {
+    if (frmList* list = OpenList())
+        list->LoadList();
+}
+
+void frmQuelmar::Subt_UndoPossible(bool possible) {
+    if (frmList* list = OpenList())
+        list->UndoPossible(possible);
+}
+
+void frmQuelmar::DocumentReplaced() {
+    if (frmList* list = OpenList())
+        list->DocumentReplaced();
+    emit DocumentTouched();
+}
+
+void frmQuelmar::MediaPosition(double seconds) {
+    if (m_player->ReadyState() != 0)
+        m_player->CurrentPosition(seconds);
+}
+
+void frmQuelmar::EditButtonsEnabled(bool enabled) {
+    for (QPushButton* button : {cmdEdit, cmdAdjust, cmdGreen, cmdBlue})
+        button->setEnabled(enabled);
+}
+
+void frmQuelmar::TitlesChanged() {
+    emit DocumentTouched();
+}

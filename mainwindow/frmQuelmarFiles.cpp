@@ -1,0 +1,204 @@
+#include "mainwindow/frmQuelmar.h"
+
+#include "formats/load.h"
+#include "formats/save.h"
+#include "mainwindow/fileexists.h"
+#include "mainwindow/frmFrameRate.h"
+#include "mainwindow/frmLoading.h"
+#include "mainwindow/startingname.h"
+#include "mainwindow/transportstrip.h"
+#include "platform/mediaplayercontrol.h"
+#include "platform/messageboxes.h"
+#include "platform/updown.h"
+
+#include <QFile>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace {
+
+const QString SubtitleFilter = QStringLiteral("SAMI files (*.smi)|*.smi|SubRip files (*.srt)|*.srt|"
+                                              "MicroDVD Subtitle files (*.sub)|*.sub");
+
+const QString MediaFilter =
+    QStringLiteral("Video and Audio Files|*.avi;*.mpg;*.mpeg;*.asf;*.mov;*.wav;*.mp3|"
+                   "Video files (avi, mpg, asf, mov)|*.avi;*.mpg;*.mpeg;*.asf;*.mov|"
+                   "Audio Files (wav, mp3)|*.wav;*.mp3|"
+                   "AVI files (*.avi)|*.avi|"
+                   "MPEG files (*.mpg)|*.mpg;*.mpeg|"
+                   "ASF files (*.asf)|*.asf|"
+                   "QuickTime files (*.mov)|*.mov|"
+                   "MPeg layer 3 files (*.mp3)|*.mp3|"
+                   "Windows WAV audio|*.wav|"
+                   "All Files (*.*)|*.*");
+
+/// A shorter text names no subtitle file: one letter and an extension.
+constexpr int ShortestName = 5;
+
+constexpr double FirstSubtitleStart = 1;
+constexpr double FirstSubtitleEnd = 2;
+
+std::filesystem::path PathOf(const QString& name) {
+#ifdef Q_OS_WIN
+    return name.toStdWString();
+#else
+    return QFile::encodeName(name).toStdString();
+#endif
+}
+
+bool Exists(const QString& name) {
+    return FileExists(name.toStdString());
+}
+
+} // namespace
+
+void frmQuelmar::OpenFiles(const QString& media, const QString& subtitles) {
+    if (!media.isEmpty())
+        txtAVI->setText(media);
+    if (!subtitles.isEmpty())
+        txtSRT->setText(subtitles);
+}
+
+void frmQuelmar::cmdBrowseAVI_Click() {
+    PrepareStartingName();
+    DLG.Filter = MediaFilter;
+    DLG.Title = QStringLiteral("Select an existing media file");
+    DLG.FileMustExist = true;
+    if (DLG.ShowOpen(this))
+        txtAVI->setText(DLG.FileName);
+    AVIFileOK = m_player->ReadyState() != 0;
+    for (QWidget* control : {static_cast<QWidget*>(txtTime), static_cast<QWidget*>(UDTime),
+                             static_cast<QWidget*>(MP), static_cast<QWidget*>(picButtons)})
+        control->setEnabled(AVIFileOK);
+    picButtons->Picture(AVIFileOK ? StripPictureEnabled : StripPictureDisabled);
+}
+
+void frmQuelmar::txtAVI_Change() {
+    AVIFileOK = Exists(txtAVI->text());
+    if (AVIFileOK) {
+        m_player->FileName(txtAVI->text());
+        Form_Resize();
+    }
+    EnableMediaControls();
+}
+
+/// The player's answer decides, also where it holds an earlier file.
+void frmQuelmar::EnableMediaControls() {
+    AVIFileOK = m_player->ReadyState() != 0;
+    MP->setEnabled(AVIFileOK);
+    txtTime->setEnabled(AVIFileOK);
+    UDTime->setEnabled(AVIFileOK);
+    picButtons->setEnabled(AVIFileOK && m_player->State() != Player::Playing);
+    cmdBlue->setEnabled(AVIFileOK && m_session.ListWindowOpen);
+    cmdGreen->setEnabled(cmdBlue->isEnabled());
+    cmdAdjust->setEnabled(cmdBlue->isEnabled());
+}
+
+void frmQuelmar::cmdBrowseSRT_Click() {
+    if (m_session.SubtitlesChanged) {
+        if (AskSaveFirst() && !SaveSubtitles())
+            return;
+        m_session.SubtitlesChanged = false;
+    }
+    PrepareStartingName();
+    DLG.Filter = SubtitleFilter;
+    DLG.Title = QStringLiteral("Select an existing file or enter a new filename");
+    DLG.FileMustExist = false;
+    if (!DLG.ShowOpen(this))
+        return;
+    // Emptied first, so that the same file is read again.
+    txtSRT->clear();
+    txtSRT->setText(DLG.FileName);
+    if (!Exists(DLG.FileName) &&
+        AskYesNo(this,
+                 QStringLiteral("This file does not yet exist.\nDo you want to start a new file?"),
+                 MessageIcon::Question))
+        StartNewFile();
+}
+
+void frmQuelmar::txtSRT_Change() {
+    if (m_session.SubtitlesChanged && AskSaveFirst())
+        SaveSubtitles();
+    m_subtitleFileExists = Exists(txtSRT->text());
+    if (m_subtitleFileExists && txtSRT->text().size() >= ShortestName)
+        LoadSubtitles();
+}
+
+bool frmQuelmar::AskSaveFirst() {
+    return AskYesNo(this, QStringLiteral("You have changed subtitles.\nSave them first?"),
+                    MessageIcon::Question);
+}
+
+void frmQuelmar::PrepareStartingName() {
+    DLG.FileName = QString::fromStdString(StartingName(DLG.FileName.toStdString()));
+}
+
+void frmQuelmar::StartNewFile() {
+    m_fileStyle = {};
+    Subt.Clear();
+    Subt.Add(FirstSubtitleStart, FirstSubtitleEnd, "First subtitle");
+    Subt.ClearUndo();
+    Subt.UndoEnabled(true);
+    cmdEdit->setEnabled(true);
+    cmdSave->setEnabled(true);
+    DocumentReplaced();
+}
+
+void frmQuelmar::LoadSubtitles() {
+    std::optional<frmLoading> loading;
+    LoadHooks hooks;
+    hooks.askFrameRate = [this] {
+        return AskFrameRate();
+    };
+    hooks.loading = [&] {
+        loading.emplace(this);
+    };
+    hooks.progress = [&](double done) {
+        return !loading || loading->Progress(done);
+    };
+    const LoadResult result =
+        LoadTitles(PathOf(txtSRT->text()), m_codePage, Subt, m_fileStyle, hooks);
+    loading.reset();
+    if (result.outcome != LoadOutcome::NotOpened) {
+        m_session.SubtitlesChanged = false;
+        cmdEdit->setEnabled(true);
+        cmdSave->setEnabled(true);
+    }
+    DocumentReplaced();
+    if (!result.message.empty())
+        ShowMessage(this, QString::fromStdString(result.message));
+}
+
+bool frmQuelmar::SaveSubtitles() {
+    const std::string refusal = SaveRefusal(Subt);
+    if (!refusal.empty()) {
+        ShowMessage(this, QString::fromStdString(refusal));
+        return false;
+    }
+    PrepareStartingName();
+    DLG.Filter = SubtitleFilter;
+    DLG.Title.clear();
+    if (!DLG.ShowSave(this))
+        return false;
+    SaveHooks hooks;
+    hooks.askFrameRate = [this] {
+        return AskFrameRate();
+    };
+    const SaveResult result =
+        SaveTitles(PathOf(DLG.FileName), m_codePage, Subt, m_fileStyle, hooks);
+    m_session.SubtitlesChanged = false;
+    emit DocumentTouched();
+    if (!result.message.empty())
+        ShowMessage(this, QString::fromStdString(result.message));
+    return result.written;
+}
+
+void frmQuelmar::cmdSave_Click() {
+    SaveSubtitles();
+}
+
+double frmQuelmar::AskFrameRate() {
+    frmFrameRate dialog(m_session, this);
+    dialog.exec();
+    return m_session.FrameRate;
+}

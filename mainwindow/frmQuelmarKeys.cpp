@@ -1,0 +1,147 @@
+#include "mainwindow/frmQuelmar.h"
+
+#include "listeditor/frmList.h"
+#include "mainwindow/frmPickKey.h"
+#include "platform/errorgate.h"
+#include "platform/eventage.h"
+#include "platform/keycodes.h"
+
+#include <QInputMethodEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMouseEvent>
+#include <QPlainTextEdit>
+
+namespace {
+
+bool TakesText(const QWidget& control) {
+    return qobject_cast<const QLineEdit*>(&control) != nullptr ||
+           qobject_cast<const QPlainTextEdit*>(&control) != nullptr;
+}
+
+/// Tab and Delete carry a character too, but type none.
+bool TypesCharacter(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+    case Qt::Key_Delete:
+        return false;
+    default:
+        return !event.text().isEmpty();
+    }
+}
+
+} // namespace
+
+void frmQuelmar::optShow_Click() {
+    txtKey->hide();
+    Label4->hide();
+}
+
+void frmQuelmar::optPosition_Click() {
+    txtKey->show();
+    Label4->show();
+}
+
+void frmQuelmar::txtKey_Click() {
+    frmPickKey dialog(this, *txtKey, ActionKey);
+    dialog.exec();
+    setFocus();
+}
+
+/// All keys of this window come by here before its controls get them.
+bool frmQuelmar::eventFilter(QObject* watched, QEvent* event) {
+    switch (event->type()) {
+    case QEvent::ShortcutOverride:
+    case QEvent::KeyPress:
+    case QEvent::KeyRelease:
+    case QEvent::InputMethod:
+    case QEvent::MouseButtonRelease:
+        break;
+    default:
+        return false;
+    }
+    auto* receiver = qobject_cast<QWidget*>(watched);
+    if (receiver == nullptr || receiver->window() != this)
+        return false;
+    bool taken = false;
+    Guarded([&] { taken = KeyPreview(*receiver, *event); });
+    if (taken)
+        event->accept();
+    return taken;
+}
+
+bool frmQuelmar::KeyPreview(QWidget& receiver, QEvent& event) {
+    switch (event.type()) {
+    case QEvent::ShortcutOverride:
+        return m_mediaActive && IsActionKey(static_cast<QKeyEvent&>(event));
+    case QEvent::KeyPress: {
+        const auto& key = static_cast<QKeyEvent&>(event);
+        return Form_KeyDown(key) || Form_KeyPress(receiver, key);
+    }
+    case QEvent::KeyRelease: {
+        const auto& key = static_cast<QKeyEvent&>(event);
+        if (Form_KeyUp(key))
+            return true;
+        // The release, for the picker takes the first key that is released in it.
+        if (&receiver == txtKey && !key.isAutoRepeat() &&
+            (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)) {
+            txtKey_Click();
+            return true;
+        }
+        return false;
+    }
+    case QEvent::InputMethod:
+        return m_player->State() == Player::Playing && TakesText(receiver) &&
+               !static_cast<QInputMethodEvent&>(event).commitString().isEmpty();
+    case QEvent::MouseButtonRelease:
+        if (&receiver == txtKey && static_cast<QMouseEvent&>(event).button() == Qt::LeftButton)
+            txtKey_Click();
+        return false;
+    default:
+        return false;
+    }
+}
+
+bool frmQuelmar::IsActionKey(const QKeyEvent& event) const {
+    return VirtualKeyCode(event) == ActionKey;
+}
+
+/// The media position that a key event of that age stands for.
+double frmQuelmar::PositionOf(std::chrono::milliseconds age) const {
+    const double position = m_player->PositionBefore(age);
+    return Mode() == DisplayMode::Position ? WithoutLag(position, m_lagMilliseconds) : position;
+}
+
+bool frmQuelmar::Form_KeyDown(const QKeyEvent& event) {
+    if (!m_mediaActive || !IsActionKey(event))
+        return false;
+    if (event.isAutoRepeat())
+        return true;
+    if (m_placing.Press(PositionOf(EventAge(event)))) {
+        m_session.SubtitlesChanged = true;
+        emit DocumentTouched();
+    }
+    return true;
+}
+
+bool frmQuelmar::Form_KeyUp(const QKeyEvent& event) {
+    if (!m_mediaActive || !IsActionKey(event))
+        return false;
+    if (event.isAutoRepeat())
+        return true;
+    m_placing.Release(PositionOf(EventAge(event)));
+    const std::int32_t placed = m_walker.CurrentTitle();
+    Subt.SetTimes(placed, m_placing.KeyDownTime(), m_placing.KeyUpTime());
+    if (frmList* list = OpenList(); list != nullptr && placed <= Subt.Count())
+        list->RowTimesChanged(placed);
+    ShowTexts(m_walker.Advance());
+    emit DocumentTouched();
+    return true;
+}
+
+/// While playing, no typed character reaches a text box.
+bool frmQuelmar::Form_KeyPress(const QWidget& receiver, const QKeyEvent& event) const {
+    return m_player->State() == Player::Playing && TakesText(receiver) && TypesCharacter(event);
+}

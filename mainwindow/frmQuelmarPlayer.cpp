@@ -1,0 +1,6 @@
+#include "mainwindow/frmQuelmar.h"
+
+#include "platform/mpvplayer.h"
+
+frmQuelmar::frmQuelmar()
+    : frmQuelmar(MakeMpvPlayer()) {}
