@@ -8,6 +8,7 @@
 #include "platform/errorgate.h"
 #include "platform/mediaplayercontrol.h"
 #include "platform/messageboxes.h"
+#include "platform/mpvplayer.h"
 #include "platform/settings.h"
 #include "platform/twips.h"
 #include "platform/updown.h"
@@ -33,8 +34,9 @@ constexpr double DefaultFrameRate = 25;
 constexpr int DisplayInterval = 50;
 
 /// The strip lies in the player's control bar, at its left end.
-constexpr int ButtonStripOffsetTop = 29;
-constexpr int ButtonStripOffsetLeft = 8;
+constexpr int ButtonStripOffsetTop =
+    (MediaPlayerControl::ControlBarHeight + TransportStrip::Size.height()) / 2;
+constexpr int ButtonStripOffsetLeft = MediaPlayerControl::StripLeft;
 
 QSize MinimumSize() {
     return {ToPixels(MinimumWidth), ToPixels(MinimumHeight)};
@@ -54,6 +56,9 @@ QTimer* MakeTimer(QWidget* window, const char* name, int interval) {
 }
 
 } // namespace
+
+frmQuelmar::frmQuelmar()
+    : frmQuelmar(MakeMpvPlayer()) {}
 
 frmQuelmar::frmQuelmar(std::unique_ptr<Player> player)
     : m_player(std::move(player)) {

@@ -1,6 +1,0 @@
-#include "mainwindow/frmQuelmar.h"
-
-#include "platform/mpvplayer.h"
-
-frmQuelmar::frmQuelmar()
-    : frmQuelmar(MakeMpvPlayer()) {}
