@@ -218,10 +218,12 @@ void frmQuelmar::Form_Resize() {
 bool frmQuelmar::Form_Unload() {
     if (frmList* list = OpenList())
         list->close();
-    if (m_session.SubtitlesChanged &&
-        AskYesNo(this, QStringLiteral("Save subtitles?"), MessageIcon::Question) &&
-        !SaveSubtitles())
-        return false;
+    if (m_session.SubtitlesChanged) {
+        if (!AskYesNo(this, QStringLiteral("Save subtitles?"), MessageIcon::Question))
+            emit SaveDeclined();
+        else if (!SaveSubtitles())
+            return false;
+    }
     WriteSettings();
     return true;
 }
@@ -233,6 +235,8 @@ void frmQuelmar::cmdExit_Click() {
 void frmQuelmar::closeEvent(QCloseEvent* event) {
     event->ignore();
     Guarded([&] { event->setAccepted(Form_Unload()); });
+    if (event->isAccepted())
+        emit Closed();
 }
 
 void frmQuelmar::resizeEvent(QResizeEvent* event) {

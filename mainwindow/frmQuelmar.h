@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/filestyle.h"
+#include "formats/recoverycopy.h"
 #include "listeditor/editorhost.h"
 #include "mainwindow/buttonstrip.h"
 #include "mainwindow/displaywalker.h"
@@ -59,6 +59,11 @@ class frmQuelmar : public QWidget, public EditorHost {
     /// Names both files, as if they were typed; an empty name is left out.
     void OpenFiles(const QString& media, const QString& subtitles);
 
+    /// What belongs to the document beside its titles.
+    RecoveryNotes Notes() const;
+    /// Puts the document of an earlier session in place of this one, as changed.
+    void RestoreDocument(RecoveredDocument document);
+
     Session& session() override { return m_session; }
     void MediaPosition(double seconds) override;
     std::int32_t ShownTitle() const override { return m_walker.CurrentTitle(); }
@@ -68,6 +73,16 @@ class frmQuelmar : public QWidget, public EditorHost {
   signals:
     /// The titles, or what their file was made of, may have changed.
     void DocumentTouched();
+    /// The titles are about to give way to another document's.
+    void DocumentReplacing();
+    /// The titles are those of a file now: just read, just written, or just begun.
+    void DocumentHeld();
+    /// The user answered No when asked to save.
+    void SaveDeclined();
+    /// An existing file is about to be emptied for writing.
+    void FileEmptying();
+    /// The window was closed, and nothing can keep it open any more.
+    void Closed();
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -46,6 +46,7 @@ void frmQuelmar::Subt_UndoPossible(bool possible) {
 }
 
 void frmQuelmar::DocumentReplaced() {
+    emit DocumentHeld();
     if (frmList* list = OpenList())
         list->DocumentReplaced();
     emit DocumentTouched();

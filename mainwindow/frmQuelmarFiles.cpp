@@ -125,8 +125,12 @@ void frmQuelmar::txtSRT_Change() {
 }
 
 bool frmQuelmar::AskSaveFirst() {
-    return AskYesNo(this, QStringLiteral("You have changed subtitles.\nSave them first?"),
-                    MessageIcon::Question);
+    const bool save =
+        AskYesNo(this, QStringLiteral("You have changed subtitles.\nSave them first?"),
+                 MessageIcon::Question);
+    if (!save)
+        emit SaveDeclined();
+    return save;
 }
 
 void frmQuelmar::PrepareStartingName() {
@@ -134,6 +138,7 @@ void frmQuelmar::PrepareStartingName() {
 }
 
 void frmQuelmar::StartNewFile() {
+    emit DocumentReplacing();
     m_fileStyle = {};
     Subt.Clear();
     Subt.Add(FirstSubtitleStart, FirstSubtitleEnd, "First subtitle");
@@ -145,6 +150,7 @@ void frmQuelmar::StartNewFile() {
 }
 
 void frmQuelmar::LoadSubtitles() {
+    emit DocumentReplacing();
     std::optional<frmLoading> loading;
     LoadHooks hooks;
     hooks.askFrameRate = [this] {
@@ -184,10 +190,15 @@ bool frmQuelmar::SaveSubtitles() {
     hooks.askFrameRate = [this] {
         return AskFrameRate();
     };
+    hooks.beforeWriting = [this] {
+        emit FileEmptying();
+    };
     const SaveResult result =
         SaveTitles(PathOf(DLG.FileName), m_codePage, Subt, m_fileStyle, hooks);
     m_session.SubtitlesChanged = false;
     emit DocumentTouched();
+    if (result.written && result.format != nullptr)
+        emit DocumentHeld();
     if (!result.message.empty())
         ShowMessage(this, QString::fromStdString(result.message));
     return result.written;

@@ -1,0 +1,118 @@
+#include "mainwindow/frmRecover.h"
+
+#include "mainwindow/recovery.h"
+#include "platform/errorgate.h"
+#include "platform/messageboxes.h"
+
+#include <QDateTime>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <utility>
+
+std::vector<RecoverableWork> FindRecoverableWork(const QString& folder) {
+    std::vector<RecoverableWork> works;
+    for (OrphanCopy& orphan : ClaimOrphans(folder))
+        if (auto document = ReadRecoveryCopy(orphan.Bytes()))
+            works.push_back({std::move(orphan), std::move(*document)});
+    return works;
+}
+
+QString WorkText(const RecoverableWork& work, std::int64_t now) {
+    return QStringLiteral("%1: %2 titles, %3%4")
+        .arg(QString::fromStdString(work.document.notes.subtitleFile))
+        .arg(work.document.titles.Count())
+        .arg(MomentText(work.document.stamp.time, now),
+             work.document.stamp.declined ? frmRecover::tr(", not saved on purpose") : QString());
+}
+
+frmRecover::frmRecover(std::vector<RecoverableWork>& works, QWidget* parent)
+    : QDialog(parent)
+    , m_works(works)
+    , lstWork(new QTreeWidget(this))
+    , cmdRestore(new QPushButton(tr("Restore"), this))
+    , cmdDiscard(new QPushButton(tr("Discard"), this))
+    , cmdClose(new QPushButton(tr("Close"), this)) {
+    setObjectName("frmRecover");
+    setWindowTitle(tr("Unsaved work"));
+    lstWork->setObjectName("lstWork");
+    lstWork->setHeaderLabels({tr("Subtitles"), tr("Titles"), tr("Last changed"), tr("Note")});
+    lstWork->setRootIsDecorated(false);
+    cmdRestore->setObjectName("cmdRestore");
+    cmdRestore->setDefault(true);
+    cmdDiscard->setObjectName("cmdDiscard");
+    cmdDiscard->setAutoDefault(false);
+    cmdClose->setObjectName("cmdClose");
+    cmdClose->setAutoDefault(false);
+
+    auto* buttons = new QHBoxLayout;
+    buttons->addWidget(cmdDiscard);
+    buttons->addStretch();
+    buttons->addWidget(cmdClose);
+    buttons->addWidget(cmdRestore);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(16, 16, 16, 16);
+    layout->setSpacing(12);
+    layout->addWidget(
+        new QLabel(tr("Work of earlier sessions that was not saved to a file:"), this));
+    layout->addWidget(lstWork);
+    layout->addLayout(buttons);
+    resize(640, 320);
+
+    connect(lstWork, &QTreeWidget::currentItemChanged, this,
+            [this] { Guarded([this] { lstWork_Change(); }); });
+    connect(lstWork, &QTreeWidget::itemActivated, this,
+            [this] { Guarded([this] { cmdRestore_Click(); }); });
+    connect(cmdRestore, &QPushButton::clicked, this,
+            [this] { Guarded([this] { cmdRestore_Click(); }); });
+    connect(cmdDiscard, &QPushButton::clicked, this,
+            [this] { Guarded([this] { cmdDiscard_Click(); }); });
+    connect(cmdClose, &QPushButton::clicked, this, &QDialog::reject);
+    Form_Load();
+}
+
+void frmRecover::Form_Load() {
+    const std::int64_t now = QDateTime::currentSecsSinceEpoch();
+    lstWork->clear();
+    for (const RecoverableWork& work : m_works) {
+        auto* item = new QTreeWidgetItem(
+            lstWork,
+            {DocumentName(work.document.notes), QString::number(work.document.titles.Count()),
+             MomentText(work.document.stamp.time, now),
+             work.document.stamp.declined ? tr("not saved on purpose") : QString()});
+        item->setToolTip(0, QString::fromStdString(work.document.notes.subtitleFile));
+        item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+    }
+    lstWork->setCurrentItem(lstWork->topLevelItem(0));
+    lstWork->header()->resizeSections(QHeaderView::ResizeToContents);
+    lstWork_Change();
+}
+
+std::optional<std::size_t> frmRecover::Current() const {
+    const int row = lstWork->indexOfTopLevelItem(lstWork->currentItem());
+    return row < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(row));
+}
+
+void frmRecover::lstWork_Change() {
+    cmdRestore->setEnabled(Current().has_value());
+    cmdDiscard->setEnabled(Current().has_value());
+}
+
+void frmRecover::cmdRestore_Click() {
+    m_chosen = Current();
+    if (m_chosen)
+        accept();
+}
+
+void frmRecover::cmdDiscard_Click() {
+    const auto row = Current();
+    if (!row || !AskYesNo(this, tr("Discard this work for good?"), MessageIcon::Question))
+        return;
+    m_works[*row].orphan.Discard();
+    m_works.erase(m_works.begin() + static_cast<std::ptrdiff_t>(*row));
+    Form_Load();
+}

@@ -1,0 +1,171 @@
+#include "mainwindow/recovery.h"
+
+#include "mainwindow/frmQuelmar.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <algorithm>
+#include <chrono>
+#include <memory>
+#include <utility>
+
+namespace {
+
+// Changes are on the disk within a second: this, the writing, and room to spare.
+constexpr auto PollInterval = std::chrono::milliseconds(300);
+
+std::optional<std::string> Nothing() {
+    return std::nullopt;
+}
+
+std::int64_t Now() {
+    return QDateTime::currentSecsSinceEpoch();
+}
+
+enum class Choice { Restore, Keep, Discard };
+
+Choice Ask(QWidget& parent, const RecoveryQuestion& question) {
+    QMessageBox box(QMessageBox::Question, QStringLiteral("Quelmar"), question.text,
+                    QMessageBox::NoButton, &parent);
+    box.setObjectName("RecoveryQuestion");
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(question.details);
+    const auto* restore = box.addButton(Recovery::tr("Restore"), QMessageBox::AcceptRole);
+    auto* keep = box.addButton(Recovery::tr("Keep for later"), QMessageBox::RejectRole);
+    const auto* discard = box.addButton(Recovery::tr("Discard"), QMessageBox::DestructiveRole);
+    box.setEscapeButton(keep);
+    box.exec();
+    if (box.clickedButton() == restore)
+        return Choice::Restore;
+    return box.clickedButton() == discard ? Choice::Discard : Choice::Keep;
+}
+
+} // namespace
+
+QString DocumentName(const RecoveryNotes& notes) {
+    const QString file = QString::fromStdString(notes.subtitleFile).trimmed();
+    const qsizetype slash = std::max(file.lastIndexOf('/'), file.lastIndexOf('\\'));
+    const QString name = file.mid(slash + 1);
+    return name.isEmpty() ? Recovery::tr("a document without a file name") : name;
+}
+
+QString MomentText(std::int64_t time, std::int64_t now) {
+    const QDateTime moment = QDateTime::fromSecsSinceEpoch(time);
+    const QDate today = QDateTime::fromSecsSinceEpoch(now).date();
+    const QString clock = moment.toString("HH:mm");
+    if (moment.date() == today)
+        return Recovery::tr("today at %1").arg(clock);
+    if (moment.date() == today.addDays(-1))
+        return Recovery::tr("yesterday at %1").arg(clock);
+    return Recovery::tr("on %1 at %2")
+        .arg(QLocale::c().toString(moment.date(), "d MMMM yyyy"), clock);
+}
+
+RecoveryQuestion::RecoveryQuestion(const RecoveredDocument& document, std::int64_t now)
+    : text(Recovery::tr("There is unsaved work of an earlier session: %1")
+               .arg(DocumentName(document.notes)))
+    , details(Recovery::tr(document.titles.Count() == 1 ? "%1 title, last changed %2."
+                                                        : "%1 titles, last changed %2.")
+                  .arg(document.titles.Count())
+                  .arg(MomentText(document.stamp.time, now))) {}
+
+Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
+    : m_window(window)
+    , m_store(store) {
+    connect(&window, &frmQuelmar::DocumentReplacing, this, &Recovery::DocumentReplacing);
+    connect(&window, &frmQuelmar::DocumentHeld, this, &Recovery::DocumentHeld);
+    connect(&window, &frmQuelmar::SaveDeclined, this, &Recovery::SaveDeclined);
+    connect(&window, &frmQuelmar::FileEmptying, this, &Recovery::Flush);
+    connect(&m_poll, &QTimer::timeout, this, &Recovery::Poll);
+    m_poll.start(PollInterval);
+    DocumentHeld();
+}
+
+Recovery::~Recovery() {
+    Poll();
+}
+
+void Recovery::Poll() {
+    if (m_replacing || m_window.Subt.Changes() == m_keptChanges)
+        return;
+    m_declined = false;
+    Keep(Fate::Current);
+}
+
+// Only the laying out of the document costs the window time: comparing, sealing and
+// writing are the store's.
+void Recovery::Keep(Fate fate) {
+    m_keptChanges = m_window.Subt.Changes();
+    const auto body = std::make_shared<const RecoveryBody>(m_window.Subt, m_window.Notes());
+    const RecoveryStamp stamp{Now(), m_declined};
+    auto maker = [body, stamp, held = m_heldTitles]() -> std::optional<std::string> {
+        if (held && body->TitlesFingerprint() == *held)
+            return std::nullopt;
+        return SealRecoveryCopy(*body, stamp);
+    };
+    if (fate == Fate::Current)
+        return m_store.Post(std::move(maker));
+    m_store.Archive(std::move(maker));
+    m_store.Post(Nothing);
+}
+
+bool Recovery::Flush() {
+    Poll();
+    m_store.Flush();
+    return m_store.HasCopy();
+}
+
+// Until the next document stands, what is in the list is half of it.
+void Recovery::DocumentReplacing() {
+    if (!m_heldTitles || m_window.Subt.Changes() != m_heldChanges)
+        Keep(Fate::Archived);
+    m_replacing = true;
+}
+
+void Recovery::DocumentHeld() {
+    m_replacing = false;
+    m_declined = false;
+    m_heldTitles = RecoveryBody(m_window.Subt, m_window.Notes()).TitlesFingerprint();
+    m_heldChanges = m_keptChanges = m_window.Subt.Changes();
+    m_store.Post(Nothing);
+}
+
+void Recovery::SaveDeclined() {
+    m_declined = true;
+    Keep(Fate::Current);
+}
+
+bool Recovery::OfferOrphans() {
+    for (OrphanCopy& orphan : ClaimOrphans(m_store.Folder())) {
+        auto document = ReadRecoveryCopy(orphan.Bytes());
+        if (!document || document->stamp.declined) {
+            const std::int64_t time = document ? document->stamp.time : orphan.Written();
+            if (Now() - time > KeepDeclinedSeconds)
+                orphan.Discard();
+            continue;
+        }
+        const Choice choice = Ask(m_window, RecoveryQuestion(*document, Now()));
+        if (choice == Choice::Discard)
+            orphan.Discard();
+        if (choice == Choice::Restore) {
+            Restore(orphan, std::move(*document));
+            return true;
+        }
+    }
+    return false;
+}
+
+// The old copy goes only when the new one is on the disk.
+void Recovery::Restore(OrphanCopy& orphan, RecoveredDocument document) {
+    DocumentReplacing();
+    m_window.RestoreDocument(std::move(document));
+    m_replacing = false;
+    m_declined = false;
+    m_heldTitles.reset();
+    Keep(Fate::Current);
+    if (Flush())
+        orphan.Discard();
+}

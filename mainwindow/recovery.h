@@ -1,0 +1,67 @@
+#pragma once
+
+#include "formats/recoverycopy.h"
+#include "platform/recoverystore.h"
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+
+#include <cstdint>
+#include <optional>
+
+class frmQuelmar;
+
+/// Keeps a recovery copy of the document while its titles differ from what its file
+/// holds, whatever the window's own mark of changes says, and brings work of earlier
+/// runs back.
+class Recovery : public QObject {
+    Q_OBJECT
+
+  public:
+    Recovery(frmQuelmar& window, RecoveryStore& store);
+    ~Recovery() override;
+
+    /// Offers the work of runs that did not end normally. true: some was restored.
+    bool OfferOrphans();
+    /// Puts the work into the window and takes the copy over.
+    void Restore(OrphanCopy& orphan, RecoveredDocument document);
+    /// Waits until the copy is on the disk. true: there is something to offer at the next start.
+    bool Flush();
+
+  private:
+    /// What is to become of the document's copy.
+    enum class Fate { Current, Archived };
+
+    void Poll();
+    void Keep(Fate fate);
+    void DocumentReplacing();
+    void DocumentHeld();
+    void SaveDeclined();
+
+    frmQuelmar& m_window;
+    RecoveryStore& m_store;
+    QTimer m_poll;
+    /// Of the titles that the file holds; nothing after a restoring.
+    std::optional<std::uint64_t> m_heldTitles;
+    std::uint64_t m_heldChanges = 0;
+    std::uint64_t m_keptChanges = 0;
+    bool m_replacing = false;
+    bool m_declined = false;
+};
+
+/// Work found at the start, as one question about it.
+struct RecoveryQuestion {
+    QString text;
+    QString details;
+
+    RecoveryQuestion(const RecoveredDocument& document, std::int64_t now);
+};
+
+/// The name of a document for people: the subtitle file's, without its folder.
+QString DocumentName(const RecoveryNotes& notes);
+/// "today at 14:05", "yesterday at 9:30", or the date.
+QString MomentText(std::int64_t time, std::int64_t now);
+
+/// Copies that were declined or cannot be read are kept that long.
+inline constexpr std::int64_t KeepDeclinedSeconds = std::int64_t{7} * 24 * 60 * 60;
