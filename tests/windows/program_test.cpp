@@ -1,0 +1,109 @@
+#include "app/commandline.h"
+#include "app/firstpaint.h"
+
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWidget>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(CommandLine, TellsItsTask) {
+    using Task = CommandLine::Task;
+    const struct {
+        QStringList arguments;
+        Task task;
+    } rows[] = {
+        {{}, Task::Run},
+        {{"film.avi"}, Task::Run},
+        {{"film.avi", "film.srt"}, Task::Run},
+        {{"film.avi", "film.srt", "more"}, Task::Wrong},
+        {{"--help"}, Task::Help},
+        {{"-h", "film.avi"}, Task::Help},
+        {{"--version"}, Task::Version},
+        {{"-v"}, Task::Version},
+        {{"--recover"}, Task::Recover},
+        {{"--recover", "film.avi"}, Task::Wrong},
+        {{"--demo", "folder"}, Task::Demo},
+        {{"--demo"}, Task::Wrong},
+        {{"--demo", "folder", "film.avi"}, Task::Wrong},
+        {{"--unknown"}, Task::Wrong},
+        {{"--", "--help"}, Task::Run},
+    };
+    for (const auto& row : rows) {
+        const CommandLine line = CommandLine::Parse(row.arguments);
+        EXPECT_EQ(line.task, row.task) << row.arguments.join(' ').toStdString();
+        EXPECT_EQ(line.complaint.isEmpty(), row.task != Task::Wrong)
+            << row.arguments.join(' ').toStdString();
+    }
+}
+
+TEST(CommandLine, NamesTheFiles) {
+    const CommandLine line = CommandLine::Parse({"a film.avi", "its.srt"});
+    EXPECT_EQ(line.media.toStdString(), "a film.avi");
+    EXPECT_EQ(line.subtitles.toStdString(), "its.srt");
+    EXPECT_EQ(CommandLine::Parse({"--demo", "there"}).demoFolder.toStdString(), "there");
+}
+
+struct Result {
+    int code = -1;
+    QString output;
+    QString errors;
+};
+
+Result Call(const QStringList& arguments, const QStringList& environment = {}) {
+    QProcess program;
+    program.setEnvironment(QProcess::systemEnvironment() + environment);
+    program.start(QUELMAR_PROGRAM, arguments);
+    EXPECT_TRUE(program.waitForFinished(60000));
+    return {program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1,
+            QString::fromLocal8Bit(program.readAllStandardOutput()),
+            QString::fromLocal8Bit(program.readAllStandardError())};
+}
+
+TEST(Program, AnswersWithoutADisplay) {
+    const QStringList noDisplay{"QT_QPA_PLATFORM=xcb", "DISPLAY="};
+    const Result help = Call({"--help"}, noDisplay);
+    EXPECT_EQ(help.code, 0);
+    EXPECT_TRUE(help.output.startsWith("Usage: quelmar [FILM [SUBTITLES]]"));
+    const Result version = Call({"--version"}, noDisplay);
+    EXPECT_EQ(version.code, 0);
+    EXPECT_EQ(version.output.toStdString(), "quelmar " QUELMAR_VERSION "\n");
+}
+
+TEST(Program, RefusesWrongArguments) {
+    const Result result = Call({"--nonsense"});
+    EXPECT_EQ(result.code, 2);
+    EXPECT_TRUE(result.errors.contains("quelmar: Unknown option 'nonsense'."));
+    EXPECT_EQ(Call({"-platform", "offscreen", "--version"}).code, 0);
+}
+
+TEST(Program, HasNothingToRecoverAtFirst) {
+    const QTemporaryDir state;
+    const Result result = Call({"--recover"}, {"XDG_STATE_HOME=" + state.path()});
+    EXPECT_EQ(result.code, 0);
+    EXPECT_EQ(result.output.toStdString(), "There is no unsaved work of earlier sessions.\n");
+}
+
+TEST(FirstPaint, RunsOnceAfterIt) {
+    QWidget window;
+    int runs = 0;
+    new AfterFirstPaint(window, [&] { ++runs; });
+    EXPECT_EQ(runs, 0);
+    window.show();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return runs > 0; }, 900));
+    window.update();
+    QTest::qWait(20);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST(FirstPaint, DoesNotWaitForAWindowThatIsNeverPainted) {
+    QWidget window;
+    int runs = 0;
+    new AfterFirstPaint(window, [&] { ++runs; });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return runs > 0; }, 5000));
+}
+
+} // namespace
