@@ -149,9 +149,16 @@ constexpr std::size_t LeastTitleSize = 8 + 8 + 4;
 void PutTitles(std::string& out, const SUBTITLES& titles) {
     PutNumber(out, static_cast<std::uint32_t>(titles.Count()));
     for (std::int32_t i = 1; i <= titles.Count(); ++i) {
-        PutNumber(out, titles.StartTime(i));
-        PutNumber(out, titles.EndTime(i));
-        PutText(out, titles.Text(i));
+        const std::string& text = titles.Text(i);
+        const double start = titles.StartTime(i);
+        const double end = titles.EndTime(i);
+        const auto length = static_cast<std::uint32_t>(text.size());
+        char lead[LeastTitleSize];
+        std::memcpy(lead, &start, 8);
+        std::memcpy(lead + 8, &end, 8);
+        std::memcpy(lead + 16, &length, 4);
+        out.append(lead, sizeof lead);
+        out.append(text);
     }
 }
 
@@ -205,12 +212,14 @@ std::optional<Header> Open(std::string_view copy) {
 } // namespace
 
 RecoveryBody::RecoveryBody(const SUBTITLES& titles, const RecoveryNotes& notes) {
-    constexpr std::size_t UsualTextSize = 48;
-    m_bytes.reserve(1024 +
-                    static_cast<std::size_t>(titles.Count()) * (LeastTitleSize + UsualTextSize));
     PutNotes(m_bytes, notes);
     PutHistory(m_bytes, titles.History());
     m_titlesAt = m_bytes.size();
+    // The window waits for this: room is made once.
+    std::size_t size = m_titlesAt + 4 + static_cast<std::size_t>(titles.Count()) * LeastTitleSize;
+    for (std::int32_t i = 1; i <= titles.Count(); ++i)
+        size += titles.Text(i).size();
+    m_bytes.reserve(size);
     PutTitles(m_bytes, titles);
 }
 

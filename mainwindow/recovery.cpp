@@ -3,6 +3,7 @@
 #include "mainwindow/frmQuelmar.h"
 
 #include <QDateTime>
+#include <QElapsedTimer>
 #include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
@@ -16,6 +17,7 @@ namespace {
 
 // Changes are on the disk within a second: this, the writing, and room to spare.
 constexpr auto PollInterval = std::chrono::milliseconds(300);
+constexpr qint64 RestFactor = 4;
 
 std::optional<std::string> Nothing() {
     return std::nullopt;
@@ -96,11 +98,16 @@ void Recovery::Poll() {
 }
 
 // Only the laying out of the document costs the window time: comparing, sealing and
-// writing are the store's.
+// writing are the store's. Of a list so long that it is felt all the same, copies are
+// made less often.
 void Recovery::Keep(Fate fate) {
+    QElapsedTimer layingOut;
+    layingOut.start();
     m_keptChanges = m_window.Subt.Changes();
     const auto body = std::make_shared<const RecoveryBody>(m_window.Subt, m_window.Notes());
     const RecoveryStamp stamp{Now(), m_declined};
+    m_poll.setInterval(
+        std::max(PollInterval, std::chrono::milliseconds(layingOut.elapsed() * RestFactor)));
     auto maker = [body, stamp, held = m_heldTitles]() -> std::optional<std::string> {
         if (held && body->TitlesFingerprint() == *held)
             return std::nullopt;

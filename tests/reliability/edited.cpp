@@ -1,0 +1,134 @@
+// The program, with a person in it who edits, places and saves without a pause until
+// the program is killed: quelmar_edited SUBTITLES SAVED SEED. After each edit a line
+// goes to standard output: its number, the moment, and the titles' fingerprint.
+
+#include "app/application.h"
+#include "app/program.h"
+#include "tests/windows/fakeplayer.h"
+
+#include <QAbstractButton>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+#include <chrono>
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <string>
+#include <unistd.h>
+
+namespace {
+
+constexpr int SaveEvery = 100;
+
+class Person {
+  public:
+    Person(Program& program, FakePlayer& player, QString saved, unsigned seed)
+        : m_window(program.Window())
+        , m_player(player)
+        , m_saved(std::move(saved))
+        , m_random(seed) {
+        m_act.setSingleShot(true);
+        QObject::connect(&m_act, &QTimer::timeout, &m_act, [this] { Act(); });
+        QObject::connect(&m_answer, &QTimer::timeout, &m_answer, [this] { Answer(); });
+        m_answer.start(5);
+    }
+
+    void Begin(const QString& subtitles) {
+        m_window.OpenFiles(QCoreApplication::applicationFilePath(), subtitles);
+        m_player.Play();
+        m_act.start(0);
+    }
+
+  private:
+    int Random(int below) { return static_cast<int>(m_random() % static_cast<unsigned>(below)); }
+
+    void Act() {
+        ++m_edit;
+        switch (Random(4)) {
+        case 0:
+            Place();
+            break;
+        case 1:
+            m_window.Subt.Insert(2 + Random(m_window.Subt.Count()), 5, 6, "inserted");
+            break;
+        case 2:
+            m_window.Subt.Delete(2 + Random(m_window.Subt.Count() - 1));
+            break;
+        default:
+            m_window.Subt.StartTime(1 + Random(m_window.Subt.Count()), Random(1000) / 7.0);
+        }
+        m_window.Subt.StartTime(1, 1);
+        m_window.Subt.Text(1, "edit " + std::to_string(m_edit));
+        // Some of the program's ways to change titles do not set its mark.
+        m_window.session().SubtitlesChanged = Random(2) == 0;
+        m_window.TitlesChanged();
+        Tell();
+        if (m_edit % SaveEvery == 0)
+            m_window.findChild<QAbstractButton*>("cmdSave")->click();
+        m_act.start(Random(12));
+    }
+
+    void Place() {
+        m_player.CurrentPosition(10 + Random(2000));
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent event(type, Qt::Key_Space, Qt::NoModifier, " ");
+            QCoreApplication::sendEvent(&m_window, &event);
+            m_player.Advance(0.7);
+        }
+    }
+
+    // Written with one call: a killed program leaves no half of a line behind.
+    void Tell() const {
+        const auto moment = std::chrono::duration_cast<std::chrono::milliseconds>(
+                                std::chrono::steady_clock::now().time_since_epoch())
+                                .count();
+        char line[96];
+        const int length = std::snprintf(
+            line, sizeof line, "%d %lld %" PRIu64 "\n", m_edit, static_cast<long long>(moment),
+            RecoveryBody(m_window.Subt, m_window.Notes()).TitlesFingerprint());
+        if (::write(STDOUT_FILENO, line, static_cast<std::size_t>(length)) != length)
+            std::_Exit(2);
+    }
+
+    void Answer() const {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+            dialog->findChild<QLineEdit*>("fileNameEdit")->setText(m_saved);
+            auto* save = dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save);
+            save->setEnabled(true);
+            save->click();
+        } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
+            box->button(QMessageBox::Yes)->click();
+        }
+    }
+
+    frmQuelmar& m_window;
+    FakePlayer& m_player;
+    const QString m_saved;
+    std::mt19937 m_random;
+    QTimer m_act;
+    QTimer m_answer;
+    int m_edit = 0;
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    Application application(argc, argv);
+    const QStringList arguments = Application::arguments();
+    auto player = std::make_unique<FakePlayer>();
+    FakePlayer& playing = *player;
+    playing.MediaLength = 5000;
+    Program program(std::make_unique<frmQuelmar>(std::move(player)));
+    Person person(program, playing, arguments.value(2), arguments.value(3).toUInt());
+    return program.Run([&] { person.Begin(arguments.value(1)); });
+}
