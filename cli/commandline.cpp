@@ -35,8 +35,10 @@ std::vector<Option> OptionsOf(const Command& command) {
 void PrintOption(std::ostream& out, const Option& option) {
     constexpr int NameWidth = 22;
     std::string name(option.name);
-    if (!option.value.empty())
-        name += " " + std::string(option.value);
+    if (!option.value.empty()) {
+        name += ' ';
+        name += option.value;
+    }
     out << "    " << std::left << std::setw(NameWidth) << name << option.help << '\n';
 }
 
