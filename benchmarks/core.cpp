@@ -1,0 +1,295 @@
+// Loading, saving and `Locate`, beside the least that any program must do. After
+// the figures it prints their ratios and growth as tables; with --check it ends
+// with 1 when one of them misses its goal.
+#include "benchmarks/generating.h"
+#include "benchmarks/limits.h"
+#include "formats/load.h"
+#include "formats/save.h"
+#include "platform/base/wholefile.h"
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr std::array<std::int32_t, 3> Counts{1'500, 32'700, 1'000'000};
+
+class Workspace {
+  public:
+    Workspace()
+        : m_folder(std::filesystem::temp_directory_path() / "quelmar-benchmark") {
+        std::filesystem::create_directories(m_folder);
+    }
+    ~Workspace() {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_folder, ignored);
+    }
+    Workspace(const Workspace&) = delete;
+    Workspace& operator=(const Workspace&) = delete;
+
+    std::filesystem::path Out(const char* extension) const {
+        return m_folder / (std::string("out") + extension);
+    }
+
+    /// The generated file of that many titles.
+    std::filesystem::path In(std::int32_t count, const std::string& extension) {
+        const std::filesystem::path file = m_folder / (std::to_string(count) + extension);
+        if (std::filesystem::exists(file))
+            return file;
+        if (extension == ".srt")
+            WriteWholeFile(file, SubRipWithTags(Titles(count)), false);
+        else
+            SaveTitles(file, "", Titles(count), {}, {});
+        return file;
+    }
+
+    const SUBTITLES& Titles(std::int32_t count) {
+        if (m_titles.Count() != count)
+            m_titles = GeneratedTitles(count);
+        return m_titles;
+    }
+
+  private:
+    std::filesystem::path m_folder;
+    SUBTITLES m_titles;
+};
+
+Workspace& Files() {
+    static Workspace workspace;
+    return workspace;
+}
+
+void SetBytes(benchmark::State& state, const std::filesystem::path& file) {
+    state.SetBytesProcessed(static_cast<std::int64_t>(std::filesystem::file_size(file)) *
+                            static_cast<std::int64_t>(state.iterations()));
+}
+
+void Load(benchmark::State& state, const char* extension) {
+    const auto file = Files().In(static_cast<std::int32_t>(state.range(0)), extension);
+    for (auto _ : state) {
+        SUBTITLES titles;
+        FileStyle style;
+        if (LoadTitles(file, "", titles, style, {}).outcome != LoadOutcome::Complete)
+            state.SkipWithError("the file is not read");
+        benchmark::DoNotOptimize(titles);
+    }
+    SetBytes(state, file);
+}
+
+void Scan(benchmark::State& state) {
+    const auto file = Files().In(static_cast<std::int32_t>(state.range(0)), ".srt");
+    for (auto _ : state) {
+        const auto titles = ScanSubRip(file);
+        if (titles.size() != static_cast<std::size_t>(state.range(0)))
+            state.SkipWithError("the file is not read");
+    }
+    SetBytes(state, file);
+}
+
+void Save(benchmark::State& state, const char* extension, bool flush) {
+    const SUBTITLES& titles = Files().Titles(static_cast<std::int32_t>(state.range(0)));
+    const auto file = Files().Out(extension);
+    SaveHooks hooks;
+    hooks.flushToDisk = flush;
+    for (auto _ : state) {
+        if (!SaveTitles(file, "", titles, {}, hooks).written)
+            state.SkipWithError("the file is not written");
+    }
+    SetBytes(state, file);
+}
+
+void Dump(benchmark::State& state, bool flush) {
+    const SUBTITLES& titles = Files().Titles(static_cast<std::int32_t>(state.range(0)));
+    const auto file = Files().Out(".srt");
+    for (auto _ : state) {
+        if (!DumpSubRip(file, titles, flush))
+            state.SkipWithError("the file is not written");
+    }
+    SetBytes(state, file);
+}
+
+void Locate(benchmark::State& state) {
+    const SUBTITLES& titles = Files().Titles(static_cast<std::int32_t>(state.range(0)));
+    const double length = titles.EndTime(titles.Count());
+    double time = 0;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(titles.Locate(time));
+        // Steps that fall all over the film.
+        time = std::fmod(time + length * 0.6180339887, length);
+    }
+}
+
+/// The figures of a run, by name ("load .srt/1500"): milliseconds, and bytes per second.
+class Figures : public benchmark::ConsoleReporter {
+  public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        for (const Run& run : runs) {
+            if (run.run_type != Run::RT_Iteration || run.error_occurred)
+                continue;
+            const std::string name = run.run_name.function_name + "/" + run.run_name.args;
+            m_times[name].push_back(run.GetAdjustedRealTime());
+            const auto bytes = run.counters.find("bytes_per_second");
+            if (bytes != run.counters.end())
+                m_speeds[name].push_back(bytes->second.value);
+        }
+        ConsoleReporter::ReportRuns(runs);
+    }
+
+    double Time(const std::string& name) const { return Median(m_times, name); }
+    double Speed(const std::string& name) const { return Median(m_speeds, name); }
+
+  private:
+    using Table = std::map<std::string, std::vector<double>>;
+
+    static double Median(const Table& table, const std::string& name) {
+        const auto found = table.find(name);
+        if (found == table.end())
+            return std::nan("");
+        std::vector<double> values = found->second;
+        std::sort(values.begin(), values.end());
+        return values[values.size() / 2];
+    }
+
+    Table m_times;
+    Table m_speeds;
+};
+
+struct Ratio {
+    const char* what;
+    const char* of;
+    const char* to;
+    bool bySpeed;
+    /// The ratio may not be below it.
+    double goal;
+    /// The goal holds for files of that many titles and more; below it, what the
+    /// file system takes for one file hides the rest.
+    std::int32_t from;
+};
+
+constexpr std::array<Ratio, 6> Ratios{
+    {{"load .srt : scanner", "load .srt", "scan .srt", true, 0.5, 0},
+     {"load .sub : load .srt, per byte", "load .sub", "load .srt", true, 0.5, 0},
+     {"load .smi : load .srt, per byte", "load .smi", "load .srt", true, 0.5, 0},
+     {"save .srt : to_chars and one write", "save .srt", "dump .srt", true, 0.5, 0},
+     {"save .srt, flushed : the same, flushed", "save .srt flushed", "dump .srt flushed", true, 0.5,
+      0},
+     {"save .smi : save .srt, per byte", "save .smi", "save .srt", true, 0, 0}}};
+
+constexpr std::array<const char*, 6> Growing{"load .srt", "load .sub", "load .smi",
+                                             "save .srt", "save .sub", "save .smi"};
+constexpr double MostGrowth = 1.1;
+constexpr double MostLocate = 1e-3;
+
+std::string Name(const char* what, std::int32_t count) {
+    return std::string(what) + "/" + std::to_string(count);
+}
+
+class Tables {
+  public:
+    explicit Tables(const Figures& figures)
+        : m_figures(figures) {}
+
+    bool Print() {
+        PrintRatios();
+        PrintGrowth();
+        const double locate = m_figures.Time(Name("locate", Counts.back()));
+        std::printf("\nLocate in %d titles: %.0f ns%s\n", Counts.back(), locate * 1e6,
+                    Mark(locate <= MostLocate));
+        return m_good;
+    }
+
+  private:
+    const char* Mark(bool good) {
+        m_good = m_good && good;
+        return good ? "" : " MISSED";
+    }
+
+    void PrintRatios() {
+        std::printf("\n| ratio of speeds | 1,500 | 32,700 | 1,000,000 | goal |\n"
+                    "|---|---|---|---|---|\n");
+        for (const Ratio& ratio : Ratios) {
+            std::printf("| %s |", ratio.what);
+            for (const std::int32_t count : Counts) {
+                const double value =
+                    m_figures.Speed(Name(ratio.of, count)) / m_figures.Speed(Name(ratio.to, count));
+                std::printf(" %.2f%s |", value, Mark(value >= ratio.goal || count < ratio.from));
+            }
+            if (ratio.goal > 0)
+                std::printf(" %.1f |\n", ratio.goal);
+            else
+                std::printf(" - |\n");
+        }
+    }
+
+    /// By what power of its size the time of a file grows.
+    void PrintGrowth() {
+        std::printf(
+            "\n| growth exponent | 1,500 to 32,700 | 32,700 to 1,000,000 |\n|---|---|---|\n");
+        for (const char* what : Growing) {
+            std::printf("| %s |", what);
+            for (std::size_t i = 1; i < Counts.size(); ++i) {
+                const double times = m_figures.Time(Name(what, Counts[i])) /
+                                     m_figures.Time(Name(what, Counts[i - 1]));
+                const double exponent =
+                    std::log(times) / std::log(static_cast<double>(Counts[i]) / Counts[i - 1]);
+                std::printf(" %.2f%s |", exponent, Mark(exponent <= MostGrowth));
+            }
+            std::printf("\n");
+        }
+    }
+
+    const Figures& m_figures;
+    bool m_good = true;
+};
+
+template <typename FUNCTION, typename... ARGUMENTS>
+void Register(const char* name, FUNCTION function, ARGUMENTS... arguments) {
+    auto* run = benchmark::RegisterBenchmark(name, function, arguments...);
+    for (const std::int32_t count : Counts)
+        run->Arg(count);
+    run->UseRealTime()->Unit(benchmark::kMillisecond);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    bool check = false;
+    std::vector<char*> words;
+    for (int i = 0; i < argc; ++i) {
+        if (std::string_view(argv[i]) == "--check")
+            check = true;
+        else
+            words.push_back(argv[i]);
+    }
+    int count = static_cast<int>(words.size());
+    benchmark::Initialize(&count, words.data());
+    if (benchmark::ReportUnrecognizedArguments(count, words.data()))
+        return 2;
+
+    Register("load .srt", Load, ".srt");
+    Register("scan .srt", Scan);
+    Register("load .sub", Load, ".sub");
+    Register("load .smi", Load, ".smi");
+    Register("save .srt", Save, ".srt", false);
+    Register("dump .srt", Dump, false);
+    Register("save .sub", Save, ".sub", false);
+    Register("save .smi", Save, ".smi", false);
+    Register("save .srt flushed", Save, ".srt", true);
+    Register("dump .srt flushed", Dump, true);
+    benchmark::RegisterBenchmark("locate", Locate)
+        ->Arg(Counts.back())
+        ->Unit(benchmark::kMillisecond);
+
+    Figures figures;
+    benchmark::RunSpecifiedBenchmarks(&figures);
+    const bool good = Tables(figures).Print();
+    return check && !good ? 1 : 0;
+}
