@@ -11,10 +11,15 @@ namespace {
 /// The lines of a title stand apart by "|". The last one is taken as it stands:
 /// only what a "|" ends has its codes converted.
 std::string TitleText(std::string_view text) {
+    std::size_t bar = text.find('|');
+    if (bar == std::string_view::npos)
+        return std::string(text);
+    // Each "|" becomes two characters; few titles have more than three lines.
+    constexpr std::size_t MoreLines = 2;
     std::string title;
-    title.reserve(text.size());
+    title.reserve(text.size() + MoreLines);
     OpenStyles open;
-    for (std::size_t bar = text.find('|'); bar != std::string_view::npos; bar = text.find('|')) {
+    for (; bar != std::string_view::npos; bar = text.find('|')) {
         MicroDVDCodesToTags(text.substr(0, bar), open, title);
         title += LineEnd;
         text.remove_prefix(bar + 1);

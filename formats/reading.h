@@ -73,7 +73,8 @@ inline std::string_view TrimRight(std::string_view text) {
     return text.substr(0, text.find_last_not_of(' ') + 1);
 }
 inline std::string_view Trim(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    if (text.starts_with(' '))
+        text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
     return TrimRight(text);
 }
 

@@ -11,12 +11,20 @@ char Lower(char c) {
     return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
 }
 
+/// Is the text the lower-case word, whatever its own letter case?
+bool IsWord(std::string_view text, std::string_view word) {
+    return text.size() == word.size() &&
+           std::equal(text.begin(), text.end(), word.begin(),
+                      [](char c, char wanted) { return Lower(c) == wanted; });
+}
+
 /// The offset of a lower-case word, found in any letter case.
 std::size_t FindWord(std::string_view text, std::string_view word) {
-    const auto found = std::search(text.begin(), text.end(), word.begin(), word.end(),
-                                   [](char c, char wanted) { return Lower(c) == wanted; });
-    return found == text.end() ? std::string_view::npos
-                               : static_cast<std::size_t>(found - text.begin());
+    for (std::size_t at = 0; at + word.size() <= text.size(); ++at) {
+        if (Lower(text[at]) == word.front() && IsWord(text.substr(at, word.size()), word))
+            return at;
+    }
+    return std::string_view::npos;
 }
 
 /// Cuts the body into text and tags, whatever lines they stand on: a text or a tag
@@ -31,7 +39,9 @@ class SamiScanner {
     std::string_view Buffer() const { return m_buffer; }
 
     /// The text up to the next "<".
-    std::string_view ReadTextToTag() { return ReadTo('<', 0); }
+    std::string_view ReadTextToTag() {
+        return m_buffer.starts_with('<') ? std::string_view() : ReadTo('<', 0);
+    }
     /// The tag up to and including the next ">".
     std::string_view ReadTag() { return ReadTo('>', 1); }
 
@@ -132,7 +142,7 @@ class SamiReader {
                                           {"sync", &SamiReader::TakeSync},
                                           {"/body", &SamiReader::TakeBodyEnd}};
         for (const TagRow& row : Rows) {
-            if (name.size() == row.name.size() && FindWord(name, row.name) == 0)
+            if (IsWord(name, row.name))
                 return (this->*row.handler)(tag);
         }
         return TakeOther(tag);

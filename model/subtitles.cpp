@@ -1,7 +1,5 @@
 #include "model/subtitles.h"
 
-#include "model/numbers.h"
-
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -11,6 +9,12 @@ namespace {
 constexpr std::int32_t GrowthStep = 100;
 
 const std::string NoText;
+
+/// Half of a number that is not negative, halves to even.
+std::int32_t Half(std::int32_t number) {
+    const std::int32_t half = number / 2;
+    return half + (number & half & 1);
+}
 
 /// The events are for observers only; either may be unset.
 template <typename EVENT, typename... ARGUMENTS>
@@ -57,10 +61,10 @@ std::int32_t SUBTITLES::Locate(double time) const {
     // Halving steps, then single ones. A sorted list is settled in about
     // 2 log2(count) rounds; only an unsorted one can make the search circle.
     constexpr int Rounds = 128;
-    std::int32_t p = RoundToLong(count / 2.0);
+    std::int32_t p = Half(count);
     std::int32_t step = p;
     for (int round = 0; round < Rounds; ++round) {
-        step = std::max(RoundToLong(step / 2.0), 1);
+        step = std::max(Half(step), 1);
         if (SearchStart(p - 1) <= time) {
             if (SearchStart(p) < time)
                 p = std::min(p + step, count + 1);

@@ -3,8 +3,8 @@
 #include "model/numbers.h"
 #include "platform/base/runtimeerror.h"
 
-#include <algorithm>
 #include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -49,21 +49,23 @@ std::optional<double> PlainTime(std::string_view text) {
            static_cast<double>(milliseconds) / 1000;
 }
 
-/// A whole number in exactly that many digits, its first ones cut off if need be.
-void PutDigits(char* to, unsigned value, int width) {
-    for (int at = width - 1; at >= 0; --at) {
-        to[at] = static_cast<char>('0' + value % 10);
-        value /= 10;
-    }
+constexpr auto DigitPairs = [] {
+    std::array<char, 200> pairs{};
+    for (std::size_t i = 0; i < pairs.size(); ++i)
+        pairs[i] = static_cast<char>('0' + (i % 2 == 0 ? i / 20 : i / 2 % 10));
+    return pairs;
+}();
+
+/// A number below 100.
+char* PutTwoDigits(char* to, unsigned value) {
+    to[0] = DigitPairs[2 * value];
+    to[1] = DigitPairs[2 * value + 1];
+    return to + 2;
 }
 
-constexpr int DigitsOf(unsigned value) {
-    int digits = 1;
-    while (value >= 10) {
-        value /= 10;
-        ++digits;
-    }
-    return digits;
+char* PutHours(char* to, unsigned hours) {
+    constexpr std::ptrdiff_t Room = 5;
+    return hours < 100 ? PutTwoDigits(to, hours) : std::to_chars(to, to + Room, hours).ptr;
 }
 
 } // namespace
@@ -93,32 +95,29 @@ std::string FormatTime(double seconds) {
 
 void AppendTime(std::string& text, double seconds) {
     const double value = std::abs(seconds);
-    const double hours = std::floor(value / 3600);
-    if (!(hours <= std::numeric_limits<std::int16_t>::max()))
+    constexpr double TooManyHours = std::numeric_limits<std::int16_t>::max() + 1.0;
+    if (!(value / 3600 < TooManyHours))
         throw RuntimeError(RuntimeError::Number::Overflow);
-    double rest = std::fmax(0.0, value - hours * 3600);
-    const double minutes = std::floor(rest / 60);
-    rest -= minutes * 60;
-    const auto milliseconds = static_cast<unsigned>(std::floor(rest * 1000 + 0.5));
+    const auto hours = static_cast<unsigned>(value / 3600);
+    double rest = value - hours * 3600.0;
+    rest = rest < 0 ? 0 : rest;
+    const auto minutes = static_cast<unsigned>(rest / 60);
+    rest -= minutes * 60.0;
+    const auto milliseconds = static_cast<unsigned>(rest * 1000 + 0.5);
 
-    const auto wholeHours = static_cast<unsigned>(hours);
-    const int width = std::max(2, DigitsOf(wholeHours));
     std::array<char, 20> form{};
     char* to = form.data();
     if (seconds < 0)
         *to++ = '-';
     char* const time = to;
-    PutDigits(to, wholeHours, width);
-    to += width;
+    to = PutHours(to, hours);
     *to++ = ':';
-    PutDigits(to, static_cast<unsigned>(minutes), 2);
-    to += 2;
+    to = PutTwoDigits(to, minutes);
     *to++ = ':';
-    PutDigits(to, milliseconds / 1000, 2);
-    to += 2;
+    to = PutTwoDigits(to, milliseconds / 1000);
     *to++ = '.';
-    PutDigits(to, milliseconds % 1000, 3);
-    to += 3;
+    *to++ = static_cast<char>('0' + milliseconds / 100 % 10);
+    to = PutTwoDigits(to, milliseconds % 100);
     // The ninth character is the decimal mark up to 99 hours; from 100 hours on
     // it is a digit of the seconds, and is overwritten all the same.
     time[8] = ',';
