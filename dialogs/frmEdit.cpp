@@ -22,6 +22,13 @@ constexpr std::int32_t DesignHeight = 3900;
 constexpr std::int32_t DesignWidth = 7350;
 constexpr std::int32_t GapBelowText = 105;
 
+/// Between two texts that have to fit.
+void SetWidths(QLineEdit* box, const char* shortText, const char* longText) {
+    const QFontMetrics metrics = box->fontMetrics();
+    box->setMinimumWidth(metrics.horizontalAdvance(QLatin1String(shortText)) + 14);
+    box->setMaximumWidth(metrics.horizontalAdvance(QLatin1String(longText)) + 20);
+}
+
 void AppendToBox(QPlainTextEdit& box, const QString& text) {
     QTextCursor end(box.document());
     end.movePosition(QTextCursor::End);
@@ -66,18 +73,19 @@ void frmEdit::LayOut() {
     start->setBuddy(txtStart);
     duration->setBuddy(txtDuration);
     const QFontMetrics metrics = txtStart->fontMetrics();
-    SetTimeWidth(txtStart);
-    txtDuration->setFixedWidth(metrics.horizontalAdvance("0000.000") + 20);
+    SetWidths(txtStart, "00:00:00,000", "-00:00:00,000");
+    SetWidths(txtDuration, "00.00", "0000.000");
     for (QPushButton* mark : {cmdB, cmdI})
         mark->setFixedWidth(metrics.horizontalAdvance("</b>") + 24);
 
     auto* times = new QHBoxLayout;
+    times->setSpacing(5);
     times->addWidget(start);
-    times->addWidget(txtStart);
-    times->addSpacing(8);
+    times->addWidget(txtStart, 1000);
+    times->addSpacing(4);
     times->addWidget(duration);
-    times->addWidget(txtDuration);
-    times->addStretch();
+    times->addWidget(txtDuration, 1000);
+    times->addStretch(1);
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(cmdB);
     buttons->addWidget(cmdI);
@@ -85,7 +93,7 @@ void frmEdit::LayOut() {
     buttons->addWidget(cmdOK);
     buttons->addWidget(cmdCancel);
     auto* bottom = new QVBoxLayout(PB);
-    bottom->setContentsMargins(10, 0, 10, 8);
+    bottom->setContentsMargins(8, 0, 8, 8);
     bottom->setSpacing(8);
     bottom->addLayout(times);
     bottom->addLayout(buttons);

@@ -145,13 +145,15 @@ void frmList::Form_QueryUnload() {
         return;
     // The window manager answers when it likes; what is saved is the normal window.
     constexpr int LongestWait = 500;
+    const QRect normal = normalGeometry();
     showNormal();
     QElapsedTimer waited;
     waited.start();
-    const QRect normal = normalGeometry();
     do {
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 20);
-    } while (geometry().size() != normal.size() && waited.elapsed() < LongestWait);
+    } while (size() != normal.size() && waited.elapsed() < LongestWait);
+    if (size() != normal.size())
+        setGeometry(normal);
 }
 
 void frmList::Form_Unload() {

@@ -16,7 +16,7 @@ class frmFind;
 
 /// "Subtitle Editor": a row per title, and the commands on them. One instance,
 /// which deletes itself when it is closed.
-class frmList : public QMainWindow, public TitleList {
+class frmList final : public QMainWindow, public TitleList {
     Q_OBJECT
 
   public:

@@ -21,9 +21,11 @@ MinutesSeconds Carry(std::string_view minutes, double seconds) {
     // carries twice. Whatever is still whole minutes then goes over at once.
     double carried = 1;
     std::string text = ThousandthsText(seconds - Minute);
-    for (double rest = ToNumber(text); rest >= Minute; rest = ToNumber(text)) {
+    double rest = ToNumber(text);
+    while (rest >= Minute) {
         carried += std::floor(rest / Minute);
         text = ThousandthsText(std::fmod(rest, Minute));
+        rest = ToNumber(text);
     }
     const double sum = RoundToInteger(Val(minutes)) + carried;
     return {NumberText(std::min<double>(sum, LastMinute)), text};
