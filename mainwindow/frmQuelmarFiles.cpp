@@ -53,10 +53,11 @@ bool Exists(const QString& name) {
 } // namespace
 
 void frmQuelmar::OpenFiles(const QString& media, const QString& subtitles) {
-    if (!media.isEmpty())
-        txtAVI->setText(media);
+    // The subtitles are there at once; the player takes its time.
     if (!subtitles.isEmpty())
         txtSRT->setText(subtitles);
+    if (!media.isEmpty())
+        txtAVI->setText(media);
 }
 
 void frmQuelmar::cmdBrowseAVI_Click() {
