@@ -50,6 +50,11 @@ bool Exists(const QString& name) {
     return FileExists(name.toStdString());
 }
 
+/// Message boxes break lines at line feeds.
+QString MessageText(const std::string& message) {
+    return QString::fromStdString(message).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+}
+
 } // namespace
 
 void frmQuelmar::OpenFiles(const QString& media, const QString& subtitles) {
@@ -173,13 +178,13 @@ void frmQuelmar::LoadSubtitles() {
     }
     DocumentReplaced();
     if (!result.message.empty())
-        ShowMessage(this, QString::fromStdString(result.message));
+        ShowMessage(this, MessageText(result.message));
 }
 
 bool frmQuelmar::SaveSubtitles() {
     const std::string refusal = SaveRefusal(Subt);
     if (!refusal.empty()) {
-        ShowMessage(this, QString::fromStdString(refusal));
+        ShowMessage(this, MessageText(refusal));
         return false;
     }
     PrepareStartingName();
@@ -201,7 +206,7 @@ bool frmQuelmar::SaveSubtitles() {
     if (result.written && result.format != nullptr)
         emit DocumentHeld();
     if (!result.message.empty())
-        ShowMessage(this, QString::fromStdString(result.message));
+        ShowMessage(this, MessageText(result.message));
     return result.written;
 }
 

@@ -9,6 +9,8 @@ constexpr int LargestSide = 16384;
 /// How much of the top edge must lie on a screen.
 constexpr int Graspable = 80;
 constexpr int TitleBarHeight = 32;
+/// What a window's frame takes at both sides, and at the top and the bottom.
+constexpr QSize FrameRoom(8, TitleBarHeight + 8);
 
 int SensibleSide(int remembered, int design, int minimum) {
     return remembered <= 0 || remembered > LargestSide ? design : std::max(remembered, minimum);
@@ -34,8 +36,8 @@ QRect WindowPlace(const QRect& remembered, const QRect& design, QSize minimum,
 }
 
 QRect DesignPlace(QSize size, QSize minimum, const QRect& screen) {
-    QRect place(QPoint(), size.boundedTo(screen.size()).expandedTo(minimum));
-    place.moveCenter(screen.center());
+    QRect place(QPoint(), size.boundedTo(screen.size() - FrameRoom).expandedTo(minimum));
+    place.moveCenter(screen.center() - QPoint(0, TitleBarHeight / 2));
     place.moveTopLeft({std::max(place.left(), screen.left()), std::max(place.top(), screen.top())});
     return place;
 }

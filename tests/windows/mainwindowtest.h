@@ -1,0 +1,100 @@
+#pragma once
+
+#include "mainwindow/frmQuelmar.h"
+#include "tests/windows/drive.h"
+#include "tests/windows/fakeplayer.h"
+
+#include <QAbstractButton>
+#include <QCoreApplication>
+#include <QFile>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+/// The main window with a player whose clock the test moves, and a folder with a
+/// film and three subtitle files.
+class MainWindowTest : public testing::Test {
+  protected:
+    MainWindowTest() {
+        QSettings(QSettings::NativeFormat, QSettings::UserScope, "Tevo", "Quelmar").clear();
+        WriteFile("film.avi", "no film, but the fake player takes it");
+        WriteFile("other.avi", "another one");
+        WriteFile("film.srt", "1\r\n00:00:01,000 --> 00:00:03,000\r\nfirst\r\n\r\n"
+                              "2\r\n00:00:04,000 --> 00:00:06,000\r\nsecond\r\n\r\n"
+                              "3\r\n00:00:06,000 --> 00:00:08,500\r\nthird\r\n\r\n");
+        OpenWindow();
+    }
+    ~MainWindowTest() override { CloseWindow(); }
+
+    static QSettings StoredSettings() {
+        return QSettings(QSettings::NativeFormat, QSettings::UserScope, "Tevo", "Quelmar");
+    }
+
+    void OpenWindow() {
+        auto fake = std::make_unique<FakePlayer>();
+        player = fake.get();
+        window = std::make_unique<frmQuelmar>(std::move(fake));
+        window->show();
+        QCoreApplication::processEvents();
+    }
+    /// Without a question about changes.
+    void CloseWindow() {
+        if (window == nullptr)
+            return;
+        window->session().SubtitlesChanged = false;
+        window->close();
+        window.reset();
+    }
+    void Reopen() {
+        CloseWindow();
+        OpenWindow();
+    }
+
+    QString In(const char* name) const { return folder.filePath(name); }
+    void WriteFile(const char* name, const std::string& bytes) const {
+        QFile file(In(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+    }
+    std::optional<std::string> ReadFile(const char* name) const {
+        QFile file(In(name));
+        if (!file.open(QIODevice::ReadOnly))
+            return {};
+        return file.readAll().toStdString();
+    }
+
+    template <typename T = QPushButton>
+    T& The(const char* name) {
+        return Child<T>(*window, name);
+    }
+    QLineEdit& Line(const char* name) { return The<QLineEdit>(name); }
+    std::string Box(const char* name) {
+        return The<QPlainTextEdit>(name).toPlainText().toStdString();
+    }
+    void Click(const char* name) { QTest::mouseClick(&The<QAbstractButton>(name), Qt::LeftButton); }
+    void Tick() { QMetaObject::invokeMethod(&The<QTimer>("Timer1"), "timeout"); }
+
+    void OpenFilm() { Line("txtAVI").setText(In("film.avi")); }
+    void OpenTitles() { Line("txtSRT").setText(In("film.srt")); }
+    void Open() {
+        OpenFilm();
+        OpenTitles();
+    }
+    SUBTITLES& Subt() { return window->Subt; }
+    bool& Changed() { return window->session().SubtitlesChanged; }
+
+    QTemporaryDir folder;
+    FakePlayer* player = nullptr;
+    std::unique_ptr<frmQuelmar> window;
+};
