@@ -36,13 +36,8 @@ frmLoading::frmLoading(QWidget* mainWindow)
     prgDone->setTextVisible(false);
     cmdCancel->setObjectName("cmdCancel");
 
-    // Room is kept for what appears later, so that the window does not jump.
-    for (QWidget* later : {static_cast<QWidget*>(prgDone), static_cast<QWidget*>(cmdCancel)}) {
-        QSizePolicy policy = later->sizePolicy();
-        policy.setRetainSizeWhenHidden(true);
-        later->setSizePolicy(policy);
-        later->hide();
-    }
+    prgDone->hide();
+    cmdCancel->hide();
     auto* frame = new QFrame(this);
     frame->setFrameStyle(QFrame::StyledPanel | QFrame::Raised);
     auto* outer = new QVBoxLayout(this);
@@ -73,6 +68,14 @@ void frmLoading::Form_Load(const QWidget& mainWindow) {
     move(mainWindow.frameGeometry().center() - rect().center());
 }
 
+void frmLoading::ShowProgress() {
+    const QPoint centre = geometry().center();
+    prgDone->show();
+    cmdCancel->show();
+    adjustSize();
+    move(centre - rect().center());
+}
+
 void frmLoading::cmdCancel_Click() {
     m_cancelled = true;
 }
@@ -82,8 +85,8 @@ bool frmLoading::Progress(double done) {
         return false;
     if (!m_sinceShown.hasExpired(ShowProgressAfter) || !m_sinceEvents.hasExpired(EventInterval))
         return true;
-    prgDone->show();
-    cmdCancel->show();
+    if (cmdCancel->isHidden())
+        ShowProgress();
     prgDone->setValue(static_cast<int>(done * Steps));
     ProcessOwnEvents([] { QApplication::processEvents(); });
     return !m_cancelled;

@@ -29,6 +29,7 @@ class frmLoading : public QWidget {
   private:
     void Form_Load(const QWidget& mainWindow);
     void cmdCancel_Click();
+    void ShowProgress();
     void ProcessOwnEvents(const std::function<void()>& process);
 
     QLabel* Label1;

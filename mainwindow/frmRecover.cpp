@@ -14,6 +14,12 @@
 
 #include <utility>
 
+namespace {
+
+constexpr int ColumnGap = 16;
+
+} // namespace
+
 std::vector<RecoverableWork> FindRecoverableWork(const QString& folder) {
     std::vector<RecoverableWork> works;
     for (OrphanCopy& orphan : ClaimOrphans(folder))
@@ -89,6 +95,8 @@ void frmRecover::Form_Load() {
     }
     lstWork->setCurrentItem(lstWork->topLevelItem(0));
     lstWork->header()->resizeSections(QHeaderView::ResizeToContents);
+    for (int column = 0; column < lstWork->columnCount(); ++column)
+        lstWork->setColumnWidth(column, lstWork->columnWidth(column) + ColumnGap);
     lstWork_Change();
 }
 
