@@ -8,6 +8,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QShortcut>
@@ -129,7 +130,11 @@ bool frmFind::Show(TitleSearch::Result result) {
     if (result != TitleSearch::Result::NoMatch)
         return true;
     m_showsMessage = true;
+    const QPointer<frmFind> alive = this;
     ShowMessage(isVisible() ? this : List().Window(), "No match.");
+    // The list editor may have been closed meanwhile, and this dialog with it.
+    if (!alive)
+        return false;
     m_showsMessage = false;
     cmdExit->setDefault(true);
     return false;
