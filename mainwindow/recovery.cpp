@@ -19,10 +19,6 @@ namespace {
 constexpr auto PollInterval = std::chrono::milliseconds(300);
 constexpr qint64 RestFactor = 4;
 
-std::optional<std::string> Nothing() {
-    return std::nullopt;
-}
-
 std::int64_t Now() {
     return QDateTime::currentSecsSinceEpoch();
 }
@@ -108,21 +104,33 @@ void Recovery::Keep(Fate fate) {
     const RecoveryStamp stamp{Now(), m_declined};
     m_poll.setInterval(
         std::max(PollInterval, std::chrono::milliseconds(layingOut.elapsed() * RestFactor)));
-    auto maker = [body, stamp, held = m_heldTitles]() -> std::optional<std::string> {
-        if (held && body->TitlesFingerprint() == *held)
-            return std::nullopt;
-        return SealRecoveryCopy(*body, stamp);
+    auto maker = [body, stamp, fate, offers = m_offers,
+                  held = m_heldTitles]() -> std::optional<std::string> {
+        const bool kept = !held || body->TitlesFingerprint() != *held;
+        const bool offered = kept && !stamp.declined;
+        if (fate == Fate::Current)
+            offers->current = offered;
+        else if (offered)
+            offers->archived = true;
+        return kept ? std::optional(SealRecoveryCopy(*body, stamp)) : std::nullopt;
     };
     if (fate == Fate::Current)
         return m_store.Post(std::move(maker));
     m_store.Archive(std::move(maker));
-    m_store.Post(Nothing);
+    ForgetCurrent();
+}
+
+void Recovery::ForgetCurrent() {
+    m_store.Post([offers = m_offers]() -> std::optional<std::string> {
+        offers->current = false;
+        return std::nullopt;
+    });
 }
 
 bool Recovery::Flush() {
     Poll();
     m_store.Flush();
-    return m_store.HasCopy();
+    return m_store.HasCopy() && (m_offers->current || m_offers->archived);
 }
 
 // Until the next document stands, what is in the list is half of it.
@@ -137,7 +145,7 @@ void Recovery::DocumentHeld() {
     m_declined = false;
     m_heldTitles = RecoveryBody(m_window.Subt, m_window.Notes()).TitlesFingerprint();
     m_heldChanges = m_keptChanges = m_window.Subt.Changes();
-    m_store.Post(Nothing);
+    ForgetCurrent();
 }
 
 void Recovery::SaveDeclined() {

@@ -7,7 +7,9 @@
 #include <QString>
 #include <QTimer>
 
+#include <atomic>
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 class frmQuelmar;
@@ -35,6 +37,7 @@ class Recovery : public QObject {
 
     void Poll();
     void Keep(Fate fate);
+    void ForgetCurrent();
     void DocumentReplacing();
     void DocumentHeld();
     void SaveDeclined();
@@ -46,6 +49,13 @@ class Recovery : public QObject {
     std::optional<std::uint64_t> m_heldTitles;
     std::uint64_t m_heldChanges = 0;
     std::uint64_t m_keptChanges = 0;
+    /// Of the document at hand, and of those before it: is there a copy that will be
+    /// offered? Set where copies are made.
+    struct Offers {
+        std::atomic<bool> current = false;
+        std::atomic<bool> archived = false;
+    };
+    std::shared_ptr<Offers> m_offers = std::make_shared<Offers>();
     bool m_replacing = false;
     bool m_declined = false;
 };

@@ -205,8 +205,12 @@ TEST_F(RecoveryTest, DeclinedWorkIsKeptButNotOffered) {
         Run run(folder);
         run.Type(source);
         run.Edit("declined");
+        EXPECT_TRUE(run.recovery.Flush());
         const Modals modals({AnswerMessage("Save subtitles?", QMessageBox::No)});
         EXPECT_TRUE(run.window.close());
+        // There is a copy, but nothing that will be offered.
+        EXPECT_FALSE(run.recovery.Flush());
+        EXPECT_TRUE(run.store.HasCopy());
     }
     EXPECT_EQ(Kept(), "(declined)");
     Run run(folder);
