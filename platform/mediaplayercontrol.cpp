@@ -58,6 +58,8 @@ MediaPlayerControl::MediaPlayerControl(Player& player, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    // The window decides about the size; the bar makes do with it.
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
     layout->addWidget(m_picture, 1);
     layout->addWidget(m_bar);
     m_follow.setInterval(FollowMilliseconds);
@@ -218,6 +220,7 @@ void MediaPlayerControl::FitBar() {
         widget->show();
     m_slash->show();
     for (QWidget* widget : dispensable) {
+        m_bar->layout()->invalidate();
         if (m_bar->layout()->minimumSize().width() <= width())
             return;
         widget->hide();

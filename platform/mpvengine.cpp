@@ -21,11 +21,9 @@ constexpr auto LoadPatience = seconds(10);
 constexpr auto SeekPatience = seconds(3);
 /// libmpv shows the first picture that is not earlier than the target less this (in seconds).
 constexpr double SeekTolerance = 0.005;
-/// Less than any file rounds its times by, more than a computed position is wrong by.
-constexpr double SeekMargin = 0.0005;
 
-/// A C text of the number, whatever the locale.
-std::array<char, 32> Text(double number) {
+/// The number's text, whatever the locale.
+std::array<char, 32> Decimal(double number) {
     std::array<char, 32> text{};
     std::to_chars(text.data(), text.data() + text.size() - 1, number, std::chars_format::fixed, 6);
     return text;
@@ -96,7 +94,8 @@ void MpvEngine::Forget() {
     m_wanted.reset();
     m_playing = false;
     m_limit.reset();
-    m_picture = 0;
+    m_pace = {};
+    m_origin = 0;
     ++m_epoch;
     m_clock.Jump(0, Clock::now());
 }
@@ -227,9 +226,7 @@ void MpvEngine::Pump() {
         m_target = *m_wanted;
         m_wanted.reset();
         m_retries = 0;
-        // The picture that covers the position is the one that starts less than
-        // a picture's duration before it.
-        m_lead = m_picture > 0 ? m_picture - SeekTolerance - SeekMargin : 0;
+        m_reach = m_pace.shortest;
         SendSeek();
     }
     if (m_pauseSent == m_playing) {
@@ -238,8 +235,12 @@ void MpvEngine::Pump() {
     }
 }
 
+/// The picture that covers the target is the one that begins less than its own
+/// duration before it.
 void MpvEngine::SendSeek() {
     m_seeking = true;
     m_seekDeadline = Clock::now() + SeekPatience;
-    Send({"seek", Text(std::max(0.0, m_target - m_lead)).data(), "absolute+exact"});
+    const double lead = m_reach > 0 ? m_reach - SeekTolerance - m_pace.margin : 0;
+    const double target = m_origin + std::max(0.0, m_target - lead);
+    Send({"seek", Decimal(target).data(), "absolute+exact"});
 }

@@ -30,6 +30,14 @@ struct MpvMedia {
     std::vector<MpvTrack> sound;
 };
 
+/// What seeks need to know of a film's pictures.
+struct PicturePace {
+    /// The shortest time that a picture may be taken to last; 0 without pictures.
+    double shortest = 0;
+    /// By how much the times of the pictures may be rounded.
+    double margin = 0;
+};
+
 /// libmpv on a thread of its own, and the clock that this thread keeps. The
 /// window thread states what it wants; nothing it calls here waits for libmpv
 /// but `WaitForAnswer` (the constructor and destructor aside). Because seeks, the
@@ -93,8 +101,10 @@ class MpvEngine {
     void Mind();
     void ReadMedia();
     MpvMedia AskMedia();
+    std::string Text(const char* property);
     double Number(const char* property, double otherwise);
     double PictureShown();
+    PicturePace AskPace();
     void Tell();
 
     // With the lock held:
@@ -137,8 +147,8 @@ class MpvEngine {
     bool m_seeking = false;
     Clock::time_point m_seekDeadline;
     double m_target = 0;
-    /// How far before its target a seek aims, to end on the picture that covers it.
-    double m_lead = 0;
+    /// How long the picture that covers the target is taken to last; 0 without one.
+    double m_reach = 0;
     int m_retries = 0;
     /// The latest seek asked for meanwhile.
     std::optional<double> m_wanted;
@@ -147,8 +157,9 @@ class MpvEngine {
     bool m_pauseSent = true;
     std::optional<double> m_limit;
     double m_rate = 1;
-    /// The usual duration of a picture; 0 without one.
-    double m_picture = 0;
+    PicturePace m_pace;
+    /// libmpv's time at the first picture or sample.
+    double m_origin = 0;
     /// Changes with every wish, so that an answer to an older one is known as such.
     std::uint64_t m_epoch = 0;
     bool m_pauseReported = true;

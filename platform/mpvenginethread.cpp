@@ -1,7 +1,9 @@
 #include "platform/mpvengine.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 // The engine's own thread: it hears what libmpv reports, keeps the clock and
@@ -21,7 +23,19 @@ constexpr double Vigilance = 0.015;
 constexpr auto SoundSilence = milliseconds(200);
 /// A picture that starts later than the position by more than this does not cover it (in seconds).
 constexpr double PictureSlack = 0.001;
-constexpr int MostRetries = 3;
+/// Where pictures last longer than was taken, further and further back is tried.
+constexpr int MostRetries = 12;
+constexpr int CarefulRetries = 6;
+constexpr double CarefulStep = 1.3;
+constexpr double BoldStep = 2.5;
+/// Films whose mean rate is another one have pictures of unequal durations.
+constexpr double UsualRates[] = {
+    10, 12,  12.5, 15, 24000.0 / 1001, 24, 25, 30000.0 / 1001, 30, 48, 50, 60000.0 / 1001,
+    60, 100, 120};
+constexpr double UsualRateSlack = 0.0005;
+constexpr double UnequalShare = 0.45;
+/// Streams of one file begin this far apart without meaning it (in seconds).
+constexpr double LooseStart = 0.15;
 
 double Seconds(std::chrono::steady_clock::duration span) {
     return std::chrono::duration<double>(span).count();
@@ -145,7 +159,7 @@ void MpvEngine::HandleProperty(const mpv_event_property& property, Clock::time_p
         property.format == MPV_FORMAT_DOUBLE ? *static_cast<double*>(property.data) : -1;
     if (std::strcmp(property.name, "time-pos") == 0) {
         if (number >= 0 && Moving() && m_media.picture && now - m_lastSound >= SoundSilence)
-            m_clock.Picture(number, now);
+            m_clock.Picture(number - m_origin, now);
     } else if (std::strcmp(property.name, "pause") == 0) {
         m_pauseReported = flag;
         m_pauseDoubted = true;
@@ -154,7 +168,7 @@ void MpvEngine::HandleProperty(const mpv_event_property& property, Clock::time_p
         m_pauseDoubted = true;
     } else if (std::strcmp(property.name, "duration") == 0) {
         if (m_media.ready && number > 0) {
-            m_media.length = number;
+            m_media.length = std::max(0.0, number - m_origin);
             m_news.properties = true;
         }
     } else if (std::strcmp(property.name, "aid") == 0) {
@@ -209,7 +223,7 @@ void MpvEngine::Mind() {
             lock.unlock();
             const double shown = PictureShown();
             lock.lock();
-            HandleRestart(shown);
+            HandleRestart(shown - m_origin);
         }
     }
     if (std::exchange(m_tracksChanged, false) && m_media.ready) {
@@ -247,7 +261,7 @@ void MpvEngine::Mind() {
     lock.lock();
     if (heard >= 0 && epoch == m_epoch && Moving()) {
         m_lastSound = now;
-        m_clock.Sound(heard, now);
+        m_clock.Sound(heard - m_origin, now);
     }
 }
 
@@ -256,11 +270,10 @@ void MpvEngine::HandleRestart(double shown) {
         return;
     // Where pictures last longer than the film says, the one that covers the
     // position lies further back.
-    const double late = shown - m_target;
-    if (m_media.picture && !m_wanted && late > PictureSlack && m_target - m_lead > 0 &&
+    if (m_reach > 0 && !m_wanted && shown > m_target + PictureSlack && m_target > m_reach &&
         m_retries < MostRetries) {
+        m_reach *= m_retries < CarefulRetries ? CarefulStep : BoldStep;
         ++m_retries;
-        m_lead += late + m_picture;
         return SendSeek();
     }
     m_seeking = false;
@@ -271,15 +284,29 @@ void MpvEngine::HandleRestart(double shown) {
 
 void MpvEngine::ReadMedia() {
     MpvMedia media = AskMedia();
+    const PicturePace pace = media.picture ? AskPace() : PicturePace();
+    const double first = Number("time-pos", 0);
+    const double origin = first > LooseStart ? first : 0;
     media.ready = true;
-    media.length = std::max(0.0, Number("duration", 0));
-    const double rate = Number("container-fps", 0);
+    media.length = std::max(0.0, Number("duration", 0) - origin);
     const std::lock_guard lock(m_lock);
     if (m_loading != Loading::Loaded)
         return;
     m_media = std::move(media);
-    m_picture = !m_media.picture ? 0 : rate > 1 ? 1 / rate : 0.04;
+    m_pace = pace;
+    m_origin = origin;
     Answer(true);
+}
+
+PicturePace MpvEngine::AskPace() {
+    const double rate = Number("container-fps", 0);
+    const bool usual = std::any_of(std::begin(UsualRates), std::end(UsualRates), [&](double one) {
+        return std::abs(rate - one) < one * UsualRateSlack;
+    });
+    // Some containers count in whole milliseconds.
+    const std::string format = Text("file-format");
+    const bool coarse = format == "asf" || format == "flv" || format == "mkv";
+    return {rate > 1 ? (usual ? 1 : UnequalShare) / rate : 0.02, coarse ? 0.0005 : 0.00005};
 }
 
 MpvMedia MpvEngine::AskMedia() {
@@ -298,6 +325,15 @@ MpvMedia MpvEngine::AskMedia() {
     }
     m_mpv.free_node_contents(&list);
     return media;
+}
+
+std::string MpvEngine::Text(const char* property) {
+    mpv_node node;
+    if (m_mpv.get_property(m_player, property, MPV_FORMAT_NODE, &node) < 0)
+        return {};
+    std::string text = node.format == MPV_FORMAT_STRING ? node.u.string : "";
+    m_mpv.free_node_contents(&node);
+    return text;
 }
 
 double MpvEngine::Number(const char* property, double otherwise) {

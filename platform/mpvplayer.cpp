@@ -4,6 +4,7 @@
 #include "platform/mpvpicture.h"
 #include "platform/playselection.h"
 
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QMetaObject>
@@ -15,6 +16,7 @@
 namespace {
 
 constexpr auto AnswerPatience = std::chrono::seconds(1);
+constexpr auto AnswerPoll = std::chrono::milliseconds(5);
 constexpr int Ready = 4;
 constexpr double SlowestRate = 0.5;
 constexpr double FastestRate = 2;
@@ -70,6 +72,7 @@ class MpvPlayer final : public Player {
     bool Start();
     void Open(const QString& name);
     void Answered();
+    void TellAnswer();
     void HearNews();
     void HearPicture();
     void ChangeState(PlayState state);
@@ -136,9 +139,8 @@ void MpvPlayer::FileName(const QString& name) {
     m_selection = {};
     Open(name);
     ChangeState(Stopped);
-    if (m_ready != wasReady || m_ready)
-        emit ReadyStateChange(ReadyState());
-    emit PropertiesChanged();
+    if (m_ready || wasReady)
+        TellAnswer();
 }
 
 void MpvPlayer::Open(const QString& name) {
@@ -153,7 +155,15 @@ void MpvPlayer::Open(const QString& name) {
         return;
     m_engine->Load(NameForMpv(file.absoluteFilePath()));
     m_waiting = true;
-    if (m_engine->WaitForAnswer(AnswerPatience)) {
+    const QDeadlineTimer patience(AnswerPatience);
+    bool answered = false;
+    while (!answered && !patience.hasExpired()) {
+        answered = m_engine->WaitForAnswer(AnswerPoll);
+        // libmpv stops and waits a while for each picture that nobody takes.
+        if (m_picture->New())
+            m_picture->Skip();
+    }
+    if (answered) {
         m_engine->TakeNews();
         Answered();
     }
@@ -165,12 +175,18 @@ void MpvPlayer::Answered() {
     m_ready = m_media.ready;
 }
 
+void MpvPlayer::TellAnswer() {
+    emit ReadyStateChange(ReadyState());
+    emit PropertiesChanged();
+    if (m_media.picture)
+        emit PictureDue();
+}
+
 void MpvPlayer::HearNews() {
     const MpvEngine::News news = m_engine->TakeNews();
     if (news.answered && m_waiting) {
         Answered();
-        emit ReadyStateChange(ReadyState());
-        emit PropertiesChanged();
+        TellAnswer();
     } else if (news.properties) {
         m_media = m_engine->Media();
         emit PropertiesChanged();
@@ -179,8 +195,7 @@ void MpvPlayer::HearNews() {
         m_ready = false;
         m_media = {};
         ChangeState(Stopped);
-        emit ReadyStateChange(0);
-        emit PropertiesChanged();
+        TellAnswer();
     } else if (news.fileEnded && m_state == Playing) {
         Stop();
     } else if (news.limitReached && m_state == Playing) {
@@ -190,11 +205,12 @@ void MpvPlayer::HearNews() {
 
 void MpvPlayer::HearPicture() {
     m_picturePosted = false;
-    if (!m_picture->New())
-        return;
+    // A picture that libmpv no longer calls new may still be one that was not
+    // drawn: it gives up waiting for a busy window.
+    const bool isNew = m_picture->New();
     m_drawn = false;
     emit PictureDue();
-    if (!m_drawn)
+    if (isNew && !m_drawn)
         m_picture->Skip();
 }
 

@@ -84,6 +84,17 @@ QStringList Arguments(const Film& film, const QString& path) {
     arguments << Codecs(film);
     if (film.container == "mov")
         arguments << "-x264-params" << QStringLiteral("keyint=%1:scenecut=0").arg(film.group);
+    if (film.secondSound)
+        arguments << "-map"
+                  << "0"
+                  << "-map"
+                  << "1"
+                  << "-map"
+                  << "1"
+                  << "-metadata:s:a:0"
+                  << "language=eng"
+                  << "-metadata:s:a:1"
+                  << "language=ger";
     if (film.start != 0)
         arguments << "-output_ts_offset" << number(film.start);
     return arguments << path;
@@ -111,8 +122,9 @@ QByteArray Pictures(const Film& film) {
 
 PictureTimes::PictureTimes(const Film& film)
     : m_film(film) {
-    // AVI has no time stamps of its own: the first picture begins the film.
-    if (film.container == "avi")
+    // AVI has no time stamps of its own, and QuickTime says which sound to leave
+    // out: there the first picture begins the film.
+    if (film.container == "avi" || film.container == "mov")
         return;
     const QString path = MakeFilm(film);
     m_first = Probe(path, {"-select_streams", "v:0", "-show_entries", "stream=start_time"}) -
@@ -133,7 +145,7 @@ QString InFilmFolder(const QString& name) {
 }
 
 QString MakeFilm(const Film& film) {
-    const QString path = InFilmFolder(QStringLiteral("film-%1-%2-%3-%4-%5-%6-%7.%8")
+    const QString path = InFilmFolder(QStringLiteral("film-%1-%2-%3-%4-%5-%6-%7-%8.%9")
                                           .arg(film.pictures)
                                           .arg(film.rate)
                                           .arg(film.group)
@@ -141,6 +153,7 @@ QString MakeFilm(const Film& film) {
                                           .arg(film.soundDelay)
                                           .arg(film.start)
                                           .arg(film.variable ? 1 : 0)
+                                          .arg(film.secondSound ? 1 : 0)
                                           .arg(film.container));
     if (QFile::exists(path))
         return path;

@@ -21,6 +21,8 @@ struct Film {
     double start = 0;
     /// Every fourth picture is missing: the one before it lasts twice as long.
     bool variable = false;
+    /// Another audio track, in German.
+    bool secondSound = false;
 
     bool HasPicture() const { return container != "wav" && container != "mp3"; }
     double Length() const { return pictures / rate; }
