@@ -12,7 +12,6 @@ Application::Application(int& argc, char** argv)
     // have a decimal point everywhere.
     std::setlocale(LC_NUMERIC, "C");
     setApplicationName("quelmar");
-    setApplicationDisplayName("Quelmar");
     setApplicationVersion(QUELMAR_VERSION);
     setDesktopFileName("quelmar");
     QIcon icon;
