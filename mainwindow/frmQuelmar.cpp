@@ -69,6 +69,9 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player)
     Timer1->setTimerType(Qt::PreciseTimer);
     tmrPosButtons = MakeTimer(this, "tmrPosButtons", FirstRepeatInterval);
     tmrUDTime = MakeTimer(this, "tmrUDTime", TimeSpinner::NextInterval);
+    tmrRelease = MakeTimer(this, "tmrRelease", 0);
+    tmrRelease->setTimerType(Qt::PreciseTimer);
+    tmrRelease->setSingleShot(true);
     ConnectControls();
     ConnectPlayer();
     Form_Load();
@@ -127,6 +130,7 @@ void frmQuelmar::ConnectControls() {
     onTimer(Timer1, &frmQuelmar::Timer1_Timer);
     onTimer(tmrPosButtons, &frmQuelmar::tmrPosButtons_Timer);
     onTimer(tmrUDTime, &frmQuelmar::tmrUDTime_Timer);
+    onTimer(tmrRelease, &frmQuelmar::tmrRelease_Timer);
     Subt.UndoChangedListLength = [this] {
         Subt_UndoChangedListLength();
     };
@@ -250,6 +254,11 @@ void frmQuelmar::changeEvent(QEvent* event) {
     if (picButtons == nullptr)
         return;
     switch (event->type()) {
+    case QEvent::ActivationChange:
+        // A key that is held now will be released in another window.
+        if (!isActiveWindow() && !m_keyRepeat.Waiting())
+            m_keyRepeat.Reset();
+        break;
     case QEvent::PaletteChange:
         DrawToolIcons();
         break;

@@ -8,6 +8,7 @@
 #include "mainwindow/timespinner.h"
 #include "model/session.h"
 #include "platform/commondialogs.h"
+#include "platform/keyrepeat.h"
 #include "platform/player.h"
 
 #include <QElapsedTimer>
@@ -148,6 +149,10 @@ class frmQuelmar : public QWidget, public EditorHost {
     bool Form_KeyDown(const QKeyEvent& event);
     bool Form_KeyUp(const QKeyEvent& event);
     bool Form_KeyPress(const QWidget& receiver, const QKeyEvent& event) const;
+    /// The repeats of a held key are left out of these two.
+    void ActionKeyPressed(double position);
+    void ActionKeyReleased(double position);
+    void tmrRelease_Timer();
     bool IsActionKey(const QKeyEvent& event) const;
     double PositionOf(std::chrono::milliseconds age) const;
 
@@ -180,6 +185,9 @@ class frmQuelmar : public QWidget, public EditorHost {
     bool m_timeBoxUpdating = false;
     DisplayWalker m_walker{m_session.Subt};
     Placing m_placing;
+    KeyRepeat m_keyRepeat;
+    /// The position of a release that may turn out to be a repeat's.
+    std::optional<double> m_waitingRelease;
     ButtonStrip m_strip;
     TimeSpinner m_spinner;
     QElapsedTimer m_sinceTick;
@@ -191,6 +199,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     QTimer* tmrPosButtons = nullptr;
     QTimer* tmrUDTime = nullptr;
     QTimer* Timer1 = nullptr;
+    QTimer* tmrRelease = nullptr;
 
     QWidget* PB2 = nullptr;
     QPlainTextEdit* txtSubtitle = nullptr;

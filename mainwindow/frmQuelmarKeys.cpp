@@ -6,12 +6,16 @@
 #include "platform/eventage.h"
 #include "platform/keycodes.h"
 
+#include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
+#include <QTimer>
+
+#include <utility>
 
 namespace {
 
@@ -32,6 +36,12 @@ bool TypesCharacter(const QKeyEvent& event) {
     }
 }
 
+/// X11 alone sends repeats as releases and presses.
+std::uint64_t RepeatStamp(const QKeyEvent& event) {
+    static const bool x11 = QGuiApplication::platformName() == QLatin1String("xcb");
+    return x11 ? TrueStamp(event) : 0;
+}
+
 } // namespace
 
 void frmQuelmar::optShow_Click() {
@@ -47,6 +57,7 @@ void frmQuelmar::optPosition_Click() {
 void frmQuelmar::txtKey_Click() {
     frmPickKey dialog(this, *txtKey, ActionKey);
     dialog.exec();
+    m_keyRepeat.Reset();
     setFocus();
 }
 
@@ -115,30 +126,66 @@ double frmQuelmar::PositionOf(std::chrono::milliseconds age) const {
 }
 
 bool frmQuelmar::Form_KeyDown(const QKeyEvent& event) {
-    if (!m_mediaActive || !IsActionKey(event))
+    if (!IsActionKey(event))
         return false;
-    if (event.isAutoRepeat())
-        return true;
-    if (m_placing.Press(PositionOf(EventAge(event)))) {
-        m_session.SubtitlesChanged = true;
-        emit DocumentTouched();
-    }
+    const KeyRepeat::Press press = m_keyRepeat.Pressed(RepeatStamp(event), event.isAutoRepeat());
+    if (press == KeyRepeat::Press::Repeat)
+        m_waitingRelease.reset();
+    else if (press == KeyRepeat::Press::AfterRelease && m_waitingRelease)
+        ActionKeyReleased(*std::exchange(m_waitingRelease, std::nullopt));
+    if (!m_mediaActive)
+        return false;
+    if (press != KeyRepeat::Press::Repeat)
+        ActionKeyPressed(PositionOf(EventAge(event)));
     return true;
 }
 
 bool frmQuelmar::Form_KeyUp(const QKeyEvent& event) {
-    if (!m_mediaActive || !IsActionKey(event))
+    if (!IsActionKey(event))
         return false;
-    if (event.isAutoRepeat())
-        return true;
-    m_placing.Release(PositionOf(EventAge(event)));
+    const std::uint64_t stamp = RepeatStamp(event);
+    const KeyRepeat::Release release =
+        m_keyRepeat.Released(stamp, event.isAutoRepeat(), KeyRepeat::Moment::clock::now());
+    if (!m_mediaActive)
+        return false;
+    const double position = PositionOf(EventAge(event));
+    if (release == KeyRepeat::Release::Waits) {
+        m_waitingRelease = position;
+        tmrRelease->start(KeyRepeat::Wait);
+    } else if (release == KeyRepeat::Release::Real || (stamp == 0 && !event.isAutoRepeat())) {
+        // A release counts without its press, unless it may be a repeat's of a key
+        // that was pressed in another window.
+        ActionKeyReleased(position);
+    }
+    return true;
+}
+
+void frmQuelmar::tmrRelease_Timer() {
+    if (!m_keyRepeat.Expire(KeyRepeat::Moment::clock::now())) {
+        if (m_keyRepeat.Waiting())
+            tmrRelease->start(std::chrono::milliseconds(1));
+        return;
+    }
+    if (m_waitingRelease && m_mediaActive)
+        ActionKeyReleased(*m_waitingRelease);
+    m_waitingRelease.reset();
+}
+
+void frmQuelmar::ActionKeyPressed(double position) {
+    if (!m_placing.Press(position))
+        return;
+    m_session.SubtitlesChanged = true;
+    emit DocumentTouched();
+}
+
+void frmQuelmar::ActionKeyReleased(double position) {
+    m_placing.Release(position);
     const std::int32_t placed = m_walker.CurrentTitle();
     Subt.SetTimes(placed, m_placing.KeyDownTime(), m_placing.KeyUpTime());
     if (frmList* list = OpenList(); list != nullptr && placed <= Subt.Count())
         list->RowTimesChanged(placed);
     ShowTexts(m_walker.Advance());
     emit DocumentTouched();
-    return true;
 }
 
 /// While playing, no typed character reaches a text box.
