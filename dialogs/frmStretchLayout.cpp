@@ -43,6 +43,8 @@ QComboBox* FillRates(QComboBox* box) {
         box->addItem(QString::fromLatin1(rate));
     box->setEditable(true);
     box->setInsertPolicy(QComboBox::NoInsert);
+    // "2" is not yet 23.976, and Return means OK, not the end of a completion.
+    box->setCompleter(nullptr);
     box->setMaximumWidth(box->fontMetrics().horizontalAdvance("23.9760000") + 40);
     return box;
 }

@@ -33,6 +33,8 @@ frmFrameRate::frmFrameRate(Session& session, QWidget* parent)
     cboFramerate->setObjectName("cboFramerate");
     cboFramerate->setEditable(true);
     cboFramerate->setInsertPolicy(QComboBox::NoInsert);
+    // "2" is not yet 23.976, and Return means OK, not the end of a completion.
+    cboFramerate->setCompleter(nullptr);
     cboFramerate->setAccessibleName(tr("Frame rate"));
     cboFramerate->setMinimumContentsLength(12);
     cmdOK->setObjectName("cmdOK");

@@ -186,6 +186,21 @@ TEST_F(FrameRateDialog, AlwaysOffersTheFiveRates) {
     }
 }
 
+TEST_F(FrameRateDialog, WhatIsTypedIsTakenAtTheFirstReturn) {
+    frmFrameRate dialog(session, nullptr);
+    dialog.show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto* box = Child<QComboBox>(dialog, "cboFramerate").lineEdit();
+    box->setFocus();
+    QTest::keyClicks(box, "2");
+    EXPECT_EQ(box->text().toStdString(), "2");
+    QTest::keyClicks(box, "4");
+    box->selectAll();
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(session.FrameRate, 24);
+}
+
 TEST_F(FrameRateDialog, ARateSurvivesTheSettings) {
     EXPECT_TRUE(Enter("23.976"));
     Settings().SetString("LastFrameRate",
