@@ -7,6 +7,7 @@
 
 #include <QLineEdit>
 #include <QPushButton>
+#include <QWindow>
 
 void frmQuelmar::cmdEdit_Click() {
     if (frmList* list = OpenList()) {
@@ -15,6 +16,9 @@ void frmQuelmar::cmdEdit_Click() {
         return;
     }
     m_list = new frmList(*this, this);
+    // A window of its own, which need not stay above this one and its film.
+    m_list->winId();
+    m_list->windowHandle()->setTransientParent(nullptr);
     m_list->show();
 }
 
