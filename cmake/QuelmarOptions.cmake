@@ -33,7 +33,8 @@ if(PROJECT_IS_TOP_LEVEL)
 endif()
 
 if(QUELMAR_SANITIZE)
-  target_compile_options(quelmar_options INTERFACE -fsanitize=address,undefined
+  # Some optimisation, or the tests that read large files take minutes.
+  target_compile_options(quelmar_options INTERFACE -O1 -fsanitize=address,undefined
                                                    -fno-sanitize-recover=all
                                                    -fno-omit-frame-pointer)
   target_link_options(quelmar_options INTERFACE -fsanitize=address,undefined)
