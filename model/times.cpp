@@ -57,7 +57,7 @@ constexpr auto DigitPairs = [] {
 }();
 
 /// A number below 100.
-char* PutTwoDigits(char* to, unsigned value) {
+char* PutTwoDigits(char* to, std::size_t value) {
     to[0] = DigitPairs[2 * value];
     to[1] = DigitPairs[2 * value + 1];
     return to + 2;
@@ -103,7 +103,8 @@ void AppendTime(std::string& text, double seconds) {
     rest = rest < 0 ? 0 : rest;
     const auto minutes = static_cast<unsigned>(rest / 60);
     rest -= minutes * 60.0;
-    const auto milliseconds = static_cast<unsigned>(rest * 1000 + 0.5);
+    const double halfUp = rest * 1000 + 0.5;
+    const auto milliseconds = static_cast<unsigned>(halfUp);
 
     std::array<char, 20> form{};
     char* to = form.data();
