@@ -306,7 +306,7 @@ PicturePace MpvEngine::AskPace() {
     // Some containers count in whole milliseconds.
     const std::string format = Text("file-format");
     const bool coarse = format == "asf" || format == "flv" || format == "mkv";
-    return {rate > 1 ? (usual ? 1 : UnequalShare) / rate : 0.02, coarse ? 0.0005 : 0.00005};
+    return {rate > 1 ? (usual ? 1 : UnequalShare) / rate : 0.02, coarse ? 0.0005 : 0.00001};
 }
 
 MpvMedia MpvEngine::AskMedia() {

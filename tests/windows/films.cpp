@@ -75,6 +75,8 @@ QStringList Arguments(const Film& film, const QString& path) {
                   << "select=not(eq(mod(n\\,4)\\,3))"
                   << "-fps_mode"
                   << "vfr";
+    if (film.scale != 1)
+        arguments << "-vf" << QStringLiteral("scale=iw*%1:ih*%1:flags=neighbor").arg(film.scale);
     if (film.HasPicture())
         arguments << "-pix_fmt"
                   << "yuv420p"
@@ -145,16 +147,18 @@ QString InFilmFolder(const QString& name) {
 }
 
 QString MakeFilm(const Film& film) {
-    const QString path = InFilmFolder(QStringLiteral("film-%1-%2-%3-%4-%5-%6-%7-%8.%9")
-                                          .arg(film.pictures)
-                                          .arg(film.rate)
-                                          .arg(film.group)
-                                          .arg(film.sound ? 1 : 0)
-                                          .arg(film.soundDelay)
-                                          .arg(film.start)
-                                          .arg(film.variable ? 1 : 0)
-                                          .arg(film.secondSound ? 1 : 0)
-                                          .arg(film.container));
+    const QString path = InFilmFolder(
+        QStringLiteral("film-%1-%2-%3-%4-%5-%6-%7-%8%9")
+            .arg(film.pictures)
+            .arg(film.rate)
+            .arg(film.group)
+            .arg(film.sound ? 1 : 0)
+            .arg(film.soundDelay)
+            .arg(film.start)
+            .arg(film.variable ? 1 : 0)
+            .arg(film.secondSound ? 1 : 0)
+            .arg(film.scale == 1 ? "." + film.container
+                                 : QStringLiteral("-x%1.").arg(film.scale) + film.container));
     if (QFile::exists(path))
         return path;
     QProcess encoder;

@@ -21,6 +21,8 @@ struct Film {
     double start = 0;
     /// Every fourth picture is missing: the one before it lasts twice as long.
     bool variable = false;
+    /// Times the size of the other films.
+    int scale = 1;
     /// Another audio track, in German.
     bool secondSound = false;
 
