@@ -32,12 +32,12 @@ namespace {
 constexpr int SlowMachine = 20000;
 constexpr const char* SavedName = "placed.srt";
 
-// When the demonstration holds the key, in seconds of the film, for each title.
+// When the demonstration holds the key, in seconds of the film: while the voice speaks.
 struct Hold {
     double from;
     double to;
 };
-constexpr Hold Holds[] = {{2.0, 3.5}, {4.5, 6.0}, {7.0, 8.5}};
+constexpr Hold Holds[] = {{2.0, 4.32}, {5.28, 7.32}, {8.92, 11.6}};
 // How far a placement may lie from what was meant, on a machine under load.
 constexpr double Tolerance = 0.5;
 
