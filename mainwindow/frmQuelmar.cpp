@@ -22,6 +22,7 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace {
@@ -45,7 +46,7 @@ QSize MinimumSize() {
 double StoredFrameRate(const QString& text) {
     const std::optional<double> number = Number(text.toStdString());
     const double rate = number ? RoundTime(*number) : 0;
-    return rate > 0 ? rate : DefaultFrameRate;
+    return rate > 0 && std::isfinite(rate) ? rate : DefaultFrameRate;
 }
 
 QTimer* MakeTimer(QWidget* window, const char* name, int interval) {
