@@ -1,9 +1,12 @@
 // The program, with a person in it who edits, places and saves without a pause until
 // the program is killed: quelmar_edited SUBTITLES SAVED SEED. After each edit a line
-// goes to standard output: its number, the moment, and the titles' fingerprint.
+// goes to standard output: its number, the moment, and the titles' fingerprint. With a
+// fourth argument, the handler of that edit fails; the report that the person then reads
+// goes to standard error.
 
 #include "app/application.h"
 #include "app/program.h"
+#include "platform/base/runtimeerror.h"
 #include "tests/windows/fakeplayer.h"
 
 #include <QAbstractButton>
@@ -29,11 +32,12 @@ constexpr int SaveEvery = 100;
 
 class Person {
   public:
-    Person(Program& program, FakePlayer& player, QString saved, unsigned seed)
+    Person(Program& program, FakePlayer& player, QString saved, unsigned seed, int failingEdit)
         : m_window(program.Window())
         , m_player(player)
         , m_saved(std::move(saved))
-        , m_random(seed) {
+        , m_random(seed)
+        , m_failingEdit(failingEdit) {
         m_act.setSingleShot(true);
         QObject::connect(&m_act, &QTimer::timeout, &m_act, [this] { Act(); });
         QObject::connect(&m_answer, &QTimer::timeout, &m_answer, [this] { Answer(); });
@@ -70,6 +74,8 @@ class Person {
         m_window.session().SubtitlesChanged = Random(2) == 0;
         m_window.TitlesChanged();
         Tell();
+        if (m_edit == m_failingEdit)
+            throw RuntimeError(RuntimeError::Number::Overflow);
         if (m_edit % SaveEvery == 0)
             m_window.findChild<QAbstractButton*>("cmdSave")->click();
         m_act.start(Random(12));
@@ -105,7 +111,10 @@ class Person {
             save->setEnabled(true);
             save->click();
         } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
-            box->button(QMessageBox::Yes)->click();
+            auto* yes = box->button(QMessageBox::Yes);
+            if (yes == nullptr)
+                std::fputs(box->text().toUtf8().constData(), stderr);
+            (yes != nullptr ? yes : box->button(QMessageBox::Ok))->click();
         }
     }
 
@@ -115,6 +124,7 @@ class Person {
     std::mt19937 m_random;
     QTimer m_act;
     QTimer m_answer;
+    const int m_failingEdit;
     int m_edit = 0;
 };
 
@@ -129,6 +139,7 @@ int main(int argc, char** argv) {
     FakePlayer& playing = *player;
     playing.MediaLength = 5000;
     Program program(std::make_unique<frmQuelmar>(std::move(player)));
-    Person person(program, playing, arguments.value(2), arguments.value(3).toUInt());
+    Person person(program, playing, arguments.value(2), arguments.value(3).toUInt(),
+                  arguments.value(4).toInt());
     return program.Run([&] { person.Begin(arguments.value(1)); });
 }

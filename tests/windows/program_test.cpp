@@ -1,6 +1,8 @@
 #include "app/commandline.h"
 #include "app/firstpaint.h"
+#include "mainwindow/frmRecover.h"
 
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -53,10 +55,11 @@ struct Result {
     QString errors;
 };
 
-Result Call(const QStringList& arguments, const QStringList& environment = {}) {
+Result Call(const QStringList& arguments, const QStringList& environment = {},
+            const char* name = QUELMAR_PROGRAM) {
     QProcess program;
     program.setEnvironment(QProcess::systemEnvironment() + environment);
-    program.start(QUELMAR_PROGRAM, arguments);
+    program.start(QString::fromLocal8Bit(name), arguments);
     EXPECT_TRUE(program.waitForFinished(60000));
     return {program.exitStatus() == QProcess::NormalExit ? program.exitCode() : -1,
             QString::fromLocal8Bit(program.readAllStandardOutput()),
@@ -85,6 +88,28 @@ TEST(Program, HasNothingToRecoverAtFirst) {
     const Result result = Call({"--recover"}, {"XDG_STATE_HOME=" + state.path()});
     EXPECT_EQ(result.code, 0);
     EXPECT_EQ(result.output.toStdString(), "There is no unsaved work of earlier sessions.\n");
+}
+
+TEST(Program, ARunTimeErrorEndsItAndKeepsTheWork) {
+    const QTemporaryDir home;
+    QFile subtitles(home.filePath("film.srt"));
+    ASSERT_TRUE(subtitles.open(QIODevice::WriteOnly));
+    for (int i = 1; i < 10; ++i)
+        subtitles.write("1\n00:00:01,000 --> 00:00:02,000\nText\n\n");
+    subtitles.close();
+    const Result result =
+        Call({home.filePath("film.srt"), home.filePath("saved.srt"), "1", "7"},
+             {"XDG_STATE_HOME=" + home.path(), "XDG_CONFIG_HOME=" + home.path()}, QUELMAR_EDITED);
+    EXPECT_EQ(result.code, 1);
+    EXPECT_TRUE(result.errors.contains(
+        "Run-time error '6':\n\nOverflow\n\nYour unsaved work is kept, and will be offered when "
+        "the program is started again."))
+        << result.errors.toStdString();
+    const auto works = FindRecoverableWork(home.filePath("Tevo/Quelmar"));
+    ASSERT_EQ(works.size(), 1U);
+    // The change right before the error is in it.
+    EXPECT_EQ(works[0].document.titles.Text(1), "edit 7");
+    EXPECT_FALSE(works[0].document.stamp.declined);
 }
 
 TEST(FirstPaint, RunsOnceAfterIt) {

@@ -1,0 +1,91 @@
+#include "mainwindow/frmQuelmar.h"
+#include "platform/settings.h"
+#include "tests/windows/fakeplayer.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QSettings>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+/// The user's settings file, as somebody or something else might have left it.
+class DamagedSettings : public testing::Test {
+  protected:
+    DamagedSettings() { Write({}); }
+    ~DamagedSettings() override { Write({}); }
+
+    static QString File() {
+        return QSettings(QSettings::NativeFormat, QSettings::UserScope, "Tevo", "Quelmar")
+            .fileName();
+    }
+
+    static void Write(const QByteArray& bytes) {
+        QDir().mkpath(QFileInfo(File()).path());
+        QFile file(File());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+        file.close();
+        QSettings(QSettings::NativeFormat, QSettings::UserScope, "Tevo", "Quelmar").sync();
+    }
+
+    /// Opens the window: it must be on a screen, in a size to work with, and hold the defaults.
+    static void ExpectUsableWindow(const char* what) {
+        frmQuelmar window(std::make_unique<FakePlayer>());
+        window.show();
+        const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+        const QRect seen = window.frameGeometry().intersected(screen);
+        EXPECT_GT(seen.width(), 100) << what;
+        EXPECT_GT(seen.height(), 100) << what;
+        EXPECT_GE(window.width() * 15, 10000) << what;
+        EXPECT_GE(window.height() * 15, 5000) << what;
+        EXPECT_LE(window.width(), 20000) << what;
+        EXPECT_GT(window.session().FrameRate, 0) << what;
+    }
+};
+
+TEST_F(DamagedSettings, GarbageGivesTheDefaults) {
+    for (const QByteArray& garbage :
+         {QByteArray("\0\xFF\xFE[[[===", 9), QByteArray("[General\nLeft"), QByteArray(5000, '='),
+          QByteArray("Left=@Variant(\\0\\0)\nTop=@Invalid()\nWidth=@Rect(1 2 3 4)")}) {
+        Write(garbage);
+        ExpectUsableWindow(garbage.left(20).toHex().constData());
+    }
+}
+
+TEST_F(DamagedSettings, AbsurdPlacesGiveAVisibleWindow) {
+    for (const char* value : {"1000000000", "-1000000000", "2147483647", "-2147483648",
+                              "99999999999", "0", "abc", "", "1.5", "1, 2, 3"}) {
+        QByteArray text("[General]\n");
+        for (const char* name : {"Left", "Top", "Width", "Height"})
+            text += QByteArray(name) + '=' + value + '\n';
+        Write(text);
+        ExpectUsableWindow(value);
+    }
+}
+
+TEST_F(DamagedSettings, ARateThatIsNoneGivesTwentyFive) {
+    for (const char* rate : {"abc", "0", "-24", "nan", "inf", "", "1e999", "25 frames"}) {
+        Write(QByteArray("[General]\nLastFrameRate=") + rate + '\n');
+        frmQuelmar window(std::make_unique<FakePlayer>());
+        EXPECT_EQ(window.session().FrameRate, 25) << rate;
+    }
+}
+
+TEST_F(DamagedSettings, ValuesOfAnotherTypeGiveTheirDefaults) {
+    Write("[General]\nnumber=12\nword=twelve\nhuge=4294967296\nlist=a, b\n");
+    const Settings settings;
+    EXPECT_EQ(settings.Dword("number", 7), 12);
+    EXPECT_EQ(settings.Dword("word", 7), 7);
+    EXPECT_EQ(settings.Dword("huge", 7), 7);
+    EXPECT_EQ(settings.Dword("list", 7), 7);
+    EXPECT_EQ(settings.Dword("missing", 7), 7);
+    EXPECT_EQ(settings.String("missing", "default").toStdString(), "default");
+    EXPECT_EQ(settings.String("number", "default").toStdString(), "12");
+}
+
+} // namespace
