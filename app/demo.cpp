@@ -38,7 +38,7 @@ struct Hold {
     double to;
 };
 constexpr Hold Holds[] = {{2.0, 4.32}, {5.28, 7.32}, {8.92, 11.6}};
-// How far a placement may lie from what was meant, on a machine under load.
+// How far a placement may lie from what the window showed, on a machine under load.
 constexpr double Tolerance = 0.5;
 
 void Say(const QString& text) {
@@ -94,6 +94,10 @@ class Demo {
         QElapsedTimer settled;
         settled.start();
         WaitFor("a picture", [&] { return settled.hasExpired(300); });
+        Grab(name);
+    }
+
+    void Grab(const QString& name) const {
         for (QWidget* window : QApplication::topLevelWidgets()) {
             if (!window->isVisible() || window->objectName().isEmpty())
                 continue;
@@ -136,19 +140,26 @@ class Demo {
 
     void Place(const Hold& hold) {
         const std::int32_t title = ++m_placed;
-        WaitFor("the film to come there", [&] { return Now() >= hold.from; });
-        Key(QEvent::KeyPress);
-        WaitFor("the film to go on", [&] { return Now() >= hold.to; });
-        Key(QEvent::KeyRelease);
+        const double pressed = KeyAt(QEvent::KeyPress, hold.from);
+        const double released = KeyAt(QEvent::KeyRelease, hold.to);
         const double start = m_window.Subt.StartTime(title);
         const double end = m_window.Subt.EndTime(title);
-        if (std::abs(start - hold.from) > Tolerance || std::abs(end - hold.to) > Tolerance)
+        if (std::abs(start - pressed) > Tolerance || std::abs(end - released) > Tolerance)
             throw std::runtime_error("a title was not placed where the key was held");
         Say(QStringLiteral("placed title %1 from %2 to %3")
                 .arg(title)
                 .arg(QString::fromStdString(FormatTime(start)),
                      QString::fromStdString(FormatTime(end))));
-        Picture(QStringLiteral("placed%1").arg(title));
+        // At once: the next line is soon to be spoken.
+        Grab(QStringLiteral("placed%1").arg(title));
+    }
+
+    /// Answers the position when the key went, which on a busy machine may be later.
+    double KeyAt(QEvent::Type type, double position) {
+        WaitFor("the film to come there", [&] { return Now() >= position; });
+        const double now = Now();
+        Key(type);
+        return now;
     }
 
     void Save() {
