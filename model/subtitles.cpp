@@ -27,35 +27,41 @@ void Raise(const EVENT& event, ARGUMENTS... arguments) {
 
 void SUBTITLES::Clear() {
     ++m_changes;
-    m_titles.clear();
-    m_titles.shrink_to_fit();
+    m_starts = {};
+    m_ends = {};
+    m_texts = {};
     m_upperBound = 0;
 }
 
 void SUBTITLES::Reserve(std::int32_t count) {
-    m_titles.reserve(static_cast<std::size_t>(std::max(count, 0)));
+    const auto room = static_cast<std::size_t>(std::max(count, 0));
+    m_starts.reserve(room);
+    m_ends.reserve(room);
+    m_texts.reserve(room);
 }
 
 void SUBTITLES::Add(double start, double end, std::string text) {
     ++m_changes;
     if (Count() >= m_upperBound)
         m_upperBound += GrowthStep;
-    m_titles.push_back({start, end, std::move(text)});
+    m_starts.push_back(start);
+    m_ends.push_back(end);
+    m_texts.push_back(std::move(text));
 }
 
 double SUBTITLES::SearchStart(std::int32_t index) const {
     if (index < 1)
         return -std::numeric_limits<double>::infinity();
-    return index > Count() ? std::numeric_limits<double>::infinity() : At(index).start;
+    return index > Count() ? std::numeric_limits<double>::infinity() : m_starts[Place(index)];
 }
 
 std::int32_t SUBTITLES::Locate(double time) const {
     const std::int32_t count = Count();
     if (count <= 1)
         return count;
-    if (time <= At(1).start)
+    if (time <= m_starts.front())
         return 1;
-    if (time >= At(count - 1).end)
+    if (time >= m_ends[Place(count - 1)])
         return count;
 
     // Halving steps, then single ones. A sorted list is settled in about
@@ -74,58 +80,58 @@ std::int32_t SUBTITLES::Locate(double time) const {
         if (SearchStart(p - 1) <= time && SearchStart(p) >= time)
             return std::min(p, count);
     }
-    const auto found =
-        std::lower_bound(m_titles.begin(), m_titles.end(), time,
-                         [](const Title& title, double moment) { return title.start < moment; });
-    return std::min(static_cast<std::int32_t>(found - m_titles.begin()) + 1, count);
+    const auto found = std::lower_bound(m_starts.begin(), m_starts.end(), time);
+    return std::min(static_cast<std::int32_t>(found - m_starts.begin()) + 1, count);
 }
 
 void SUBTITLES::SetTimes(std::int32_t index, double start, double end) {
     if (!Holds(index))
         return;
     Record(UndoHistory::Kind::Changed, index);
-    At(index).start = start;
-    At(index).end = end;
+    m_starts[Place(index)] = start;
+    m_ends[Place(index)] = end;
 }
 
 double SUBTITLES::StartTime(std::int32_t index) const {
-    return Holds(index) ? At(index).start : 0.0;
+    return Holds(index) ? m_starts[Place(index)] : 0.0;
 }
 
 void SUBTITLES::StartTime(std::int32_t index, double value) {
     if (!Holds(index))
         return;
     Record(UndoHistory::Kind::Changed, index);
-    At(index).start = value;
+    m_starts[Place(index)] = value;
 }
 
 double SUBTITLES::EndTime(std::int32_t index) const {
-    return Holds(index) ? At(index).end : 0.0;
+    return Holds(index) ? m_ends[Place(index)] : 0.0;
 }
 
 void SUBTITLES::EndTime(std::int32_t index, double value) {
     if (!Holds(index))
         return;
     Record(UndoHistory::Kind::Changed, index);
-    At(index).end = value;
+    m_ends[Place(index)] = value;
 }
 
 const std::string& SUBTITLES::Text(std::int32_t index) const {
-    return Holds(index) ? At(index).text : NoText;
+    return Holds(index) ? m_texts[Place(index)] : NoText;
 }
 
 void SUBTITLES::Text(std::int32_t index, std::string value) {
     if (!Holds(index))
         return;
     Record(UndoHistory::Kind::Changed, index);
-    At(index).text = std::move(value);
+    m_texts[Place(index)] = std::move(value);
 }
 
 void SUBTITLES::Delete(std::int32_t index) {
     if (!Holds(index))
         return;
     Record(UndoHistory::Kind::Deleted, index);
-    m_titles.erase(m_titles.begin() + (index - 1));
+    m_starts.erase(m_starts.begin() + (index - 1));
+    m_ends.erase(m_ends.begin() + (index - 1));
+    m_texts.erase(m_texts.begin() + (index - 1));
 }
 
 void SUBTITLES::DeleteAll(const std::vector<std::int32_t>& indexes) {
@@ -134,24 +140,29 @@ void SUBTITLES::DeleteAll(const std::vector<std::int32_t>& indexes) {
     std::int32_t deleted = 0;
     auto next = indexes.begin();
     for (std::int32_t index = 1; index <= Count(); ++index) {
-        Title& title = At(index);
+        const std::size_t place = Place(index);
         next = std::find_if(next, indexes.end(), [&](std::int32_t i) { return i >= index; });
         if (next != indexes.end() && *next == index) {
             // One by one, each title would have moved down by those before it.
             if (m_undoEnabled && !m_undoing) {
                 if (m_history.Empty())
                     Raise(UndoPossible, true);
-                m_history.Push({UndoHistory::Kind::Deleted, index - deleted, title.start, title.end,
-                                std::move(title.text)});
+                m_history.Push({UndoHistory::Kind::Deleted, index - deleted, m_starts[place],
+                                m_ends[place], std::move(m_texts[place])});
             }
             ++deleted;
             continue;
         }
-        if (deleted > 0)
-            m_titles[kept] = std::move(title);
+        if (deleted > 0) {
+            m_starts[kept] = m_starts[place];
+            m_ends[kept] = m_ends[place];
+            m_texts[kept] = std::move(m_texts[place]);
+        }
         ++kept;
     }
-    m_titles.resize(kept);
+    m_starts.resize(kept);
+    m_ends.resize(kept);
+    m_texts.resize(kept);
 }
 
 void SUBTITLES::Insert(std::int32_t index, double start, double end, std::string text) {
@@ -160,7 +171,9 @@ void SUBTITLES::Insert(std::int32_t index, double start, double end, std::string
     Record(UndoHistory::Kind::Inserted, index);
     if (Count() >= m_upperBound)
         m_upperBound += GrowthStep;
-    m_titles.insert(m_titles.begin() + (index - 1), {start, end, std::move(text)});
+    m_starts.insert(m_starts.begin() + (index - 1), start);
+    m_ends.insert(m_ends.begin() + (index - 1), end);
+    m_texts.insert(m_texts.begin() + (index - 1), std::move(text));
 }
 
 void SUBTITLES::Record(UndoHistory::Kind kind, std::int32_t index) {
@@ -172,7 +185,8 @@ void SUBTITLES::Record(UndoHistory::Kind kind, std::int32_t index) {
     if (kind == UndoHistory::Kind::Inserted)
         m_history.Push({kind, index, 0, 0, {}});
     else
-        m_history.Push({kind, index, At(index).start, At(index).end, At(index).text});
+        m_history.Push(
+            {kind, index, m_starts[Place(index)], m_ends[Place(index)], m_texts[Place(index)]});
 }
 
 std::int32_t SUBTITLES::Undo() {
@@ -181,8 +195,11 @@ std::int32_t SUBTITLES::Undo() {
     ++m_changes;
     const UndoHistory::Record record = m_history.Newest();
     if (record.kind == UndoHistory::Kind::Changed) {
-        if (Holds(record.title))
-            At(record.title) = {record.start, record.end, record.text};
+        if (Holds(record.title)) {
+            m_starts[Place(record.title)] = record.start;
+            m_ends[Place(record.title)] = record.end;
+            m_texts[Place(record.title)] = record.text;
+        }
     } else {
         m_undoing = true;
         if (record.kind == UndoHistory::Kind::Inserted)

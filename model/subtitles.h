@@ -44,7 +44,7 @@ class SUBTITLES {
     void EndTime(std::int32_t index, double value);
     const std::string& Text(std::int32_t index) const;
     void Text(std::int32_t index, std::string value);
-    std::int32_t Count() const { return static_cast<std::int32_t>(m_titles.size()); }
+    std::int32_t Count() const { return static_cast<std::int32_t>(m_starts.size()); }
 
     void Delete(std::int32_t index);
     /// Deletes all given titles in one pass, with the same undo steps as `Delete`
@@ -69,21 +69,15 @@ class SUBTITLES {
     std::uint64_t Changes() const { return m_changes; }
 
   private:
-    struct Title {
-        double start;
-        double end;
-        std::string text;
-    };
-
     bool Holds(std::int32_t index) const { return index >= 1 && index <= Count(); }
-    Title& At(std::int32_t index) { return m_titles[static_cast<std::size_t>(index - 1)]; }
-    const Title& At(std::int32_t index) const {
-        return m_titles[static_cast<std::size_t>(index - 1)];
-    }
+    static std::size_t Place(std::int32_t index) { return static_cast<std::size_t>(index - 1); }
     double SearchStart(std::int32_t index) const;
     void Record(UndoHistory::Kind kind, std::int32_t index);
 
-    std::vector<Title> m_titles;
+    // Three arrays, not one of titles: the search runs through the starts alone.
+    std::vector<double> m_starts;
+    std::vector<double> m_ends;
+    std::vector<std::string> m_texts;
     std::int32_t m_upperBound = 0;
     UndoHistory m_history;
     std::uint64_t m_changes = 0;
