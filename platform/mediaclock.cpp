@@ -1,6 +1,7 @@
 #include "platform/mediaclock.h"
 
 #include <algorithm>
+#include <ranges>
 #include <vector>
 
 namespace {
@@ -80,9 +81,9 @@ void MediaClock::Picture(double position, Moment at) {
 }
 
 double MediaClock::Position(Moment at) const {
-    for (auto segment = m_segments.rbegin(); segment != m_segments.rend(); ++segment)
-        if (segment->from <= at)
-            return At(*segment, at);
+    for (const Segment& segment : std::views::reverse(m_segments))
+        if (segment.from <= at)
+            return At(segment, at);
     return m_segments.front().floor;
 }
 

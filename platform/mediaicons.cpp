@@ -7,6 +7,7 @@
 #include <QPixmap>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 
@@ -89,9 +90,9 @@ QPainterPath Shape(MediaShape shape) {
 
 class ShapeEngine : public QIconEngine {
   public:
-    ShapeEngine(MediaShape shape, const QPalette& palette)
+    ShapeEngine(MediaShape shape, QPalette palette)
         : m_shape(shape)
-        , m_palette(palette) {}
+        , m_palette(std::move(palette)) {}
 
     void paint(QPainter* painter, const QRect& place, QIcon::Mode mode, QIcon::State) override {
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
