@@ -48,15 +48,11 @@ void frmShift::LayOut() {
     direction->addStretch();
 
     auto* amount = new QHBoxLayout;
-    amount->setSpacing(3);
-    amount->addWidget(Amount->txtMin);
-    amount->addWidget(Amount->UpDown1);
-    amount->addSpacing(3);
+    amount->setSpacing(6);
+    amount->addLayout(WithSpinner(Amount->txtMin, Amount->UpDown1));
     amount->addWidget(Named<QLabel>("Label2", "min", this));
-    amount->addSpacing(12);
-    amount->addWidget(Amount->txtSec);
-    amount->addWidget(Amount->UpDown2);
-    amount->addSpacing(3);
+    amount->addSpacing(6);
+    amount->addLayout(WithSpinner(Amount->txtSec, Amount->UpDown2));
     amount->addWidget(Named<QLabel>("Label3", "sec", this));
     amount->addStretch();
 

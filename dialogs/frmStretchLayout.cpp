@@ -116,13 +116,11 @@ void frmStretch::LayOutTitles() {
     SetTimeWidth(txtLastSubtitle);
     QGridLayout* grid = NewGrid(PB[0]);
     grid->addWidget(first, 0, 0);
-    grid->addWidget(txtFirstSubtitle, 0, 1);
-    grid->addWidget(UDFirst, 0, 2);
+    grid->addLayout(WithSpinner(txtFirstSubtitle, UDFirst), 0, 1);
     grid->addWidget(last, 1, 0);
-    grid->addWidget(txtLastSubtitle, 1, 1);
-    grid->addWidget(UDLast, 1, 2);
-    grid->addWidget(lblTitleInfo, 2, 0, 1, 4);
-    grid->setColumnStretch(3, 1);
+    grid->addLayout(WithSpinner(txtLastSubtitle, UDLast), 1, 1);
+    grid->addWidget(lblTitleInfo, 2, 0, 1, 3);
+    grid->setColumnStretch(2, 1);
     grid->setRowStretch(2, 1);
 }
 
@@ -138,15 +136,10 @@ void frmStretch::LayOutAmount() {
     length->addStretch();
 
     auto* amount = new QHBoxLayout;
-    amount->setSpacing(3);
-    amount->addWidget(Amount->txtMin);
-    amount->addWidget(Amount->UpDown1);
-    amount->addSpacing(3);
+    amount->setSpacing(Gap);
+    amount->addLayout(WithSpinner(Amount->txtMin, Amount->UpDown1));
     amount->addWidget(Named<QLabel>("Label2", "min", PB[1]));
-    amount->addSpacing(Gap);
-    amount->addWidget(Amount->txtSec);
-    amount->addWidget(Amount->UpDown2);
-    amount->addSpacing(3);
+    amount->addLayout(WithSpinner(Amount->txtSec, Amount->UpDown2));
     amount->addWidget(Named<QLabel>("Label3", "sec", PB[1]));
     amount->addStretch();
 

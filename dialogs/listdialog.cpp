@@ -1,5 +1,8 @@
 #include "dialogs/listdialog.h"
 
+#include "platform/updown.h"
+
+#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
 
@@ -42,4 +45,12 @@ QLineEdit* ListDialog::NewDisplay(const QString& name, QWidget* parent) {
 void ListDialog::SetTimeWidth(QLineEdit* box) {
     constexpr int BesideText = 24;
     box->setFixedWidth(box->fontMetrics().horizontalAdvance("-00:00:00,000") + BesideText);
+}
+
+QHBoxLayout* ListDialog::WithSpinner(QLineEdit* box, UpDown* spinner) {
+    auto* together = new QHBoxLayout;
+    together->setSpacing(0);
+    together->addWidget(box);
+    together->addWidget(spinner);
+    return together;
 }

@@ -4,8 +4,10 @@
 
 #include <QDialog>
 
+class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
+class UpDown;
 
 /// What the dialogs that work for the list editor have in common. They delete
 /// themselves when they are closed, in whatever way that happens.
@@ -29,6 +31,8 @@ class ListDialog : public QDialog {
     /// A box of one line that only shows something.
     static QLineEdit* NewDisplay(const QString& name, QWidget* parent);
     static void SetTimeWidth(QLineEdit* box);
+    /// The box and the spinner of its value, as one.
+    static QHBoxLayout* WithSpinner(QLineEdit* box, UpDown* spinner);
     QPushButton* NewButton(const QString& name, const QString& caption, QWidget* parent);
 
     /// A control under its name.

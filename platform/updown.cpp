@@ -6,42 +6,64 @@
 #include <QStyleOptionFocusRect>
 #include <QStylePainter>
 
+namespace {
+
+constexpr int Width = 20;
+constexpr float DividerStrength = 0.25F;
+
+} // namespace
+
 UpDown::UpDown(QWidget* parent)
     : QWidget(parent) {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
 }
 
+/// As high as the box of one line that it stands beside.
 QSize UpDown::sizeHint() const {
-    return {20, fontMetrics().height() + 10};
+    constexpr int leastText = 14;
+    constexpr int textMargins = 2;
+    QStyleOptionFrame box;
+    box.initFrom(this);
+    box.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &box, this);
+    const QSize text(0, qMax(fontMetrics().height(), leastText) + textMargins);
+    return {Width, style()->sizeFromContents(QStyle::CT_LineEdit, &box, text, this).height()};
 }
 
 void UpDown::paintEvent(QPaintEvent* /*event*/) {
     QStylePainter painter(this);
     const int middle = height() / 2;
-    const auto drawHalf = [&](const QRect& area, Half half) {
-        QStyleOptionButton button;
-        button.initFrom(this);
-        button.state.setFlag(QStyle::State_HasFocus, false);
-        button.state.setFlag(QStyle::State_MouseOver, false);
-        button.rect = area;
-        button.state |= m_pressed == half ? QStyle::State_Sunken : QStyle::State_Raised;
-        painter.drawPrimitive(QStyle::PE_PanelButtonBevel, button);
-        const int side = qMax(7, qMin(area.width(), area.height()) - 6);
-        button.rect = QRect(0, 0, side, side);
-        button.rect.moveCenter(area.center());
-        painter.drawPrimitive(half == Half::Upper ? QStyle::PE_IndicatorArrowUp
-                                                  : QStyle::PE_IndicatorArrowDown,
-                              button);
-    };
-    drawHalf(QRect(0, 0, width(), middle), Half::Upper);
-    drawHalf(QRect(0, middle, width(), height() - middle), Half::Lower);
+    const QRect upper(0, 0, width(), middle);
+    const QRect lower(0, middle, width(), height() - middle);
+    DrawHalf(painter, upper, Half::Upper);
+    DrawHalf(painter, lower, Half::Lower);
+    QColor divider = palette().color(QPalette::ButtonText);
+    divider.setAlphaF(DividerStrength);
+    painter.setPen(divider);
+    painter.drawLine(1, middle, width() - 2, middle);
     if (hasFocus()) {
         QStyleOptionFocusRect focus;
         focus.initFrom(this);
         focus.rect = rect().adjusted(2, 2, -2, -2);
         painter.drawPrimitive(QStyle::PE_FrameFocusRect, focus);
     }
+}
+
+/// Both halves are parts of one push button's face.
+void UpDown::DrawHalf(QStylePainter& painter, const QRect& area, Half half) const {
+    QStyleOptionButton button;
+    button.initFrom(this);
+    button.state &= ~(QStyle::State_HasFocus | QStyle::State_MouseOver);
+    button.state |= m_pressed == half ? QStyle::State_Sunken : QStyle::State_Raised;
+    painter.save();
+    painter.setClipRect(area);
+    painter.drawPrimitive(QStyle::PE_PanelButtonCommand, button);
+    painter.restore();
+    const int side = qMax(7, qMin(area.width(), area.height()) - 6);
+    button.rect = QRect(0, 0, side, side);
+    button.rect.moveCenter(area.center());
+    painter.drawPrimitive(
+        half == Half::Upper ? QStyle::PE_IndicatorArrowUp : QStyle::PE_IndicatorArrowDown, button);
 }
 
 void UpDown::mousePressEvent(QMouseEvent* event) {

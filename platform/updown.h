@@ -2,6 +2,8 @@
 
 #include <QWidget>
 
+class QStylePainter;
+
 /// An up-down control: two arrow halves, one above the other. It has no value
 /// and no repeat of its own; its owner listens and acts.
 class UpDown : public QWidget {
@@ -33,6 +35,7 @@ class UpDown : public QWidget {
     enum class Half { None, Upper, Lower };
 
     void Click(Half half);
+    void DrawHalf(QStylePainter& painter, const QRect& area, Half half) const;
 
     Half m_pressed = Half::None;
 };

@@ -1,5 +1,7 @@
 #include "platform/updown.h"
 
+#include <QImage>
+#include <QLineEdit>
 #include <QSignalSpy>
 #include <QStringList>
 #include <QTest>
@@ -53,6 +55,24 @@ TEST_F(UpDownTest, DisablingEndsAHold) {
     QTest::mousePress(&control, Qt::LeftButton, {}, {10, 2});
     control.setEnabled(false);
     EXPECT_EQ(heard, (QStringList{"MouseDown 2", "MouseUp"}));
+}
+
+TEST_F(UpDownTest, IsAsHighAsTheBoxBesideIt) {
+    EXPECT_EQ(control.sizeHint().height(), QLineEdit().sizeHint().height());
+}
+
+TEST_F(UpDownTest, HasNoBrightEdgesInTheDark) {
+    const QColor dark(49, 54, 59);
+    QPalette palette(dark, dark);
+    palette.setColor(QPalette::ButtonText, Qt::white);
+    control.setPalette(palette);
+    const QImage picture = control.grab().toImage();
+    for (int x = 0; x < picture.width(); ++x)
+        for (const int y : {0, picture.height() / 2 - 1, picture.height() - 1})
+            EXPECT_LT(picture.pixelColor(x, y).lightness(), 128) << x << ", " << y;
+    for (int y = 0; y < picture.height(); ++y)
+        for (const int x : {0, picture.width() - 1})
+            EXPECT_LT(picture.pixelColor(x, y).lightness(), 128) << x << ", " << y;
 }
 
 } // namespace
