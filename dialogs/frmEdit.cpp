@@ -13,6 +13,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 
 namespace {
 
@@ -55,6 +56,11 @@ frmEdit::frmEdit(TitleList& list, QWidget* parent)
     connect(cmdI, &QPushButton::clicked, this, &frmEdit::cmdI_Click);
     connect(cmdOK, &QPushButton::clicked, this, [this] { Guarded([this] { cmdOK_Click(); }); });
     connect(cmdCancel, &QPushButton::clicked, this, &frmEdit::cmdCancel_Click);
+    // Return alone is a further line of the text.
+    for (const int key : {Qt::Key_Return, Qt::Key_Enter}) {
+        auto* confirm = new QShortcut(QKeySequence(Qt::CTRL | Qt::Key(key)), this);
+        connect(confirm, &QShortcut::activated, cmdOK, &QPushButton::click);
+    }
     Form_Load();
 }
 

@@ -2,6 +2,7 @@
 #include "platform/twips.h"
 #include "tests/windows/dialogtest.h"
 
+#include <QApplication>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
@@ -257,6 +258,16 @@ TEST_F(DialogEdit, KeepsToItsTitleWhileThePlayerGoesOn) {
     dialog.cmdOK->click();
     EXPECT_EQ(Subt().Text(2), "typed");
     EXPECT_EQ(Subt().Text(4), "title 4");
+}
+
+TEST_F(DialogEdit, ControlReturnConfirmsFromTheText) {
+    frmEdit& dialog = Edit(2);
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }));
+    QTest::keyClicks(dialog.txtSubt, "new ");
+    QTest::keyClick(dialog.txtSubt, Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(Closed());
+    EXPECT_EQ(Subt().Text(2).substr(0, 4), "new ");
 }
 
 } // namespace
