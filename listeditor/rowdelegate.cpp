@@ -11,7 +11,6 @@
 
 namespace {
 
-constexpr int Padding = 4;
 const QString LineSign = QStringLiteral(" \u21B5 ");
 
 /// The text on one line. Long texts are cut first: nobody sees their end.
@@ -72,7 +71,7 @@ QRect DrawMark(QPainter& painter, const QStyleOptionViewItem& option, QRect area
     font.setPixelSize(qMax(6, side * 7 / 10));
     painter.setFont(font);
     painter.drawText(sign, Qt::AlignCenter, QString::number(mark));
-    area.setRight(area.right() - side - Padding);
+    area.setRight(area.right() - side - RowDelegate::Padding);
     return area;
 }
 

@@ -9,6 +9,9 @@ class RowDelegate : public QStyledItemDelegate {
     Q_OBJECT
 
   public:
+    /// From a column's edge to its text.
+    static constexpr int Padding = 4;
+
     using QStyledItemDelegate::QStyledItemDelegate;
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,

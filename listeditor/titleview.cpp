@@ -1,10 +1,23 @@
 #include "listeditor/titleview.h"
 
+#include "listeditor/rowdelegate.h"
+
 #include <QHeaderView>
+#include <QProxyStyle>
 
 namespace {
 
 constexpr int RowPadding = 6;
+
+/// Captions stand as far from the columns' edges as the texts below them.
+class HeaderStyle : public QProxyStyle {
+  public:
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        return metric == PM_HeaderMargin ? RowDelegate::Padding
+                                         : QProxyStyle::pixelMetric(metric, option, widget);
+    }
+};
 
 } // namespace
 
@@ -24,6 +37,9 @@ TitleView::TitleView(QWidget* parent)
     verticalHeader()->setMinimumSectionSize(1);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSectionsClickable(false);
+    auto* headerStyle = new HeaderStyle;
+    headerStyle->setParent(this);
+    horizontalHeader()->setStyle(headerStyle);
     SetListFont(font());
 }
 

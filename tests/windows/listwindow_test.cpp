@@ -1,5 +1,6 @@
 #include "tests/windows/listtest.h"
 
+#include "listeditor/rowdelegate.h"
 #include "platform/twips.h"
 
 #include <QAction>
@@ -7,6 +8,8 @@
 #include <QHeaderView>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStyle>
+#include <QStyleOptionHeader>
 #include <QToolBar>
 
 namespace {
@@ -74,6 +77,16 @@ TEST_F(ListWindow, AnEmptyListIsNoReasonToFail) {
     List().LoadList();
     List().mnuTimeFirst_Click();
     EXPECT_TRUE(host.positions.empty());
+}
+
+TEST_F(ListWindow, CaptionsStandAboveTheTexts) {
+    const QHeaderView* header = Open().LV->horizontalHeader();
+    QStyleOptionHeader option;
+    option.initFrom(header);
+    option.rect = QRect(100, 0, 200, 20);
+    const QRect label = header->style()->subElementRect(QStyle::SE_HeaderLabel, &option, header);
+    EXPECT_EQ(label.left(), 100 + RowDelegate::Padding);
+    EXPECT_EQ(label.right(), 299 - RowDelegate::Padding);
 }
 
 TEST_F(ListWindow, FirstStartSplitsTheColumnsAndShowsTheToolbar) {
