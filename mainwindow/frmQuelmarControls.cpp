@@ -95,9 +95,14 @@ int CaptionWidth(const QPushButton* button) {
     return button->fontMetrics().horizontalAdvance(button->text()) + frame;
 }
 
+/// From the box's edge to its first line.
+int TextInset(const QPlainTextEdit* box) {
+    return box->frameWidth() + qRound(box->document()->documentMargin());
+}
+
 void FitLines(QPlainTextEdit* box) {
-    const int frame = 2 * box->frameWidth() + 2 * qRound(box->document()->documentMargin());
-    box->setMinimumHeight(SubtitleLines * box->fontMetrics().lineSpacing() + frame + 1);
+    box->setMinimumHeight(SubtitleLines * box->fontMetrics().lineSpacing() + 2 * TextInset(box) +
+                          1);
 }
 
 /// The panels lie side by side and share part of the margin between them.
@@ -268,6 +273,8 @@ void frmQuelmar::SizePanels() {
     cmdExit->setFixedWidth(qMax(CaptionWidth(cmdExit), ShortestCommand));
     for (QPlainTextEdit* box : {txtSubtitle, txtNextSubtitle})
         FitLines(box);
+    // In line with the first of the two lines beside it.
+    Label5->setContentsMargins(0, TextInset(txtNextSubtitle), 0, 0);
     const QSize files = PB->layout()->minimumSize();
     const QSize display = PB2->layout()->minimumSize();
     const int height = qMax(files.height(), display.height());
