@@ -282,4 +282,44 @@ TEST_F(Evening, RetimesShiftsCorrectsAndSavesInThreeFormats) {
     ExpectSame(LinesOf(Subt()), finished, 0.000501);
 }
 
+TEST_F(Evening, WritesInPlaceAndStretchesByAmountAndRate) {
+    OpenEditor();
+    Click(2);
+    QTest::keyClick(List().LV, Qt::Key_F2);
+    auto* label = List().LV->findChild<QPlainTextEdit*>();
+    ASSERT_NE(label, nullptr);
+    QTest::keyClicks(label, "/Two words");
+    QTest::keyClick(label, Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClicks(label, "two lines");
+    QTest::keyClick(label, Qt::Key_Return);
+    EXPECT_EQ(Subt().Text(2), "/Two words\r\ntwo lines");
+    Press("Italic");
+    EXPECT_EQ(Subt().Text(2), "<i>Two</i> words\r\ntwo lines");
+    EXPECT_EQ(Cell(2, 0), "<i>Two</i> words\r\ntwo lines");
+
+    QTest::keyClick(List().LV, Qt::Key_A, Qt::ControlModifier);
+    const double last = Subt().StartTime(Many);
+    {
+        const Modals modals({AnswerWindow("frmStretch", [](QWidget& dialog) {
+            Child<QTabWidget>(dialog, "TS").setCurrentIndex(1);
+            Child<QRadioButton>(dialog, "optShrink").click();
+            Child<QLineEdit>(dialog, "txtMin").setText("2");
+            Child<QPushButton>(dialog, "cmdOK").click();
+        })});
+        Press("Stretch");
+    }
+    EXPECT_NEAR(Subt().StartTime(Many), last - 120, 1e-6);
+    const double shrunk = Subt().StartTime(600);
+    {
+        // From 23.976 to 25, as the tab offers it.
+        const Modals modals({AnswerWindow("frmStretch", [](QWidget& dialog) {
+            Child<QTabWidget>(dialog, "TS").setCurrentIndex(2);
+            Child<QPushButton>(dialog, "cmdOK").click();
+        })});
+        Press("Stretch");
+    }
+    EXPECT_NEAR(Subt().StartTime(600), shrunk * 23.976 / 25, 1e-6);
+    EXPECT_EQ(Cell(600, 1).toStdString(), FormatTime(Subt().StartTime(600)));
+}
+
 } // namespace
