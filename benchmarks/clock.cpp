@@ -63,9 +63,9 @@ class Watcher {
             const double moment = Seconds(Clock::now());
             if (!player.DrawPicture(m_image))
                 return;
-            m_number = PictureNumber(m_image).value_or(-1);
-            if (m_number >= 0 && (m_seen.empty() || m_number > m_last))
-                m_seen.push_back(m_times.Begin(m_number) - m_rate * moment);
+            m_number = Unwrapped(PictureNumber(m_image).value_or(-1));
+            if (m_number > m_last)
+                m_seen.push_back({moment, m_times.Begin(m_number) - m_rate * moment});
             m_last = m_number;
         });
     }
@@ -74,18 +74,40 @@ class Watcher {
     Watcher& operator=(const Watcher&) = delete;
 
     int Number() const { return m_number; }
-    std::size_t Seen() const { return m_seen.size(); }
     void Stop() { QObject::disconnect(m_connection); }
     void Forget() { m_seen.clear(); }
-    /// The media's time at a moment of steady playing.
-    double At(double moment) const { return Share(m_seen, 0.5) + m_rate * moment; }
+    /// The media's time at a moment of steady playing, by the pictures around it:
+    /// in minutes of playing the sound output may run off the computer's own clock.
+    double At(double moment) const {
+        std::vector<double> offsets;
+        for (const Seen& seen : m_seen)
+            if (std::abs(seen.moment - moment) < Around)
+                offsets.push_back(seen.offset);
+        if (offsets.empty())
+            offsets.push_back(m_seen.back().offset);
+        return Share(offsets, 0.5) + m_rate * moment;
+    }
 
   private:
+    struct Seen {
+        double moment;
+        double offset;
+    };
+    static constexpr double Around = 2;
+    /// A picture carries so many numbers, and a long film begins again.
+    static constexpr int Numbers = 4096;
+
+    int Unwrapped(int number) const {
+        while (number >= 0 && number < m_last - Numbers / 2)
+            number += Numbers;
+        return number;
+    }
+
     PictureTimes m_times;
     double m_rate;
     QMetaObject::Connection m_connection;
     QImage m_image{FilmWidth, FilmHeight, QImage::Format_RGB32};
-    std::vector<double> m_seen;
+    std::vector<Seen> m_seen;
     int m_number = -1;
     int m_last = -1;
 };
