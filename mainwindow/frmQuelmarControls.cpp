@@ -126,7 +126,7 @@ void frmQuelmar::MakeControls() {
     LayOutDisplayPanel();
     IMGL = new StripPictures(this);
     IMGL->setObjectName(QStringLiteral("IMGL"));
-    picButtons = Named(new TransportStrip(this), "picButtons", tr("Transport buttons"));
+    picButtons = Named(new TransportStrip(*IMGL, this), "picButtons", tr("Transport buttons"));
     DrawToolIcons();
     SizePanels();
 }

@@ -59,9 +59,7 @@ void DrawButton(QPainter& painter, int button, const QColor& ink, const QColor& 
     painter.restore();
 }
 
-} // namespace
-
-QPixmap StripPictures::Picture(std::int16_t number, const QPalette& palette, qreal scale) {
+QPixmap DrawStrip(std::int16_t number, const QPalette& palette, qreal scale) {
     QPixmap picture(QSizeF(TransportStrip::Size * scale).toSize());
     picture.setDevicePixelRatio(scale);
     picture.fill(Qt::transparent);
@@ -84,8 +82,23 @@ QPixmap StripPictures::Picture(std::int16_t number, const QPalette& palette, qre
     return picture;
 }
 
-TransportStrip::TransportStrip(QWidget* parent)
-    : QWidget(parent) {
+} // namespace
+
+const QPixmap& StripPictures::Picture(std::int16_t number, const QPalette& palette, qreal scale) {
+    if (m_palette != palette.cacheKey() || m_scale != scale) {
+        m_palette = palette.cacheKey();
+        m_scale = scale;
+        m_pictures.fill({});
+    }
+    QPixmap& picture = m_pictures.at(static_cast<std::size_t>(number - 1));
+    if (picture.isNull())
+        picture = DrawStrip(number, palette, scale);
+    return picture;
+}
+
+TransportStrip::TransportStrip(StripPictures& pictures, QWidget* parent)
+    : QWidget(parent)
+    , m_pictures(pictures) {
     setFixedSize(Size);
     setMouseTracking(true);
 }
@@ -126,8 +139,7 @@ bool TransportStrip::event(QEvent* event) {
 }
 
 void TransportStrip::paintEvent(QPaintEvent* /*event*/) {
-    QPainter(this).drawPixmap(0, 0,
-                              StripPictures::Picture(m_picture, palette(), devicePixelRatioF()));
+    QPainter(this).drawPixmap(0, 0, m_pictures.Picture(m_picture, palette(), devicePixelRatioF()));
 }
 
 void TransportStrip::mouseMoveEvent(QMouseEvent* event) {

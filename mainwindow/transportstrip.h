@@ -5,9 +5,11 @@
 #include <QPixmap>
 #include <QWidget>
 
+#include <array>
 #include <cstdint>
 
-/// The ten pictures of the transport strip, drawn when they are needed.
+/// The ten pictures of the transport strip, drawn when they are first needed for a
+/// palette and a screen.
 class StripPictures : public QObject {
     Q_OBJECT
 
@@ -15,7 +17,12 @@ class StripPictures : public QObject {
     using QObject::QObject;
 
     /// Numbered from 1; in device-independent pixels as large as the strip.
-    static QPixmap Picture(std::int16_t number, const QPalette& palette, qreal scale);
+    const QPixmap& Picture(std::int16_t number, const QPalette& palette, qreal scale);
+
+  private:
+    std::array<QPixmap, 10> m_pictures;
+    qint64 m_palette = 0;
+    qreal m_scale = 0;
 };
 
 /// The picture box that shows one of them and tells where the mouse is, in twips.
@@ -25,7 +32,7 @@ class TransportStrip : public QWidget {
   public:
     static constexpr QSize Size{104, 24};
 
-    explicit TransportStrip(QWidget* parent = nullptr);
+    TransportStrip(StripPictures& pictures, QWidget* parent);
 
     std::int16_t Picture() const { return m_picture; }
     void Picture(std::int16_t number);
@@ -48,5 +55,6 @@ class TransportStrip : public QWidget {
   private:
     void ReportMouse(const QPointF& place, bool held);
 
+    StripPictures& m_pictures;
     std::int16_t m_picture = 1;
 };

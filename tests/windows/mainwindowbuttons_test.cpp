@@ -62,7 +62,8 @@ TEST_F(MainWindowButtons, PicturesFollowTheMouse) {
 TEST_F(MainWindowButtons, TheTenPicturesDiffer) {
     std::set<QByteArray> seen;
     for (std::int16_t number = 1; number <= 10; ++number) {
-        const QImage picture = StripPictures::Picture(number, Strip().palette(), 1)
+        const QImage picture = The<StripPictures>("IMGL")
+                                   .Picture(number, Strip().palette(), 1)
                                    .toImage()
                                    .convertToFormat(QImage::Format_ARGB32);
         seen.insert(
