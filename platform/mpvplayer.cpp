@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QMetaObject>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <atomic>
@@ -354,8 +353,4 @@ void MpvPlayer::PictureShown() {
 
 std::unique_ptr<Player> MakeMpvPlayer() {
     return std::make_unique<MpvPlayer>();
-}
-
-void WarmMpv() {
-    QThreadPool::globalInstance()->start([] { MpvLibrary::Get(); });
 }

@@ -36,7 +36,8 @@ class Player : public QObject {
     virtual double CurrentPosition() const = 0;
     /// Clamped to the media.
     virtual void CurrentPosition(double seconds) = 0;
-    /// The position at an earlier moment (the age of a key event, say), not before the last seek.
+    /// The position at an earlier moment (the age of a key event, say), also from before a
+    /// seek or a pause.
     virtual double PositionBefore(std::chrono::milliseconds age) const = 0;
 
     /// Playback is limited to the selection; a start below 0 means there is none,
