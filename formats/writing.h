@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/subtitles.h"
+#include "platform/base/largeblocks.h"
 
 #include <charconv>
 #include <cstdint>
@@ -23,4 +24,5 @@ inline void ReserveFor(const SUBTITLES& titles, std::size_t besideEach, std::str
     for (std::int32_t i = 1; i <= titles.Count(); ++i)
         size += titles.Text(i).size() + besideEach;
     out.reserve(size);
+    AdviseLargePages(out.data(), out.capacity());
 }

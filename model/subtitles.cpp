@@ -1,5 +1,7 @@
 #include "model/subtitles.h"
 
+#include "platform/base/largeblocks.h"
+
 #include <algorithm>
 #include <limits>
 #include <utility>
@@ -35,9 +37,13 @@ void SUBTITLES::Clear() {
 
 void SUBTITLES::Reserve(std::int32_t count) {
     const auto room = static_cast<std::size_t>(std::max(count, 0));
-    m_starts.reserve(room);
-    m_ends.reserve(room);
-    m_texts.reserve(room);
+    const auto reserve = [room](auto& values) {
+        values.reserve(room);
+        AdviseLargePages(values.data(), values.capacity() * sizeof(values[0]));
+    };
+    reserve(m_starts);
+    reserve(m_ends);
+    reserve(m_texts);
 }
 
 void SUBTITLES::Add(double start, double end, std::string text) {

@@ -1,5 +1,7 @@
 #include "platform/base/wholefile.h"
 
+#include "platform/base/largeblocks.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
@@ -104,6 +106,7 @@ std::optional<FileBytes> ReadToEnd(int handle, std::size_t hint) {
     FileBytes bytes;
     std::size_t room = hint + 1;
     bytes.data = std::make_unique_for_overwrite<char[]>(room);
+    AdviseLargePages(bytes.data.get(), room);
     while (true) {
         const auto got = ReadFully(handle, bytes.data.get() + bytes.size, room - bytes.size);
         if (!got)
