@@ -26,10 +26,19 @@ namespace {
 
 constexpr std::array<std::int32_t, 3> Counts{1'500, 32'700, 1'000'000};
 
+/// Where a file costs neither a disk nor a disk's book-keeping, whose price varies
+/// threefold between runs; the temporary folder where the system has no such place.
+std::filesystem::path FolderInMemory() {
+    const std::filesystem::path shared = "/dev/shm";
+    std::error_code error;
+    return std::filesystem::is_directory(shared, error) ? shared
+                                                        : std::filesystem::temp_directory_path();
+}
+
 class Workspace {
   public:
-    Workspace()
-        : m_folder(std::filesystem::temp_directory_path() / "quelmar-benchmark") {
+    explicit Workspace(const std::filesystem::path& place)
+        : m_folder(place / "quelmar-benchmark") {
         std::filesystem::create_directories(m_folder);
     }
     ~Workspace() {
@@ -67,8 +76,18 @@ class Workspace {
 };
 
 Workspace& Files() {
-    static Workspace workspace;
+    static Workspace workspace(FolderInMemory());
     return workspace;
+}
+
+/// For what is flushed.
+Workspace& Disk() {
+    static Workspace workspace(std::filesystem::temp_directory_path());
+    return workspace;
+}
+
+std::filesystem::path OutFile(const char* extension, bool flush) {
+    return flush ? Disk().Out(extension) : Files().Out(extension);
 }
 
 void SetBytes(benchmark::State& state, const std::filesystem::path& file) {
@@ -76,35 +95,36 @@ void SetBytes(benchmark::State& state, const std::filesystem::path& file) {
                             static_cast<std::int64_t>(state.iterations()));
 }
 
-/// As in a program that has just started: nothing of the last round is at hand.
-void ForgetMemory(benchmark::State& state) {
-#ifdef __GLIBC__
+/// As in a program that has just started: nothing of the last round is at hand. What
+/// the last round made is freed here too: freeing a list is no part of loading one.
+template <typename... RESULTS>
+void ForgetMemory(benchmark::State& state, RESULTS&... results) {
     state.PauseTiming();
+    ((results = RESULTS()), ...);
+#ifdef __GLIBC__
     malloc_trim(0);
-    state.ResumeTiming();
-#else
-    (void)state;
 #endif
+    state.ResumeTiming();
 }
 
 void Load(benchmark::State& state, const char* extension) {
     const auto file = Files().In(static_cast<std::int32_t>(state.range(0)), extension);
+    SUBTITLES titles;
+    FileStyle style;
     for (auto _ : state) {
-        ForgetMemory(state);
-        SUBTITLES titles;
-        FileStyle style;
+        ForgetMemory(state, titles, style);
         if (LoadTitles(file, "", titles, style, {}).outcome != LoadOutcome::Complete)
             state.SkipWithError("the file is not read");
-        benchmark::DoNotOptimize(titles);
     }
     SetBytes(state, file);
 }
 
 void Scan(benchmark::State& state) {
     const auto file = Files().In(static_cast<std::int32_t>(state.range(0)), ".srt");
+    std::vector<PlainTitle> titles;
     for (auto _ : state) {
-        ForgetMemory(state);
-        const auto titles = ScanSubRip(file);
+        ForgetMemory(state, titles);
+        titles = ScanSubRip(file);
         if (titles.size() != static_cast<std::size_t>(state.range(0)))
             state.SkipWithError("the file is not read");
     }
@@ -113,7 +133,7 @@ void Scan(benchmark::State& state) {
 
 void Save(benchmark::State& state, const char* extension, bool flush) {
     const SUBTITLES& titles = Files().Titles(static_cast<std::int32_t>(state.range(0)));
-    const auto file = Files().Out(extension);
+    const auto file = OutFile(extension, flush);
     SaveHooks hooks;
     hooks.flushToDisk = flush;
     for (auto _ : state) {
@@ -126,7 +146,7 @@ void Save(benchmark::State& state, const char* extension, bool flush) {
 
 void Dump(benchmark::State& state, bool flush) {
     const SUBTITLES& titles = Files().Titles(static_cast<std::int32_t>(state.range(0)));
-    const auto file = Files().Out(".srt");
+    const auto file = OutFile(".srt", flush);
     for (auto _ : state) {
         ForgetMemory(state);
         if (!DumpSubRip(file, titles, flush))
@@ -148,7 +168,9 @@ void Locate(benchmark::State& state) {
 
 /// The figures of a run, by name ("load .srt/1500"): milliseconds, and bytes per second.
 /// Processor time, which other programs on the machine disturb little; for what
-/// waits for the disk, the time that passed.
+/// waits for the disk, the time that passed. The best of the repetitions: fresh
+/// memory may cost a virtual machine several times what it cost a moment ago, and
+/// that only ever adds.
 class Figures : public benchmark::ConsoleReporter {
   public:
     Figures()
@@ -160,27 +182,25 @@ class Figures : public benchmark::ConsoleReporter {
                 continue;
             const std::string name = run.run_name.function_name + "/" + run.run_name.args;
             const bool real = !run.run_name.time_type.empty();
-            m_times[name].push_back(real ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime());
+            const double time = real ? run.GetAdjustedRealTime() : run.GetAdjustedCPUTime();
+            const auto least = m_times.try_emplace(name, time).first;
+            least->second = std::min(least->second, time);
             const auto bytes = run.counters.find("bytes_per_second");
             if (bytes != run.counters.end())
-                m_speeds[name].push_back(bytes->second.value);
+                m_speeds[name] = std::max(m_speeds[name], bytes->second.value);
         }
         ConsoleReporter::ReportRuns(runs);
     }
 
-    double Time(const std::string& name) const { return Median(m_times, name); }
-    double Speed(const std::string& name) const { return Median(m_speeds, name); }
+    double Time(const std::string& name) const { return Of(m_times, name); }
+    double Speed(const std::string& name) const { return Of(m_speeds, name); }
 
   private:
-    using Table = std::map<std::string, std::vector<double>>;
+    using Table = std::map<std::string, double>;
 
-    static double Median(const Table& table, const std::string& name) {
+    static double Of(const Table& table, const std::string& name) {
         const auto found = table.find(name);
-        if (found == table.end())
-            return std::nan("");
-        std::vector<double> values = found->second;
-        std::sort(values.begin(), values.end());
-        return values[values.size() / 2];
+        return found == table.end() ? std::nan("") : found->second;
     }
 
     Table m_times;
