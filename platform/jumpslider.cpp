@@ -5,6 +5,8 @@
 #include <QStyleOptionSlider>
 #include <QWheelEvent>
 
+#include <utility>
+
 JumpSlider::JumpSlider(QWidget* parent)
     : QSlider(Qt::Horizontal, parent) {
     setFocusPolicy(Qt::NoFocus);
@@ -32,6 +34,17 @@ void JumpSlider::mouseReleaseEvent(QMouseEvent* event) {
 
 void JumpSlider::wheelEvent(QWheelEvent* event) {
     event->ignore();
+}
+
+/// A film moves the handle by less than a pixel at a time; painting it all the same is
+/// what playing would cost most in this window.
+void JumpSlider::sliderChange(SliderChange change) {
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    const QRect handle =
+        style()->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, this);
+    if (std::exchange(m_handle, handle) != handle || change != SliderValueChange)
+        QSlider::sliderChange(change);
 }
 
 int JumpSlider::ValueAt(const QPoint& place) const {

@@ -15,7 +15,11 @@ class JumpSlider : public QSlider {
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
     void wheelEvent(QWheelEvent* event) override;
+    void sliderChange(SliderChange change) override;
 
   private:
     int ValueAt(const QPoint& place) const;
+
+    /// Where the handle was when it was last painted.
+    QRect m_handle;
 };

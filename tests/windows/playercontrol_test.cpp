@@ -310,6 +310,35 @@ TEST(MediaControl, DrawsTheFilmAtEverySize) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 10000));
 }
 
+class PaintCount : public QObject {
+  public:
+    explicit PaintCount(QWidget& widget) { widget.installEventFilter(this); }
+    int paints = 0;
+
+  protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+};
+
+TEST_F(ControlTest, TheSliderIsPaintedOnlyWhenItsHandleMoves) {
+    auto& slider = Part<JumpSlider>("mpSlider");
+    const QSignalBlocker quiet(slider);
+    slider.setValue(300'000);
+    QTest::qWait(20);
+    PaintCount count(slider);
+    for (int tick = 1; tick <= 5; ++tick) {
+        slider.setValue(300'000 + tick);
+        QTest::qWait(5);
+    }
+    EXPECT_LE(count.paints, 1);
+    EXPECT_EQ(slider.value(), 300'005);
+    count.paints = 0;
+    slider.setValue(100'000);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return count.paints > 0; }, 5000));
+}
+
 TEST(MediaControl, SoundShowsASymbol) {
     const auto player = MakeMpvPlayer();
     MediaPlayerControl control(*player);
