@@ -9,7 +9,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-constexpr milliseconds Oldest(1000);
+// As far back as the media clock remembers.
+constexpr milliseconds Oldest(2000);
 
 std::optional<milliseconds> AgeByStamp(const QInputEvent& event) {
     using namespace std::chrono;
