@@ -2,7 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
 #include <limits>
+
+#ifdef __linux__
+#include <csignal>
+#include <cstdlib>
+
+#include <sys/resource.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -98,7 +107,91 @@ TEST(Save, ThatCannotWriteSaysSo) {
     }
 }
 
+TEST(Save, OverAFileThatIsOpenElsewhereReachesItsReaders) {
+    const TestFolder folder;
+    PutFile(folder / "x.srt", "old");
+    std::ifstream elsewhere(folder / "x.srt", std::ios::binary);
+    EXPECT_TRUE(Save(folder / "x.srt", {{1, 2, "A"}}).written);
+    std::string line;
+    std::getline(elsewhere, line);
+    EXPECT_EQ(line, "1\r");
+    EXPECT_EQ(FileText(folder / "x.srt"), "1\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n\r\n");
+}
+
 #ifdef __linux__
+/// The root user may write everywhere; what these tests are about is everybody else.
+class AsOrdinaryUser {
+  public:
+    AsOrdinaryUser() {
+        if (m_user == 0 && seteuid(Nobody) != 0)
+            ADD_FAILURE() << "cannot become an ordinary user";
+    }
+    ~AsOrdinaryUser() {
+        if (seteuid(m_user) != 0)
+            std::abort();
+    }
+    AsOrdinaryUser(const AsOrdinaryUser&) = delete;
+    AsOrdinaryUser& operator=(const AsOrdinaryUser&) = delete;
+
+  private:
+    static constexpr uid_t Nobody = 65534;
+    uid_t m_user = geteuid();
+};
+
+TEST(Save, IntoAReadOnlyFolderSaysSo) {
+    using std::filesystem::perms;
+    const TestFolder folder;
+    PutFile(folder / "mine.srt", "old");
+    permissions(folder / "mine.srt", perms::owner_read | perms::group_read | perms::others_read);
+    const auto readOnly =
+        perms::owner_read | perms::owner_exec | perms::others_read | perms::others_exec;
+    permissions(folder.Path(), readOnly);
+    for (const char* name : {"new.srt", "mine.srt"}) {
+        const AsOrdinaryUser user;
+        const SaveResult result = Save(folder / name, {{1, 2, "A"}});
+        EXPECT_FALSE(result.written) << name;
+        EXPECT_EQ(result.message, Failure) << name;
+    }
+    EXPECT_EQ(FileText(folder / "mine.srt"), "old");
+    EXPECT_FALSE(exists(folder / "new.srt"));
+    permissions(folder.Path(), perms::owner_all);
+}
+
+/// No file grows beyond this, as on a disk that is nearly full.
+class RoomLeft {
+  public:
+    explicit RoomLeft(rlim_t bytes)
+        : m_signal(std::signal(SIGXFSZ, SIG_IGN)) {
+        getrlimit(RLIMIT_FSIZE, &m_limit);
+        const rlimit small{bytes, m_limit.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+    }
+    ~RoomLeft() {
+        setrlimit(RLIMIT_FSIZE, &m_limit);
+        std::signal(SIGXFSZ, m_signal);
+    }
+    RoomLeft(const RoomLeft&) = delete;
+    RoomLeft& operator=(const RoomLeft&) = delete;
+
+  private:
+    rlimit m_limit{};
+    void (*m_signal)(int);
+};
+
+TEST(Save, OntoADiskThatFillsUpOnTheWaySaysSo) {
+    const TestFolder folder;
+    const std::vector<TestTitle> titles(1000, {1, 2, std::string(100, 'x')});
+    constexpr std::size_t room = 50'000;
+    {
+        const RoomLeft left(room);
+        const SaveResult result = Save(folder / "x.srt", titles);
+        EXPECT_FALSE(result.written);
+        EXPECT_EQ(result.message, Failure);
+        EXPECT_EQ(file_size(folder / "x.srt"), room);
+    }
+    EXPECT_TRUE(Save(folder / "x.srt", titles).written);
+}
+
 TEST(Save, OntoAFullDiskSaysSo) {
     const TestFolder folder;
     std::filesystem::create_symlink("/dev/full", folder / "x.srt");
