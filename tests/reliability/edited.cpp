@@ -1,5 +1,6 @@
 // The program, with a person in it who edits, places and saves without a pause until
-// the program is killed: quelmar_edited SUBTITLES SAVED SEED. After each edit a line
+// the program is killed: quelmar_edited SUBTITLES SAVED SEED; with an empty SAVED nothing
+// is saved. After each edit a line
 // goes to standard output: its number, the moment, and the titles' fingerprint. With a
 // fourth argument, the handler of that edit fails; the report that the person then reads
 // goes to standard error.
@@ -76,7 +77,7 @@ class Person {
         Tell();
         if (m_edit == m_failingEdit)
             throw RuntimeError(RuntimeError::Number::Overflow);
-        if (m_edit % SaveEvery == 0)
+        if (!m_saved.isEmpty() && m_edit % SaveEvery == 0)
             m_window.findChild<QAbstractButton*>("cmdSave")->click();
         m_act.start(Random(12));
     }
@@ -131,7 +132,8 @@ class Person {
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     Application application(argc, argv);
     const QStringList arguments = Application::arguments();

@@ -2,6 +2,7 @@
 #include "app/firstpaint.h"
 #include "mainwindow/frmRecover.h"
 
+#include <QDir>
 #include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
@@ -9,6 +10,10 @@
 #include <QWidget>
 
 #include <gtest/gtest.h>
+
+#ifdef Q_OS_LINUX
+#include <csignal>
+#endif
 
 namespace {
 
@@ -90,15 +95,18 @@ TEST(Program, HasNothingToRecoverAtFirst) {
     EXPECT_EQ(result.output.toStdString(), "There is no unsaved work of earlier sessions.\n");
 }
 
-TEST(Program, ARunTimeErrorEndsItAndKeepsTheWork) {
-    const QTemporaryDir home;
+QString WriteTitles(const QTemporaryDir& home) {
     QFile subtitles(home.filePath("film.srt"));
-    ASSERT_TRUE(subtitles.open(QIODevice::WriteOnly));
+    EXPECT_TRUE(subtitles.open(QIODevice::WriteOnly));
     for (int i = 1; i < 10; ++i)
         subtitles.write("1\n00:00:01,000 --> 00:00:02,000\nText\n\n");
-    subtitles.close();
+    return subtitles.fileName();
+}
+
+TEST(Program, ARunTimeErrorEndsItAndKeepsTheWork) {
+    const QTemporaryDir home;
     const Result result =
-        Call({home.filePath("film.srt"), home.filePath("saved.srt"), "1", "7"},
+        Call({WriteTitles(home), home.filePath("saved.srt"), "1", "7"},
              {"XDG_STATE_HOME=" + home.path(), "XDG_CONFIG_HOME=" + home.path()}, QUELMAR_EDITED);
     EXPECT_EQ(result.code, 1);
     EXPECT_TRUE(result.errors.contains(
@@ -111,6 +119,78 @@ TEST(Program, ARunTimeErrorEndsItAndKeepsTheWork) {
     EXPECT_EQ(works[0].document.titles.Text(1), "edit 7");
     EXPECT_FALSE(works[0].document.stamp.declined);
 }
+
+#ifdef Q_OS_LINUX
+
+/// A display in memory that can be taken away.
+class Display {
+  public:
+    Display() {
+        m_server.start("Xvfb", {"-displayfd", "1"});
+        EXPECT_TRUE(m_server.waitForReadyRead(20000)) << "Xvfb does not start";
+        m_name = ":" + QString::fromLatin1(m_server.readLine()).trimmed();
+    }
+    ~Display() { End(); }
+    Display(const Display&) = delete;
+    Display& operator=(const Display&) = delete;
+
+    QStringList Environment() const { return {"QT_QPA_PLATFORM=xcb", "DISPLAY=" + m_name}; }
+    void End() {
+        m_server.kill();
+        m_server.waitForFinished();
+    }
+
+  private:
+    QProcess m_server;
+    QString m_name;
+};
+
+struct LogoutRow {
+    const char* name;
+    void (*end)(QProcess& program, Display& display);
+};
+
+class Logout : public testing::TestWithParam<LogoutRow> {};
+
+TEST_P(Logout, KeepsTheWork) {
+    const QTemporaryDir home;
+    Display display;
+    const QString copies = home.filePath("Tevo/Quelmar");
+    QProcess program;
+    program.setEnvironment(
+        QProcess::systemEnvironment() + display.Environment() +
+        QStringList{"XDG_STATE_HOME=" + home.path(), "XDG_CONFIG_HOME=" + home.path()});
+    program.setProcessChannelMode(QProcess::MergedChannels);
+    program.start(QUELMAR_EDITED, {WriteTitles(home), QString(), "1"});
+    ASSERT_TRUE(QTest::qWaitFor(
+        [&] { return !QDir(copies).entryList({"*.recovery"}, QDir::Files).isEmpty(); }, 30000))
+        << program.readAll().toStdString();
+    GetParam().end(program, display);
+    ASSERT_TRUE(program.waitForFinished(30000));
+    const auto works = FindRecoverableWork(copies);
+    ASSERT_EQ(works.size(), 1U);
+    EXPECT_TRUE(works[0].document.titles.Text(1).starts_with("edit "));
+    EXPECT_FALSE(works[0].document.stamp.declined);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, Logout,
+                         testing::Values(LogoutRow{"AskedToGo",
+                                                   [](QProcess& program, Display&) {
+                                                       program.terminate();
+                                                   }},
+                                         LogoutRow{"HungUp",
+                                                   [](QProcess& program, Display&) {
+                                                       ::kill(
+                                                           static_cast<pid_t>(program.processId()),
+                                                           SIGHUP);
+                                                   }},
+                                         LogoutRow{"WithoutItsDisplay",
+                                                   [](QProcess&, Display& display) {
+                                                       display.End();
+                                                   }}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+#endif
 
 TEST(FirstPaint, RunsOnceAfterIt) {
     QWidget window;
