@@ -166,6 +166,16 @@ void Editor(const QString& file, int count) {
     Print("spelling of all", Timed([&] { list->DoCommand("Spelling"); }));
 }
 
+/// Opens the list editor and stays, for who looks from outside at how long that takes.
+int StayInEditor(const QString& file) {
+    frmQuelmar window;
+    window.show();
+    window.OpenFiles({}, file);
+    window.findChild<QAbstractButton*>("cmdEdit")->setEnabled(true);
+    OpenEditor(window);
+    return QApplication::exec();
+}
+
 /// What the display timer costs while a film plays and no title changes.
 void Tick(const QString& film, const QString& subtitles) {
     frmQuelmar window;
@@ -199,6 +209,8 @@ int Child(const QStringList& arguments) {
         FilledStart(start, arguments.at(4), arguments.at(5));
     else if (mode == "editor")
         Editor(arguments.at(4), arguments.at(5).toInt());
+    else if (mode == "stay")
+        return StayInEditor(arguments.at(4));
     else if (mode == "tick")
         Tick(arguments.at(4), arguments.at(5));
     std::fflush(stdout);

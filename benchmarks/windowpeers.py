@@ -1,0 +1,118 @@
+"""How long programs with a window take from their start, with a subtitle file given,
+until its rows stand and the processor is quiet."""
+import os
+import pathlib
+import shutil
+import statistics
+import subprocess
+import tempfile
+import time
+
+# Names of Debian's packages and of their programs.
+PEERS = (("aegisub", "aegisub"), ("subtitlecomposer", "subtitlecomposer"), ("gaupol", "gaupol"),
+         ("gnome-subtitles", "gnome-subtitles"))
+# Processor time that stands still for so long is quiet; what blinks is less than BLINK a look.
+QUIET = 0.8
+LOOK = 0.02
+LONGEST = 60
+
+
+def tree(root):
+    """The process and all that it started."""
+    children = {}
+    for entry in pathlib.Path("/proc").iterdir():
+        if entry.name.isdigit():
+            try:
+                parent = int((entry / "stat").read_text().rsplit(")", 1)[1].split()[1])
+            except (OSError, IndexError):
+                continue
+            children.setdefault(parent, []).append(int(entry.name))
+    found, todo = [], [root]
+    while todo:
+        process = todo.pop()
+        found.append(process)
+        todo += children.get(process, [])
+    return found
+
+
+def used(processes):
+    """Clock ticks (of 10 ms) of processor time."""
+    ticks = 0
+    for process in processes:
+        try:
+            fields = pathlib.Path(f"/proc/{process}/stat").read_text().rsplit(")", 1)[1].split()
+        except (OSError, IndexError):
+            continue
+        ticks += int(fields[11]) + int(fields[12])
+    return ticks
+
+
+def until_quiet(command, environment):
+    """Seconds from the start to the last moment of work; None when there is no end to it."""
+    start = time.perf_counter()
+    process = subprocess.Popen(command, env=environment, stdout=subprocess.DEVNULL,
+                               stderr=subprocess.DEVNULL, start_new_session=True)
+    last, busy = 0, start
+    try:
+        while True:
+            time.sleep(LOOK)
+            now = time.perf_counter()
+            ticks = used(tree(process.pid))
+            if ticks > last:
+                last, busy = ticks, now
+            if process.poll() is not None or now - start > LONGEST:
+                return None
+            if now - busy > QUIET:
+                return busy - start
+    finally:
+        for one in tree(process.pid):
+            try:
+                os.kill(one, 9)
+            except ProcessLookupError:
+                pass
+        process.wait()
+
+
+def display():
+    """A display in memory of our own: its process and its name."""
+    ends = os.pipe()
+    server = subprocess.Popen(["Xvfb", "-displayfd", str(ends[1]), "-screen", "0", "1600x1200x24"],
+                              pass_fds=[ends[1]], stderr=subprocess.DEVNULL)
+    os.close(ends[1])
+    with os.fdopen(ends[0]) as answer:
+        return server, ":" + answer.readline().strip()
+
+
+def packages():
+    return [package for package, _ in PEERS] + ["xvfb"]
+
+
+def table(own, files, rounds):
+    """`own` is the command of our program with its list open, IN standing for the file."""
+    entries = [("Quelmar, list editor open", own)]
+    entries += [(package, [program, "IN"]) for package, program in PEERS if shutil.which(program)]
+    runs = {}
+    server, name = display()
+    with tempfile.TemporaryDirectory() as home:
+        environment = dict(os.environ, DISPLAY=name, HOME=home, XDG_CONFIG_HOME=home,
+                           XDG_STATE_HOME=home, QT_QPA_PLATFORM="xcb", QUELMAR_AUDIO="null")
+        try:
+            # The first start of a program on a new home is not what people wait for.
+            for count in files:
+                for _ in range(rounds + 1):
+                    for what, command in entries:
+                        words = [str(files[count]) if word == "IN" else word for word in command]
+                        runs.setdefault((what, count), []).append(until_quiet(words, environment))
+        finally:
+            server.kill()
+            server.wait()
+    lines = ["| start with the file until the rows stand, seconds | " +
+             " | ".join(f"{count:,}" for count in files) + " |",
+             "|---|" + "---|" * len(files)]
+    for what, _ in entries:
+        cells = []
+        for count in files:
+            times = runs[(what, count)][1:]
+            cells.append("-" if None in times else f"{statistics.median(times):.2f}")
+        lines.append(f"| {what} | " + " | ".join(cells) + " |")
+    return lines
