@@ -4,7 +4,7 @@ need awk diff
 cd -- "$1" || exit 1
 
 listed=$(awk 'NF && $1 !~ /^#/ { $1 = $1; print }' packaging/debian-packages)
-told=$(awk -F ' *[|] *' '/^\| `[^`]*` *\| (run|build|display|test) *\|/ {
+told=$(awk -F ' *[|] *' '/^\| `[^`]*` *\| (run|build|display|test|nightly) *\|/ {
            gsub(/`/, "", $2); print $3, $2, $4 }' README.md)
 diff <(echo "$listed") <(echo "$told") || { echo "README.md and the list differ"; exit 1; }
 
