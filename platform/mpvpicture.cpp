@@ -1,6 +1,7 @@
 #include "platform/mpvpicture.h"
 
 #include <cstddef>
+#include <span>
 #include <utility>
 
 namespace {
@@ -9,6 +10,22 @@ namespace {
 template <typename T>
 void* Data(const T* value) {
     return const_cast<void*>(static_cast<const void*>(value));
+}
+
+/// libmpv draws opaque pictures but leaves the bars beside them transparent, which
+/// Wayland would show through the window.
+void MakeBarsOpaque(QImage& image) {
+    constexpr QRgb Opaque = 0xff000000;
+    const auto fill = [](auto pixel, auto end) {
+        for (; pixel != end && qAlpha(*pixel) == 0; ++pixel)
+            *pixel |= Opaque;
+    };
+    for (int y = 0; y < image.height(); ++y) {
+        const std::span row(reinterpret_cast<QRgb*>(image.scanLine(y)),
+                            static_cast<std::size_t>(image.width()));
+        fill(row.begin(), row.end());
+        fill(row.rbegin(), row.rend());
+    }
 }
 
 } // namespace
@@ -46,12 +63,15 @@ bool MpvPicture::Draw(QImage& image) {
     const auto stride = static_cast<std::size_t>(image.bytesPerLine());
     const int wait = 0;
     mpv_render_param parameters[] = {{MPV_RENDER_PARAM_SW_SIZE, Data(size)},
-                                     {MPV_RENDER_PARAM_SW_FORMAT, Data("bgr0")},
+                                     {MPV_RENDER_PARAM_SW_FORMAT, Data("bgra")},
                                      {MPV_RENDER_PARAM_SW_STRIDE, Data(&stride)},
                                      {MPV_RENDER_PARAM_SW_POINTER, image.bits()},
                                      {MPV_RENDER_PARAM_BLOCK_FOR_TARGET_TIME, Data(&wait)},
                                      {MPV_RENDER_PARAM_INVALID, nullptr}};
-    return m_mpv.render_context_render(m_context, parameters) >= 0;
+    if (m_mpv.render_context_render(m_context, parameters) < 0)
+        return false;
+    MakeBarsOpaque(image);
+    return true;
 }
 
 void MpvPicture::Skip() {

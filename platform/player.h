@@ -69,8 +69,8 @@ class Player : public QObject {
     virtual double Aspect() const = 0;
     virtual void Aspect(double ratio) = 0;
 
-    /// Draws the picture due now into the whole image (Format_RGB32); false when
-    /// there is no picture to draw.
+    /// Draws the picture due now into the whole image (Format_RGB32, every pixel
+    /// opaque); false when there is no picture to draw.
     virtual bool DrawPicture(QImage& image) = 0;
     /// The picture is on the screen now (the player paces itself by it).
     virtual void PictureShown() {}

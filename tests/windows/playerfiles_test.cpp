@@ -67,6 +67,20 @@ INSTANTIATE_TEST_SUITE_P(Containers, PlayerTakes,
                          testing::Values("avi", "mpg", "asf", "mov", "wav", "mp3"),
                          [](const auto& row) { return std::string(row.param); });
 
+/// The bars beside the picture too.
+TEST(PlayerFiles, APictureIsOpaque) {
+    Screening show{Film()};
+    show.screen.fill(Qt::transparent);
+    ASSERT_TRUE(show.Shows(0));
+    constexpr int PixelBytes = 4;
+    constexpr int Alpha = QSysInfo::ByteOrder == QSysInfo::LittleEndian ? 3 : 0;
+    int transparent = 0;
+    for (int y = 0; y < show.screen.height(); ++y)
+        for (int x = 0; x < show.screen.width(); ++x)
+            transparent += show.screen.constScanLine(y)[x * PixelBytes + Alpha] == 0xff ? 0 : 1;
+    EXPECT_EQ(transparent, 0);
+}
+
 TEST(PlayerFiles, AFilmWithoutSoundIsTaken) {
     Film film;
     film.sound = false;
