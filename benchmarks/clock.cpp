@@ -5,10 +5,10 @@
 // placing). The placing needs an X server with a window manager; everything else runs
 // on the offscreen platform too.
 
-#include "benchmarks/clockkeys.h"
 #include "mainwindow/frmQuelmar.h"
 #include "platform/mpvplayer.h"
 #include "tests/windows/films.h"
+#include "tests/windows/xkeys.h"
 
 #include <QApplication>
 #include <QEventLoop>
@@ -269,7 +269,7 @@ void MeasureSeeks(const char* container, int group) {
 }
 
 /// Titles placed by the space bar through the X server, in the real window.
-void MeasurePlacing(const char* container, int titles, ClockKeys& keys) {
+void MeasurePlacing(const char* container, int titles, XKeys& keys) {
     const double step = 0.61;
     const double length = 3 + titles * step;
     const Film film = Make(container, true, static_cast<int>(length * 25));
@@ -353,7 +353,7 @@ void MeasureAllSeeks() {
 }
 
 void MeasureAllPlacing(int titles) {
-    ClockKeys keys;
+    XKeys keys;
     if (QGuiApplication::platformName() != "xcb" || !keys.Ready()) {
         std::printf("titles placed by key: not measured, there is no X server\n");
         return;

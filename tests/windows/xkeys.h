@@ -4,12 +4,12 @@
 
 /// Presses and releases the space bar through the X server, as a keyboard would.
 /// The libraries are loaded at run time: nothing else needs them.
-class ClockKeys {
+class XKeys {
   public:
-    ClockKeys();
-    ~ClockKeys();
-    ClockKeys(const ClockKeys&) = delete;
-    ClockKeys& operator=(const ClockKeys&) = delete;
+    XKeys();
+    ~XKeys();
+    XKeys(const XKeys&) = delete;
+    XKeys& operator=(const XKeys&) = delete;
 
     /// false: no X server, or its test extension is missing.
     bool Ready() const { return m_key != 0; }

@@ -1,4 +1,4 @@
-#include "benchmarks/clockkeys.h"
+#include "tests/windows/xkeys.h"
 
 namespace {
 
@@ -6,7 +6,7 @@ constexpr unsigned long SpaceSymbol = 0x20;
 
 } // namespace
 
-ClockKeys::ClockKeys()
+XKeys::XKeys()
     : m_x11(QStringLiteral("X11"), 6)
     , m_test(QStringLiteral("Xtst"), 6) {
     const auto open = reinterpret_cast<void* (*)(const char*)>(m_x11.resolve("XOpenDisplay"));
@@ -22,13 +22,13 @@ ClockKeys::ClockKeys()
         m_key = code(m_display, SpaceSymbol);
 }
 
-ClockKeys::~ClockKeys() {
+XKeys::~XKeys() {
     const auto close = reinterpret_cast<int (*)(void*)>(m_x11.resolve("XCloseDisplay"));
     if (m_display != nullptr && close != nullptr)
         close(m_display);
 }
 
-void ClockKeys::Space(bool down) {
+void XKeys::Space(bool down) {
     m_fakeKey(m_display, m_key, down ? 1 : 0, 0);
     m_flush(m_display);
 }
