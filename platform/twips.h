@@ -11,5 +11,5 @@ constexpr std::int32_t ToTwips(int pixels) {
 }
 /// Up to the next whole pixel, so that a minimum in twips is reached.
 constexpr int ToPixels(std::int32_t twips) {
-    return twips >= 0 ? (twips + TwipsPerPixel - 1) / TwipsPerPixel : -(-twips / TwipsPerPixel);
+    return twips / TwipsPerPixel + (twips % TwipsPerPixel > 0 ? 1 : 0);
 }
