@@ -41,7 +41,10 @@ if(QUELMAR_SANITIZE)
 elseif(NOT CMAKE_BUILD_TYPE STREQUAL "Debug")
   target_compile_options(quelmar_options INTERFACE -fstack-protector-strong -U_FORTIFY_SOURCE
                                                    -D_FORTIFY_SOURCE=2)
-  if(NOT WIN32)
+  if(WIN32)
+    # There the protector is a library of its own.
+    target_link_options(quelmar_options INTERFACE -fstack-protector-strong)
+  else()
     target_link_options(quelmar_options INTERFACE -Wl,-z,relro,-z,now,-z,noexecstack)
   endif()
 endif()

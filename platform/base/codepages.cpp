@@ -1,11 +1,9 @@
 #include "platform/base/codepages.h"
 
+#include "platform/base/bytedecoder.h"
 #include "platform/base/utf8.h"
 
 #include <algorithm>
-#include <cerrno>
-
-#include <iconv.h>
 
 namespace {
 
@@ -22,67 +20,25 @@ constexpr std::array<char32_t, 32> Windows1252{
     NoCharacter, 0x2018,      0x2019, 0x201C, 0x201D, 0x2022,      0x2013, 0x2014,
     0x02DC,      0x2122,      0x0161, 0x203A, 0x0153, NoCharacter, 0x017E, 0x0178};
 
-/// One byte of a page through the platform's converter.
-class Converter {
-  public:
-    explicit Converter(const std::string& page)
-        : m_handle(iconv_open("UTF-32LE", page.c_str())) {}
-    ~Converter() {
-        if (Valid())
-            iconv_close(m_handle);
-    }
-    Converter(const Converter&) = delete;
-    Converter& operator=(const Converter&) = delete;
-
-    enum class Outcome : std::uint8_t { Character, Undefined, NotSingleByte };
-
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): the interface's own way to say "none"
-    bool Valid() const { return m_handle != reinterpret_cast<iconv_t>(-1); }
-
-    Outcome Convert(unsigned byte, char32_t& character) const {
-        char in = static_cast<char>(byte);
-        std::array<unsigned char, 16> out{};
-        char* from = &in;
-        auto* to = reinterpret_cast<char*>(out.data());
-        std::size_t fromLeft = 1;
-        std::size_t toLeft = out.size();
-        iconv(m_handle, nullptr, nullptr, nullptr, nullptr);
-        errno = 0;
-        if (iconv(m_handle, &from, &fromLeft, &to, &toLeft) == static_cast<std::size_t>(-1))
-            return errno == EILSEQ ? Outcome::Undefined : Outcome::NotSingleByte;
-        // Some pages hold a character back until it is known what follows.
-        iconv(m_handle, nullptr, nullptr, &to, &toLeft);
-        if (out.size() - toLeft != sizeof(char32_t))
-            return Outcome::NotSingleByte;
-        character = static_cast<char32_t>(out[0]) | static_cast<char32_t>(out[1]) << 8 |
-                    static_cast<char32_t>(out[2]) << 16;
-        return Outcome::Character;
-    }
-
-  private:
-    iconv_t m_handle;
-};
-
 /// Fills the upper half of a page; false when it is unknown, multi-byte or not
 /// an extension of ASCII.
 bool FillFromPlatform(const std::string& name, char32_t (&high)[128]) {
-    const Converter converter(name);
-    if (!converter.Valid())
+    const ByteDecoder decoder(name);
+    if (!decoder.Valid())
         return false;
     for (unsigned byte = 0; byte < 0x80; ++byte) {
         char32_t character = NoCharacter;
-        if (converter.Convert(byte, character) != Converter::Outcome::Character ||
-            character != byte)
+        if (decoder.Decode(byte, character) != ByteDecoder::Outcome::Character || character != byte)
             return false;
     }
     bool any = false;
     for (unsigned byte = 0x80; byte < 0x100; ++byte) {
         char32_t& character = high[byte - 0x80];
         character = NoCharacter;
-        const auto outcome = converter.Convert(byte, character);
-        if (outcome == Converter::Outcome::NotSingleByte)
+        const auto outcome = decoder.Decode(byte, character);
+        if (outcome == ByteDecoder::Outcome::NotSingleByte)
             return false;
-        any = any || outcome == Converter::Outcome::Character;
+        any = any || outcome == ByteDecoder::Outcome::Character;
     }
     return any;
 }
