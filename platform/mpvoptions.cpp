@@ -10,6 +10,8 @@ enum class Need {
     Wish,
     /// Without it a hostile file or a foreign configuration could reach further.
     Safety,
+    /// The same, but a library that has no such option was built without the feature.
+    SafetyIfThere,
 };
 
 struct Option {
@@ -22,7 +24,7 @@ constexpr Option Options[] = {
     {"vo", "libmpv", Need::Safety},
     // Nothing of the user's own mpv, no scripts, no helpers, no keys.
     {"config", "no", Need::Safety},
-    {"load-scripts", "no", Need::Safety},
+    {"load-scripts", "no", Need::SafetyIfThere},
     {"ytdl", "no"},
     {"osc", "no"},
     {"load-stats-overlay", "no"},
@@ -68,10 +70,13 @@ constexpr Option Options[] = {
 } // namespace
 
 bool SetMpvOptions(const MpvLibrary& mpv, mpv_handle* player) {
-    for (const Option& option : Options)
-        if (mpv.set_option_string(player, option.name, option.value) < 0 &&
-            option.need == Need::Safety)
+    for (const Option& option : Options) {
+        const int error = mpv.set_option_string(player, option.name, option.value);
+        const bool absent = error == MPV_ERROR_OPTION_NOT_FOUND;
+        if (error < 0 &&
+            (option.need == Need::Safety || (option.need == Need::SafetyIfThere && !absent)))
             return false;
+    }
     const QByteArray output = qgetenv("QUELMAR_AUDIO");
     if (!output.isEmpty())
         mpv.set_option_string(player, "ao", output.constData());
