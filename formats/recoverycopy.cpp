@@ -1,5 +1,7 @@
 #include "formats/recoverycopy.h"
 
+#include "platform/base/largeblocks.h"
+
 #include <bit>
 #include <cstring>
 #include <utility>
@@ -220,6 +222,7 @@ RecoveryBody::RecoveryBody(const SUBTITLES& titles, const RecoveryNotes& notes) 
     for (std::int32_t i = 1; i <= titles.Count(); ++i)
         size += titles.Text(i).size();
     m_bytes.reserve(size);
+    AdviseLargePages(m_bytes.data(), m_bytes.capacity());
     PutTitles(m_bytes, titles);
 }
 
