@@ -22,9 +22,11 @@
 #include <algorithm>
 #include <chrono>
 #include <clocale>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <map>
+#include <span>
 #include <string>
 #include <thread>
 #include <vector>
@@ -32,6 +34,11 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr int Counts[] = {1500, 32700, 1000000};
+constexpr const char* Memory = "memory, MB";
+// A figure that grows faster than the number of titles to this power is a miss.
+constexpr double SteepestGrowth = 1.1;
 
 double Milliseconds(Clock::duration time) {
     return std::chrono::duration<double, std::milli>(time).count();
@@ -152,7 +159,7 @@ void Editor(const QString& file, int count) {
     const double before = ResidentKilobytes();
     frmList* list = nullptr;
     Print("open", Timed([&] { list = OpenEditor(window); }));
-    Print("bytes a row", (ResidentKilobytes() - before) * 1024 / count);
+    Print(Memory, (ResidentKilobytes() - before) / 1024);
     double longest = 0;
     for (int copy = 0; copy < 50; ++copy)
         longest = std::max(longest,
@@ -257,6 +264,36 @@ QString WriteTitles(const QTemporaryDir& folder, int count) {
     return name;
 }
 
+/// How the list editor's figures grow with the titles, by the least times of all runs.
+/// Whether every one of them stays within the limit.
+bool PrintGrowth(std::span<const Series> editors) {
+    bool within = true;
+    std::printf("\n| list editor, from titles to titles");
+    for (std::size_t i = 1; i < editors.size(); ++i)
+        std::printf(" | %d to %d", Counts[i - 1], Counts[i]);
+    std::printf(" |\n|---|---|---|\n");
+    for (const std::string& name : editors.front().order) {
+        std::printf("| growth exponent: %s", name.c_str());
+        for (std::size_t i = 1; i < editors.size(); ++i) {
+            const double exponent = std::log(editors[i].figures.at(name).front() /
+                                             editors[i - 1].figures.at(name).front()) /
+                                    std::log(static_cast<double>(Counts[i]) / Counts[i - 1]);
+            const bool steep = exponent > SteepestGrowth;
+            std::printf(" | %.2f%s", exponent, steep ? " MISSED" : "");
+            within = within && !steep;
+        }
+        std::printf(" |\n");
+    }
+    // The window's own memory is the same for all, so the difference is the rows'.
+    std::printf("| bytes a row");
+    for (std::size_t i = 1; i < editors.size(); ++i)
+        std::printf(" | %.0f", (editors[i].figures.at(Memory).front() -
+                                editors[i - 1].figures.at(Memory).front()) *
+                                   1024 * 1024 / (Counts[i] - Counts[i - 1]));
+    std::printf(" |\n");
+    return within;
+}
+
 int Parent(int runs) {
     const QTemporaryDir folder;
     qputenv("XDG_CONFIG_HOME", folder.path().toUtf8());
@@ -270,7 +307,8 @@ int Parent(int runs) {
     all.push_back(
         {"program, film and 1,500 titles", {"filled", film, WriteTitles(folder, 1500)}, {}, {}});
     all.push_back({"display timer", {"tick", film, WriteTitles(folder, 1500)}, {}, {}});
-    for (const int count : {1500, 32700, 1000000})
+    const std::size_t editors = all.size();
+    for (const int count : Counts)
         all.push_back({QString("list editor, %L1 titles").arg(count),
                        {"editor", WriteTitles(folder, count), QString::number(count)},
                        {},
@@ -287,7 +325,7 @@ int Parent(int runs) {
             std::printf("| %s | %s | %.4f | %.4f | %.4f |\n", series.title.toUtf8().constData(),
                         name.c_str(), values[values.size() / 2], values.front(), values.back());
         }
-    return 0;
+    return PrintGrowth(std::span(all).subspan(editors)) ? 0 : 1;
 }
 
 } // namespace
