@@ -1,5 +1,7 @@
 #include "platform/recoverystore.h"
 
+#include "platform/base/wholefile.h"
+
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -12,11 +14,6 @@
 #include <chrono>
 #include <new>
 #include <utility>
-
-#ifndef Q_OS_WIN
-#include <fcntl.h>
-#include <unistd.h>
-#endif
 
 namespace {
 
@@ -35,18 +32,6 @@ bool MakeFolder(const QString& folder) {
     return QDir().mkpath(folder) && QFile::setPermissions(folder, OwnerOnly | QFile::ExeOwner);
 }
 
-/// A new name counts only once the folder itself is on the disk.
-void FlushFolder([[maybe_unused]] const QString& folder) {
-#ifndef Q_OS_WIN
-    const int file =
-        ::open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (file < 0)
-        return;
-    ::fsync(file);
-    ::close(file);
-#endif
-}
-
 /// Through a temporary file that is flushed to the disk before it takes the name.
 bool WriteCopy(const QString& name, const std::string& copy) {
     QSaveFile file(name);
@@ -55,7 +40,7 @@ bool WriteCopy(const QString& name, const std::string& copy) {
     file.write(copy.data(), static_cast<qint64>(copy.size()));
     if (!file.commit())
         return false;
-    FlushFolder(QFileInfo(name).path());
+    FlushFolder(QFileInfo(name).filesystemPath());
     return true;
 }
 

@@ -44,6 +44,7 @@ bool Close(int handle) {
 
 constexpr int ReadFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY;
 constexpr int WriteFlags = O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOCTTY;
+constexpr int FolderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 constexpr mode_t NewFileMode = 0666;
 
 int Open(const std::filesystem::path& file, int flags) {
@@ -146,5 +147,19 @@ bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes, b
     if (handle < 0)
         return false;
     const bool written = WriteFully(handle, bytes) && (!flush || Flush(handle));
-    return Close(handle) && written;
+    if (!Close(handle) || !written)
+        return false;
+    if (flush)
+        FlushFolder(file.parent_path());
+    return true;
+}
+
+void FlushFolder([[maybe_unused]] const std::filesystem::path& folder) {
+#ifndef _WIN32
+    const int handle = open(folder.empty() ? "." : folder.c_str(), FolderFlags);
+    if (handle < 0)
+        return;
+    Flush(handle);
+    Close(handle);
+#endif
 }

@@ -19,5 +19,10 @@ struct FileBytes {
 std::optional<FileBytes> ReadWholeFile(const std::filesystem::path& file);
 
 /// Creates or empties the file and writes the bytes; with `flush`, waits until they
-/// are on the disk. False on any error, a full disk that shows at the end included.
+/// and the name are on the disk. False on any error, a full disk that shows at the end
+/// included.
 bool WriteWholeFile(const std::filesystem::path& file, std::string_view bytes, bool flush);
+
+/// A new or changed name counts only once the folder itself is on the disk: waits for
+/// that, where the system has a way to.
+void FlushFolder(const std::filesystem::path& folder);
