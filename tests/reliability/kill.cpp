@@ -1,11 +1,13 @@
 // Kills the program at random moments while titles are edited, placed and saved, and
-// looks at what is left: quelmar_kill [RUNS [SEED]]. Fails when anything older than
+// looks at what is left: quelmar_kill [RUNS [SEED [power]]]. With "power" the disk loses
+// its power as well: what was not flushed to it is gone. Fails when anything older than
 // one second before the kill is all that can be recovered, when what is recovered was
 // never in the list, or when a copy is torn.
 
 #include "formats/load.h"
 #include "formats/recoverycopy.h"
 #include "platform/recoverystore.h"
+#include "tests/reliability/powerless.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -20,6 +22,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <map>
+#include <optional>
 #include <random>
 #include <vector>
 
@@ -121,11 +124,19 @@ Outcome Examine(const QString& folder, const QString& saved, const QByteArray& o
     return outcome;
 }
 
-Outcome KillOnce(std::mt19937& random) {
-    const QTemporaryDir home;
+Outcome KillOnce(std::mt19937& random, bool power) {
+    const QTemporaryDir folder;
+    std::optional<PowerlessDisk> disk;
+    if (power && !disk.emplace(folder.path()).Mounted()) {
+        std::puts("FAILED: no disk could be mounted, which takes root and loop devices");
+        return {};
+    }
+    const QDir home(disk ? disk->Path() : folder.path());
     const QString subtitles = home.filePath("film.srt");
     const QString saved = home.filePath("saved.srt");
     WriteSubtitles(subtitles);
+    if (disk)
+        disk->Flush();
     QProcess program;
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert("XDG_STATE_HOME", home.filePath("state"));
@@ -150,6 +161,10 @@ Outcome KillOnce(std::mt19937& random) {
     program.kill();
     program.waitForFinished();
     output += program.readAllStandardOutput();
+    if (disk && !disk->CutPower()) {
+        std::puts("FAILED: the disk cannot be mounted any more");
+        return {};
+    }
     return Examine(home.filePath("state/Tevo/Quelmar"), saved, output, killed);
 }
 
@@ -160,20 +175,22 @@ int main(int argc, char** argv) {
     const QStringList arguments = QCoreApplication::arguments();
     const int runs = arguments.value(1, "200").toInt();
     std::mt19937 random(arguments.value(2, "1").toUInt());
+    const bool power = arguments.value(3) == "power";
     std::vector<long long> lost;
     int good = 0;
     int copied = 0;
     long long edits = 0;
     for (int run = 1; run <= runs; ++run) {
-        const Outcome outcome = KillOnce(random);
+        const Outcome outcome = KillOnce(random, power);
         good += outcome.good ? 1 : 0;
         copied += outcome.copied ? 1 : 0;
         edits += outcome.edits;
         lost.push_back(outcome.lost);
     }
     std::sort(lost.begin(), lost.end());
-    std::printf("%d kills after %lld edits: %d recovered, %d from a copy and %d from the saved "
+    std::printf("%d %s after %lld edits: %d recovered, %d from a copy and %d from the saved "
                 "file; lost at most %lld ms of work, half of the time at most %lld ms\n",
-                runs, edits, good, copied, runs - copied, lost.back(), lost[lost.size() / 2]);
+                runs, power ? "power cuts" : "kills", edits, good, copied, runs - copied,
+                lost.back(), lost[lost.size() / 2]);
     return good == runs ? EXIT_SUCCESS : EXIT_FAILURE;
 }
