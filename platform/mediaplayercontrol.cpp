@@ -20,7 +20,8 @@
 
 namespace {
 
-constexpr int FollowMilliseconds = 50;
+// The handle moves by less than a pixel meanwhile, in a film of usual length.
+constexpr int FollowMilliseconds = 100;
 constexpr int ButtonSide = 26;
 constexpr int IconSide = 16;
 constexpr int VolumeWidth = 64;
