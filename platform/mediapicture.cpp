@@ -11,6 +11,8 @@ namespace {
 constexpr QColor Panel(28, 31, 37);
 constexpr QColor Symbol(96, 106, 122);
 constexpr int LargestSymbol = 96;
+/// Bits of a pixel in every kind of memory that windows are drawn in.
+constexpr int Depth = 32;
 
 } // namespace
 
@@ -19,26 +21,46 @@ MediaPicture::MediaPicture(Player& player, QWidget* parent)
     , m_player(player) {
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(1, 1);
-    connect(&player, &Player::PictureDue, this, &MediaPicture::Draw);
-    connect(&player, &Player::ReadyStateChange, this, &MediaPicture::Draw);
+    // At once: the player takes a picture that is not drawn by then for lost.
+    connect(&player, &Player::PictureDue, this, qOverload<>(&QWidget::repaint));
+    connect(&player, &Player::ReadyStateChange, this, qOverload<>(&QWidget::update));
 }
 
-void MediaPicture::Draw() {
-    if (!isVisible())
-        return;
-    const double ratio = devicePixelRatioF();
-    const QSize size = (QSizeF(this->size()) * ratio).toSize();
-    if (m_image.size() != size)
-        m_image = QImage(size, QImage::Format_RGB32);
-    m_image.setDevicePixelRatio(ratio);
-    m_drawn = m_player.ReadyState() != 0 && m_player.DrawPicture(m_image);
-    update();
+/// The piece of the window's memory that is this widget, to be drawn on in pixels of
+/// the screen; null while the widget is painted onto something else.
+QImage MediaPicture::Target() const {
+    QPoint offset;
+    QPaintDevice* device = redirected(&offset);
+    if (device == nullptr || device->devType() != QInternal::Image)
+        return {};
+    auto& window = *static_cast<QImage*>(device);
+    const double ratio = window.devicePixelRatio();
+    const QRect place((QPointF(-offset) * ratio).toPoint(), (QSizeF(size()) * ratio).toSize());
+    const bool fits = window.depth() == Depth && window.rect().contains(place);
+    if (!fits)
+        return {};
+    uchar* first = window.scanLine(place.top()) + static_cast<qsizetype>(place.left()) * Depth / 8;
+    return {first, place.width(), place.height(), window.bytesPerLine(), QImage::Format_RGB32};
+}
+
+bool MediaPicture::DrawFilm(QPainter& painter) {
+    if (m_player.ReadyState() == 0)
+        return false;
+    QImage target = Target();
+    if (!target.isNull())
+        return m_player.DrawPicture(target);
+    const double ratio = painter.device()->devicePixelRatioF();
+    QImage image((QSizeF(size()) * ratio).toSize(), QImage::Format_RGB32);
+    image.setDevicePixelRatio(ratio);
+    if (!m_player.DrawPicture(image))
+        return false;
+    painter.drawImage(0, 0, image);
+    return true;
 }
 
 void MediaPicture::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    if (m_drawn) {
-        painter.drawImage(0, 0, m_image);
+    if (DrawFilm(painter)) {
         m_player.PictureShown();
         return;
     }
@@ -49,12 +71,4 @@ void MediaPicture::paintEvent(QPaintEvent* /*event*/) {
     QRectF place(0, 0, side, side);
     place.moveCenter(QRectF(rect()).center());
     DrawMediaShape(painter, MediaShape::Note, place, Symbol);
-}
-
-void MediaPicture::resizeEvent(QResizeEvent* /*event*/) {
-    Draw();
-}
-
-void MediaPicture::showEvent(QShowEvent* /*event*/) {
-    Draw();
 }

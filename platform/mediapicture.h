@@ -6,7 +6,7 @@
 #include <QWidget>
 
 /// The film's picture at the screen's own resolution, or a calm panel where
-/// there is none.
+/// there is none. Pictures are drawn straight into the window's memory.
 class MediaPicture : public QWidget {
     Q_OBJECT
 
@@ -15,13 +15,10 @@ class MediaPicture : public QWidget {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
-    void showEvent(QShowEvent* event) override;
 
   private:
-    void Draw();
+    QImage Target() const;
+    bool DrawFilm(QPainter& painter);
 
     Player& m_player;
-    QImage m_image;
-    bool m_drawn = false;
 };

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QPainter>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QToolButton>
 
@@ -308,6 +309,33 @@ TEST(MediaControl, DrawsTheFilmAtEverySize) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 10000));
     control.resize(300, 500);
     EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 10000));
+}
+
+TEST(MediaControl, DrawsTheFilmWhereItIsInTheWindow) {
+    const auto player = MakeMpvPlayer();
+    QWidget window;
+    window.resize(700, 500);
+    MediaPlayerControl control(*player, &window);
+    control.setGeometry(150, 90, 400, 300);
+    window.show();
+    Film film;
+    player->FileName(MakeFilm(film));
+    player->CurrentPosition(2);
+    auto& picture = Child<QWidget>(control, "mpPicture");
+    const auto onScreen = [&] {
+        return window.screen()->grabWindow(window.winId()).toImage();
+    };
+    const QRect place(picture.mapTo(&window, QPoint(0, 0)), picture.size());
+    EXPECT_TRUE(
+        QTest::qWaitFor([&] { return PictureNumber(onScreen().copy(place)) == 50; }, 10000));
+    // All around it the window is as it would be without.
+    const QImage with = onScreen();
+    player->FileName("");
+    QTest::qWait(50);
+    const QImage without = onScreen();
+    for (const QRect& side : {QRect(0, 0, 700, place.top()), QRect(0, 0, place.left(), 500),
+                              QRect(place.right() + 1, 0, 699 - place.right(), 500)})
+        EXPECT_EQ(with.copy(side), without.copy(side));
 }
 
 class PaintCount : public QObject {
