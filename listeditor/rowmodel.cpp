@@ -2,6 +2,7 @@
 
 #include "model/numbers.h"
 #include "model/times.h"
+#include "platform/base/largeblocks.h"
 
 #include <QColor>
 
@@ -9,6 +10,9 @@
 #include <cmath>
 
 namespace {
+
+/// Rows that an evening may add without the list moving elsewhere in memory.
+constexpr std::size_t RoomForMore = 1000;
 
 struct Colours {
     QColor onLight;
@@ -46,22 +50,25 @@ void RowModel::Load(const SUBTITLES& titles) {
     for (std::int32_t i = 1; i <= titles.Count(); ++i)
         RequireShowable(titles.StartTime(i));
     if (titles.Count() == Count()) {
-        Fill(titles);
+        Fill(titles, 0);
         ShowAll();
         return;
     }
     beginResetModel();
-    Resize(titles);
-    Fill(titles);
+    Fill(titles, Resize(titles));
     for (Row& row : m_rows)
         row.colour = RowColour::Plain;
     endResetModel();
 }
 
-void RowModel::Resize(const SUBTITLES& titles) {
+std::int32_t RowModel::Resize(const SUBTITLES& titles) {
     // Room is made or closed where the rows begin to differ, so that most rows
     // keep the memory of their text when a title came or went.
     const auto count = static_cast<std::size_t>(titles.Count());
+    if (count > m_rows.capacity()) {
+        m_rows.reserve(count + RoomForMore);
+        AdviseLargePages(m_rows.data(), m_rows.capacity() * sizeof(Row));
+    }
     const std::size_t least = std::min(count, m_rows.size());
     std::size_t same = 0;
     while (same < least && m_rows[same].text == titles.Text(static_cast<std::int32_t>(same) + 1))
@@ -71,12 +78,14 @@ void RowModel::Resize(const SUBTITLES& titles) {
         m_rows.insert(at, count - m_rows.size(), Row());
     else
         m_rows.erase(at, at + static_cast<std::ptrdiff_t>(m_rows.size() - count));
+    return static_cast<std::int32_t>(same);
 }
 
-void RowModel::Fill(const SUBTITLES& titles) {
+void RowModel::Fill(const SUBTITLES& titles, std::int32_t equalTexts) {
     for (std::int32_t i = 1; i <= Count(); ++i) {
         Row& row = At(i);
-        row.text = titles.Text(i);
+        if (i > equalTexts)
+            row.text = titles.Text(i);
         row.start = titles.StartTime(i);
         row.duration = RoundTime(titles.EndTime(i) - titles.StartTime(i));
     }

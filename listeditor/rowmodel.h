@@ -70,8 +70,9 @@ class RowModel : public QAbstractTableModel {
     bool Holds(std::int32_t row) const { return row >= 1 && row <= Count(); }
     Row& At(std::int32_t row) { return m_rows[static_cast<std::size_t>(row - 1)]; }
     const Row& At(std::int32_t row) const { return m_rows[static_cast<std::size_t>(row - 1)]; }
-    void Resize(const SUBTITLES& titles);
-    void Fill(const SUBTITLES& titles);
+    /// As many rows as titles; how many of the first ones have the titles' texts already.
+    std::int32_t Resize(const SUBTITLES& titles);
+    void Fill(const SUBTITLES& titles, std::int32_t equalTexts);
     QVariant Colour(std::int32_t row) const;
     QString ToolTip(std::int32_t row) const;
 
