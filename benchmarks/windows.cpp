@@ -272,12 +272,12 @@ QString WriteTitles(const QTemporaryDir& folder, int count) {
 bool PrintGrowth(std::span<const Series> editors) {
     bool within = true;
     std::printf("\n| list editor, from titles to titles");
-    for (std::size_t i = 1; i < editors.size(); ++i)
+    for (std::size_t i = 1; i < std::size(Counts); ++i)
         std::printf(" | %d to %d", Counts[i - 1], Counts[i]);
     std::printf(" |\n|---|---|---|\n");
     for (const std::string& name : editors.front().order) {
         std::printf("| growth exponent: %s", name.c_str());
-        for (std::size_t i = 1; i < editors.size(); ++i) {
+        for (std::size_t i = 1; i < std::size(Counts); ++i) {
             const double larger = editors[i].figures.at(name).front();
             const double exponent = std::log(larger / editors[i - 1].figures.at(name).front()) /
                                     std::log(static_cast<double>(Counts[i]) / Counts[i - 1]);
@@ -289,7 +289,7 @@ bool PrintGrowth(std::span<const Series> editors) {
     }
     // The window's own memory is the same for all, so the difference is the rows'.
     std::printf("| bytes a row");
-    for (std::size_t i = 1; i < editors.size(); ++i)
+    for (std::size_t i = 1; i < std::size(Counts); ++i)
         std::printf(" | %.0f", (editors[i].figures.at(Memory).front() -
                                 editors[i - 1].figures.at(Memory).front()) *
                                    1024 * 1024 / (Counts[i] - Counts[i - 1]));
