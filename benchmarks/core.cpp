@@ -3,6 +3,7 @@
 // with 1 when one of them misses its goal.
 #include "benchmarks/generating.h"
 #include "benchmarks/limits.h"
+#include "benchmarks/memory.h"
 #include "formats/load.h"
 #include "formats/save.h"
 #include "platform/base/wholefile.h"
@@ -88,15 +89,6 @@ Workspace& Disk() {
 
 std::filesystem::path OutFile(const char* extension, bool flush) {
     return flush ? Disk().Out(extension) : Files().Out(extension);
-}
-
-/// A virtual machine gets its memory from its host when it is touched for the first time,
-/// for several times the price of a page that the machine has at hand. That is no
-/// program's doing, so what the measurements take has been touched before.
-void TouchMemory() {
-    constexpr std::size_t size = std::size_t{2} << 30;
-    std::vector<char> memory(size, 1);
-    benchmark::DoNotOptimize(memory.data());
 }
 
 void SetBytes(benchmark::State& state, const std::filesystem::path& file) {

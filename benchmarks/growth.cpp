@@ -3,6 +3,7 @@
 // `quelmar_growth_benchmark [LARGEST]` prints milliseconds of processor time, the best of
 // some runs, and the exponent; it ends with 1 when one is above 1.1.
 
+#include "benchmarks/memory.h"
 #include "formats/load.h"
 #include "platform/base/wholefile.h"
 #include "tests/core/worsttexts.h"
@@ -118,6 +119,8 @@ int main(int argc, char** argv) {
         return 2;
     const auto folder = std::filesystem::temp_directory_path() / "quelmar-growth";
     std::filesystem::create_directories(folder);
+    TouchMemory();
+    TakeMemoryFresh();
     Report report(static_cast<std::size_t>(largest));
     for (const WorstText& worst : WorstTexts)
         report.Row(std::string("reading ") + worst.name,
