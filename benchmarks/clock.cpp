@@ -160,6 +160,7 @@ void MeasurePlaying(const char* container, bool sound, double rate) {
         QCoreApplication::processEvents();
     }
     std::vector<double> errors;
+    errors.reserve(readings.size());
     for (const Reading& reading : readings)
         errors.push_back(reading.position - watcher.At(reading.moment));
     const QString what = QStringLiteral("position, %1%2, rate %3")
@@ -193,6 +194,7 @@ void MeasureBusyWindow() {
         presses.push_back({Seconds(pressed), player->PositionBefore(age)});
     }
     std::vector<double> errors;
+    errors.reserve(presses.size());
     for (const Press& press : presses)
         errors.push_back(press.recorded - watcher.At(press.moment));
     Print("key while the window is busy for 300 ms", errors);

@@ -55,7 +55,7 @@ class Workspace {
 
     /// The generated file of that many titles.
     std::filesystem::path In(std::int32_t count, const std::string& extension) {
-        const std::filesystem::path file = m_folder / (std::to_string(count) + extension);
+        std::filesystem::path file = m_folder / (std::to_string(count) + extension);
         if (std::filesystem::exists(file))
             return file;
         if (extension == ".srt")
@@ -112,7 +112,7 @@ void Load(benchmark::State& state, const char* extension) {
     const auto file = Files().In(static_cast<std::int32_t>(state.range(0)), extension);
     SUBTITLES titles;
     FileStyle style;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         ForgetMemory(state, titles, style);
         if (LoadTitles(file, "", titles, style, {}).outcome != LoadOutcome::Complete)
             state.SkipWithError("the file is not read");
@@ -123,7 +123,7 @@ void Load(benchmark::State& state, const char* extension) {
 void Scan(benchmark::State& state) {
     const auto file = Files().In(static_cast<std::int32_t>(state.range(0)), ".srt");
     std::vector<PlainTitle> titles;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         ForgetMemory(state, titles);
         titles = ScanSubRip(file);
         if (titles.size() != static_cast<std::size_t>(state.range(0)))
@@ -137,7 +137,7 @@ void Save(benchmark::State& state, const char* extension, bool flush) {
     const auto file = OutFile(extension, flush);
     SaveHooks hooks;
     hooks.flushToDisk = flush;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         ForgetMemory(state);
         if (!SaveTitles(file, "", titles, {}, hooks).written)
             state.SkipWithError("the file is not written");
@@ -148,7 +148,7 @@ void Save(benchmark::State& state, const char* extension, bool flush) {
 void Dump(benchmark::State& state, bool flush) {
     const SUBTITLES& titles = Files().Titles(static_cast<std::int32_t>(state.range(0)));
     const auto file = OutFile(".srt", flush);
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         ForgetMemory(state);
         if (!DumpSubRip(file, titles, flush))
             state.SkipWithError("the file is not written");
@@ -160,7 +160,7 @@ void Locate(benchmark::State& state) {
     const SUBTITLES& titles = Files().Titles(static_cast<std::int32_t>(state.range(0)));
     const double length = titles.EndTime(titles.Count());
     double time = 0;
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         benchmark::DoNotOptimize(titles.Locate(time));
         // Steps that fall all over the film.
         time = std::fmod(time + length * 0.6180339887, length);

@@ -114,7 +114,7 @@ std::string Shown(std::string text) {
 } // namespace
 
 int main(int argc, char** argv) {
-    const int largest = argc > 1 ? std::atoi(argv[1]) : 64;
+    const long largest = argc > 1 ? std::strtol(argv[1], nullptr, 10) : 64;
     if (largest < 1)
         return 2;
     const auto folder = std::filesystem::temp_directory_path() / "quelmar-growth";

@@ -87,7 +87,7 @@ void Print(const char* name, double value) {
 
 /// The moment at which the parent started this process, on the same clock.
 Clock::time_point ProcessStart(const char* text) {
-    return Clock::time_point(Clock::duration(std::atoll(text)));
+    return Clock::time_point(Clock::duration(std::strtoll(text, nullptr, 10)));
 }
 
 void BareTable(Clock::time_point start, int rows) {
@@ -216,7 +216,7 @@ void Tick(const QString& film, const QString& subtitles) {
 
 int Child(const QStringList& arguments) {
     const auto start = ProcessStart(arguments.at(3).toLatin1().constData());
-    const QString mode = arguments.at(2);
+    const QString& mode = arguments.at(2);
     if (mode == "bare")
         BareTable(start, arguments.at(4).toInt());
     else if (mode == "empty")
@@ -262,7 +262,7 @@ void RunOnce(Series& series) {
 }
 
 QString WriteTitles(const QTemporaryDir& folder, int count) {
-    const QString name = folder.filePath(QString::number(count) + ".srt");
+    QString name = folder.filePath(QString::number(count) + ".srt");
     SaveTitles(name.toStdString(), "windows-1252", GeneratedTitles(count), {}, {});
     return name;
 }

@@ -68,8 +68,8 @@ struct Carrier {
 
 constexpr std::array<Carrier, 3> Carriers{{{"x.srt",
                                             [](unsigned count) {
-                                                return count / 1000 +
-                                                       static_cast<double>(count % 1000) / 1000;
+                                                const unsigned seconds = count / 1000;
+                                                return seconds + (count % 1000) / 1000.0;
                                             }},
                                            {"x.sub",
                                             [](unsigned count) {

@@ -1,7 +1,6 @@
 #include "platform/mediaclock.h"
 
 #include <algorithm>
-#include <ranges>
 #include <vector>
 
 namespace {
@@ -81,10 +80,9 @@ void MediaClock::Picture(double position, Moment at) {
 }
 
 double MediaClock::Position(Moment at) const {
-    for (const Segment& segment : std::views::reverse(m_segments))
-        if (segment.from <= at)
-            return At(segment, at);
-    return m_segments.front().floor;
+    const auto current = std::find_if(m_segments.rbegin(), m_segments.rend(),
+                                      [at](const Segment& segment) { return segment.from <= at; });
+    return current != m_segments.rend() ? At(*current, at) : m_segments.front().floor;
 }
 
 void MediaClock::Stand(double position, Moment now) {

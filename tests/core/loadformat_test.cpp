@@ -152,7 +152,9 @@ class LongFile : public testing::TestWithParam<const char*> {
   public:
     static std::string Text(const std::string& name) {
         std::vector<TestTitle> titles;
-        for (int i = 0; i < 20'000; ++i)
+        constexpr int count = 20'000;
+        titles.reserve(count);
+        for (int i = 0; i < count; ++i)
             titles.push_back({i + 0.0, i + 0.5, "Some words of an ordinary length"});
         return SavedText(name, titles);
     }

@@ -36,7 +36,7 @@ std::string MicroDVDCodesToTags(std::string text, OpenStyles& open) {
         if (open.bold)
             before += "</b>";
         open = {};
-        text = before + text.substr(end + 3);
+        text.replace(0, end + 3, before);
     }
     return text;
 }
