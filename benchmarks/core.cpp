@@ -2,6 +2,7 @@
 // the figures it prints their ratios and growth as tables; with --check it ends
 // with 1 when one of them misses its goal.
 #include "benchmarks/generating.h"
+#include "benchmarks/growing.h"
 #include "benchmarks/limits.h"
 #include "benchmarks/memory.h"
 #include "formats/load.h"
@@ -227,7 +228,6 @@ constexpr std::array<Ratio, 7> Ratios{
 
 constexpr std::array<const char*, 6> Growing{"load .srt", "load .sub", "load .smi",
                                              "save .srt", "save .sub", "save .smi"};
-constexpr double MostGrowth = 1.1;
 constexpr double MostLocate = 1e-3;
 
 std::string Name(const char* what, std::int32_t count) {
@@ -290,7 +290,7 @@ class Tables {
                 const double times = m_figures.Time(Name(what, Counts[i])) /
                                      m_figures.Time(Name(what, Counts[i - 1]));
                 const double exponent =
-                    std::log(times) / std::log(static_cast<double>(Counts[i]) / Counts[i - 1]);
+                    GrowthExponent(times, static_cast<double>(Counts[i]) / Counts[i - 1]);
                 PrintCell(exponent, exponent <= MostGrowth);
             }
             std::printf("\n");

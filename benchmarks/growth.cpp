@@ -3,13 +3,13 @@
 // `quelmar_growth_benchmark [LARGEST]` prints milliseconds of processor time, the best of
 // some runs, and the exponent; it ends with 1 when one is above 1.1.
 
+#include "benchmarks/growing.h"
 #include "benchmarks/memory.h"
 #include "formats/load.h"
 #include "platform/base/wholefile.h"
 #include "tests/core/worsttexts.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -22,7 +22,6 @@ namespace {
 
 constexpr std::size_t Megabyte = 1'000'000;
 constexpr int Runs = 3;
-constexpr double MostGrowth = 1.1;
 /// Milliseconds for a megabyte. What is quicker waits for memory, which is at hand for
 /// one megabyte and fresh from the system for many: that is not the reader's growth.
 constexpr double SpeedOfMemory = 3;
@@ -60,9 +59,9 @@ class Report {
         const auto most = static_cast<double>(m_sizes.back());
         const double exponent = m_sizes.size() < 2
                                     ? 1
-                                    : std::log(std::max(times.back(), most * SpeedOfMemory) /
-                                               std::max(times.front(), SpeedOfMemory)) /
-                                          std::log(most);
+                                    : GrowthExponent(std::max(times.back(), most * SpeedOfMemory) /
+                                                         std::max(times.front(), SpeedOfMemory),
+                                                     most);
         const bool good = exponent <= MostGrowth;
         std::printf(" %.2f%s |\n", exponent, good ? "" : " MISSED");
         m_good = m_good && good;

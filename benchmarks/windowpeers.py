@@ -13,7 +13,8 @@ PEERS = ("subtitlecomposer", "gaupol", "gnome-subtitles")
 # Files with more titles than this are given to our own program only: the others need
 # minutes for them, or refuse them.
 LONGEST_FILE = 10_000
-# Processor time that stands still for so long is quiet; what blinks is less than BLINK a look.
+# Seconds for which the processor time stands still when a program is quiet, between two
+# looks at it, and after which a program that never is has failed.
 QUIET = 0.8
 LOOK = 0.02
 LONGEST = 60

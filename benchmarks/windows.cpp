@@ -3,6 +3,7 @@
 // turns, and takes medians. `windows [RUNS]`; offscreen unless QT_QPA_PLATFORM says otherwise.
 
 #include "benchmarks/generating.h"
+#include "benchmarks/growing.h"
 #include "formats/recoverycopy.h"
 #include "formats/save.h"
 #include "listeditor/frmList.h"
@@ -22,7 +23,6 @@
 #include <algorithm>
 #include <chrono>
 #include <clocale>
-#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <map>
@@ -37,8 +37,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int Counts[] = {1500, 32700, 1000000};
 constexpr const char* Memory = "memory, MB";
-// A figure that grows faster than the number of titles to this power is a miss.
-constexpr double SteepestGrowth = 1.1;
 // Milliseconds for a title. What is quicker moves memory, which is at hand for few
 // titles and far away for a million: that is not the list's growth.
 constexpr double SpeedOfMemory = 1e-5;
@@ -279,9 +277,9 @@ bool PrintGrowth(std::span<const Series> editors) {
         std::printf("| growth exponent: %s", name.c_str());
         for (std::size_t i = 1; i < std::size(Counts); ++i) {
             const double larger = editors[i].figures.at(name).front();
-            const double exponent = std::log(larger / editors[i - 1].figures.at(name).front()) /
-                                    std::log(static_cast<double>(Counts[i]) / Counts[i - 1]);
-            const bool steep = exponent > SteepestGrowth && larger / Counts[i] > SpeedOfMemory;
+            const double exponent = GrowthExponent(larger / editors[i - 1].figures.at(name).front(),
+                                                   static_cast<double>(Counts[i]) / Counts[i - 1]);
+            const bool steep = exponent > MostGrowth && larger / Counts[i] > SpeedOfMemory;
             std::printf(" | %.2f%s", exponent, steep ? " MISSED" : "");
             within = within && !steep;
         }
