@@ -6,7 +6,7 @@
 // on the offscreen platform too.
 
 #include "mainwindow/frmQuelmar.h"
-#include "platform/mpvplayer.h"
+#include "player/mpvplayer.h"
 #include "tests/windows/films.h"
 #include "tests/windows/xkeys.h"
 

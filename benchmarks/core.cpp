@@ -1,13 +1,13 @@
 // Loading, saving and `Locate`, beside the least that any program must do. After
 // the figures it prints their ratios and growth as tables; with --check it ends
 // with 1 when one of them misses its goal.
+#include "base/wholefile.h"
 #include "benchmarks/generating.h"
 #include "benchmarks/growing.h"
 #include "benchmarks/limits.h"
 #include "benchmarks/memory.h"
 #include "formats/load.h"
 #include "formats/save.h"
-#include "platform/base/wholefile.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,9 +1,9 @@
 // generate COUNT FILE: writes that many titles; .srt with the tags that other
 // programs write too, anything else as the program saves it.
+#include "base/wholefile.h"
 #include "benchmarks/generating.h"
 #include "formats/save.h"
 #include "model/numbers.h"
-#include "platform/base/wholefile.h"
 
 #include <cstdio>
 #include <string_view>

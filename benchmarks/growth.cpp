@@ -3,10 +3,10 @@
 // `quelmar_growth_benchmark [LARGEST]` prints milliseconds of processor time, the best of
 // some runs, and the exponent; it ends with 1 when one is above 1.1.
 
+#include "base/wholefile.h"
 #include "benchmarks/growing.h"
 #include "benchmarks/memory.h"
 #include "formats/load.h"
-#include "platform/base/wholefile.h"
 #include "tests/core/worsttexts.h"
 
 #include <algorithm>

@@ -1,6 +1,6 @@
 #include "benchmarks/limits.h"
 
-#include "platform/base/wholefile.h"
+#include "base/wholefile.h"
 
 #include <charconv>
 #include <cstring>

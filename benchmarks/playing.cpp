@@ -6,7 +6,7 @@
 #include "benchmarks/generating.h"
 #include "formats/save.h"
 #include "mainwindow/frmQuelmar.h"
-#include "platform/mediapicture.h"
+#include "player/mediapicture.h"
 
 #include <QAbstractButton>
 #include <QApplication>

@@ -1,9 +1,9 @@
 #include "cli/commandline.h"
 
+#include "base/runtimeerror.h"
 #include "cli/commands.h"
 #include "formats/load.h"
 #include "formats/save.h"
-#include "platform/base/runtimeerror.h"
 
 #include <algorithm>
 #include <filesystem>

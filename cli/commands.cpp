@@ -1,8 +1,8 @@
 #include "cli/commands.h"
 
-#include "dialogs/timing/shift.h"
-#include "dialogs/timing/stretch.h"
-#include "listeditor/titles/corrections.h"
+#include "editing/corrections.h"
+#include "editing/shift.h"
+#include "editing/stretch.h"
 
 #include <array>
 

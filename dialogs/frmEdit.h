@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dialogs/listdialog.h"
-#include "dialogs/timing/edittitle.h"
+#include "editing/edittitle.h"
 
 #include <cstdint>
 

@@ -2,7 +2,7 @@
 
 #include "dialogs/minutesecondentry.h"
 #include "dialogs/placement.h"
-#include "dialogs/timing/shift.h"
+#include "editing/shift.h"
 #include "model/numbers.h"
 #include "model/times.h"
 #include "platform/errorgate.h"

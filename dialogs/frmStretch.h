@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dialogs/listdialog.h"
-#include "dialogs/timing/stretch.h"
+#include "editing/stretch.h"
 
 #include <array>
 

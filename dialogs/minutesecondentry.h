@@ -1,7 +1,7 @@
 #pragma once
 
-#include "dialogs/timing/minutesecond.h"
-#include "dialogs/timing/spinrepeat.h"
+#include "editing/minutesecond.h"
+#include "editing/spinrepeat.h"
 
 #include <QObject>
 

@@ -1,7 +1,7 @@
 #include "formats/encoding.h"
 
-#include "platform/base/codepages.h"
-#include "platform/base/utf8.h"
+#include "base/codepages.h"
+#include "base/utf8.h"
 
 #include <utility>
 

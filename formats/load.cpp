@@ -1,8 +1,8 @@
 #include "formats/load.h"
 
+#include "base/runtimeerror.h"
 #include "formats/encoding.h"
 #include "formats/linereader.h"
-#include "platform/base/runtimeerror.h"
 
 namespace {
 

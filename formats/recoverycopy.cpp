@@ -1,6 +1,6 @@
 #include "formats/recoverycopy.h"
 
-#include "platform/base/largeblocks.h"
+#include "base/largeblocks.h"
 
 #include <bit>
 #include <cstring>

@@ -1,8 +1,8 @@
 #include "formats/save.h"
 
+#include "base/runtimeerror.h"
+#include "base/wholefile.h"
 #include "formats/encoding.h"
-#include "platform/base/runtimeerror.h"
-#include "platform/base/wholefile.h"
 
 #include <new>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/largeblocks.h"
 #include "model/subtitles.h"
-#include "platform/base/largeblocks.h"
 
 #include <charconv>
 #include <cstdint>

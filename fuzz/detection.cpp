@@ -1,7 +1,7 @@
+#include "base/runtimeerror.h"
+#include "base/utf8.h"
 #include "formats/load.h"
 #include "fuzz/fuzzing.h"
-#include "platform/base/runtimeerror.h"
-#include "platform/base/utf8.h"
 
 #include <cstdlib>
 #include <filesystem>

@@ -1,8 +1,8 @@
 #include "formats/encoding.h"
 
+#include "base/codepages.h"
+#include "base/utf8.h"
 #include "fuzz/fuzzing.h"
-#include "platform/base/codepages.h"
-#include "platform/base/utf8.h"
 
 #include <algorithm>
 #include <array>

@@ -1,7 +1,7 @@
 #include "fuzz/fuzzing.h"
 
-#include "platform/base/runtimeerror.h"
-#include "platform/base/utf8.h"
+#include "base/runtimeerror.h"
+#include "base/utf8.h"
 
 #include <cstdio>
 #include <cstdlib>

@@ -1,7 +1,7 @@
+#include "base/runtimeerror.h"
 #include "fuzz/fuzzing.h"
 #include "model/numbers.h"
 #include "model/times.h"
-#include "platform/base/runtimeerror.h"
 
 #include <cmath>
 

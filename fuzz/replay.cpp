@@ -1,7 +1,7 @@
 // Runs a fuzz target over stored inputs, where there is no libFuzzer: the folders
 // and files that are named.
+#include "base/wholefile.h"
 #include "fuzz/fuzzing.h"
-#include "platform/base/wholefile.h"
 
 #include <cstdio>
 #include <filesystem>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dialogs/listdialog.h"
-#include "listeditor/titles/search.h"
+#include "editing/search.h"
 
 class QLineEdit;
 class QRadioButton;

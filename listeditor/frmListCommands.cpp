@@ -3,10 +3,10 @@
 #include "dialogs/frmEdit.h"
 #include "dialogs/frmShift.h"
 #include "dialogs/frmStretch.h"
+#include "editing/corrections.h"
+#include "editing/listcommands.h"
 #include "listeditor/frmFind.h"
 #include "listeditor/rowmodel.h"
-#include "listeditor/titles/corrections.h"
-#include "listeditor/titles/listcommands.h"
 #include "listeditor/titleview.h"
 #include "model/times.h"
 

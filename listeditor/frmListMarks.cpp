@@ -1,7 +1,7 @@
 #include "listeditor/frmList.h"
 
+#include "editing/labeltext.h"
 #include "listeditor/rowmodel.h"
-#include "listeditor/titles/labeltext.h"
 #include "listeditor/titleview.h"
 #include "model/times.h"
 #include "platform/errorgate.h"

@@ -1,8 +1,8 @@
 #include "listeditor/rowmodel.h"
 
+#include "base/largeblocks.h"
 #include "model/numbers.h"
 #include "model/times.h"
-#include "platform/base/largeblocks.h"
 
 #include <QColor>
 

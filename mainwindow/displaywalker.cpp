@@ -1,6 +1,6 @@
 #include "mainwindow/displaywalker.h"
 
-#include "platform/base/runtimeerror.h"
+#include "base/runtimeerror.h"
 
 #include <algorithm>
 #include <limits>

@@ -6,12 +6,12 @@
 #include "model/numbers.h"
 #include "model/times.h"
 #include "platform/errorgate.h"
-#include "platform/mediaplayercontrol.h"
 #include "platform/messageboxes.h"
-#include "platform/mpvplayer.h"
 #include "platform/settings.h"
 #include "platform/twips.h"
 #include "platform/updown.h"
+#include "player/mediaplayercontrol.h"
+#include "player/mpvplayer.h"
 
 #include <QApplication>
 #include <QCloseEvent>

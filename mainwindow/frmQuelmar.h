@@ -9,7 +9,7 @@
 #include "model/session.h"
 #include "platform/commondialogs.h"
 #include "platform/keyrepeat.h"
-#include "platform/player.h"
+#include "player/player.h"
 
 #include <QElapsedTimer>
 #include <QPointer>

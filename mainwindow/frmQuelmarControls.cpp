@@ -2,8 +2,8 @@
 
 #include "mainwindow/toolicons.h"
 #include "mainwindow/transportstrip.h"
-#include "platform/mediaplayercontrol.h"
 #include "platform/updown.h"
+#include "player/mediaplayercontrol.h"
 
 #include <QGridLayout>
 #include <QHBoxLayout>

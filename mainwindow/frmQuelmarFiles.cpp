@@ -7,9 +7,9 @@
 #include "mainwindow/frmLoading.h"
 #include "mainwindow/startingname.h"
 #include "mainwindow/transportstrip.h"
-#include "platform/mediaplayercontrol.h"
 #include "platform/messageboxes.h"
 #include "platform/updown.h"
+#include "player/mediaplayercontrol.h"
 
 #include <QFile>
 #include <QLineEdit>

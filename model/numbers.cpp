@@ -1,6 +1,6 @@
 #include "model/numbers.h"
 
-#include "platform/base/runtimeerror.h"
+#include "base/runtimeerror.h"
 
 #include <array>
 #include <charconv>

@@ -1,6 +1,6 @@
 #include "model/subtitles.h"
 
-#include "platform/base/largeblocks.h"
+#include "base/largeblocks.h"
 
 #include <algorithm>
 #include <limits>

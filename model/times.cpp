@@ -1,7 +1,7 @@
 #include "model/times.h"
 
+#include "base/runtimeerror.h"
 #include "model/numbers.h"
-#include "platform/base/runtimeerror.h"
 
 #include <array>
 #include <charconv>

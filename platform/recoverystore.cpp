@@ -1,6 +1,6 @@
 #include "platform/recoverystore.h"
 
-#include "platform/base/wholefile.h"
+#include "base/wholefile.h"
 
 #include <QDateTime>
 #include <QDir>

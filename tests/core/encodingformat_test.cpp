@@ -1,8 +1,8 @@
 #include "formattesting.h"
 
+#include "base/codepages.h"
+#include "base/utf8.h"
 #include "formats/encoding.h"
-#include "platform/base/codepages.h"
-#include "platform/base/utf8.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "listeditor/titles/corrections.h"
-#include "listeditor/titles/labeltext.h"
-#include "listeditor/titles/listcommands.h"
+#include "editing/corrections.h"
+#include "editing/labeltext.h"
+#include "editing/listcommands.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "formattesting.h"
 
+#include "base/runtimeerror.h"
 #include "formats/format.h"
-#include "platform/base/runtimeerror.h"
 
 #include <gtest/gtest.h>
 

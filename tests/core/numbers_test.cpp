@@ -1,7 +1,7 @@
 #include "model/numbers.h"
 
+#include "base/runtimeerror.h"
 #include "model/times.h"
-#include "platform/base/runtimeerror.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "listeditor/titles/search.h"
+#include "editing/search.h"
 
 #include <gtest/gtest.h>
 

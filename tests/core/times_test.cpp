@@ -1,6 +1,6 @@
 #include "model/times.h"
 
-#include "platform/base/runtimeerror.h"
+#include "base/runtimeerror.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
-#include "dialogs/timing/edittitle.h"
-#include "dialogs/timing/minutesecond.h"
-#include "dialogs/timing/shift.h"
-#include "dialogs/timing/spinrepeat.h"
-#include "dialogs/timing/stretch.h"
+#include "base/runtimeerror.h"
+#include "editing/edittitle.h"
+#include "editing/minutesecond.h"
+#include "editing/shift.h"
+#include "editing/spinrepeat.h"
+#include "editing/stretch.h"
 #include "model/times.h"
-#include "platform/base/runtimeerror.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 
 #include "app/application.h"
 #include "app/program.h"
-#include "platform/base/runtimeerror.h"
+#include "base/runtimeerror.h"
 #include "tests/windows/fakeplayer.h"
 
 #include <QAbstractButton>

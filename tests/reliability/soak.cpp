@@ -8,7 +8,7 @@
 #include "listeditor/titleview.h"
 #include "mainwindow/frmQuelmar.h"
 #include "platform/errorgate.h"
-#include "platform/mpvplayer.h"
+#include "player/mpvplayer.h"
 
 #include <QAbstractButton>
 #include <QEventLoop>

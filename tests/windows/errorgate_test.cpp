@@ -1,6 +1,6 @@
 #include "platform/errorgate.h"
 
-#include "platform/base/runtimeerror.h"
+#include "base/runtimeerror.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/player.h"
+#include "player/player.h"
 
 #include <QString>
 #include <QStringList>

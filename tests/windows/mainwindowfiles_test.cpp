@@ -1,6 +1,6 @@
+#include "base/runtimeerror.h"
 #include "formats/load.h"
 #include "listeditor/frmList.h"
-#include "platform/base/runtimeerror.h"
 #include "platform/errorgate.h"
 #include "tests/windows/mainwindowtest.h"
 

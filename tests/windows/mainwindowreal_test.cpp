@@ -1,6 +1,6 @@
 #include "mainwindow/frmQuelmar.h"
 #include "model/times.h"
-#include "platform/mpvplayer.h"
+#include "player/mpvplayer.h"
 #include "tests/windows/drive.h"
 #include "tests/windows/films.h"
 

@@ -1,4 +1,4 @@
-#include "platform/mediaclock.h"
+#include "player/mediaclock.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/playselection.h"
+#include "player/playselection.h"
 #include "tests/windows/screening.h"
 
 #include <QSignalSpy>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/mpvplayer.h"
+#include "player/mpvplayer.h"
 #include "tests/windows/films.h"
 
 #include <QImage>

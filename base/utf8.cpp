@@ -1,0 +1,108 @@
+#include "base/utf8.h"
+
+#include <array>
+#include <cstdint>
+#include <cstring>
+
+namespace {
+
+constexpr bool IsAscii(char c) {
+    return static_cast<unsigned char>(c) < 0x80;
+}
+
+/// How many bytes from the offset on are ASCII, looked at eight at a time.
+std::size_t AsciiLength(std::string_view text, std::size_t at) {
+    constexpr std::uint64_t HighBits = 0x8080808080808080;
+    const std::size_t start = at;
+    while (at + sizeof(std::uint64_t) <= text.size()) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, text.data() + at, sizeof word);
+        if ((word & HighBits) != 0)
+            break;
+        at += sizeof word;
+    }
+    while (at < text.size() && IsAscii(text[at]))
+        ++at;
+    return at - start;
+}
+
+struct Lead {
+    std::uint8_t mask;
+    std::uint8_t bits;
+    std::size_t length;
+    char32_t least;
+};
+
+constexpr std::array<Lead, 3> Leads{
+    {{0xE0, 0xC0, 2, 0x80}, {0xF0, 0xE0, 3, 0x800}, {0xF8, 0xF0, 4, 0x10000}}};
+
+constexpr bool IsScalarValue(char32_t codePoint) {
+    return codePoint < 0xD800 || (codePoint > 0xDFFF && codePoint <= 0x10FFFF);
+}
+
+} // namespace
+
+char32_t NextCodePoint(std::string_view text, std::size_t& at) {
+    const auto first = static_cast<std::uint8_t>(text[at]);
+    if (first < 0x80) {
+        ++at;
+        return first;
+    }
+    for (const Lead& lead : Leads) {
+        if ((first & lead.mask) != lead.bits)
+            continue;
+        if (text.size() - at < lead.length)
+            break;
+        char32_t codePoint = first & static_cast<std::uint8_t>(~lead.mask);
+        for (std::size_t i = 1; i < lead.length; ++i) {
+            const auto next = static_cast<std::uint8_t>(text[at + i]);
+            if ((next & 0xC0) != 0x80) {
+                ++at;
+                return InvalidByte;
+            }
+            codePoint = (codePoint << 6) | (next & 0x3FU);
+        }
+        if (codePoint < lead.least || !IsScalarValue(codePoint))
+            break;
+        at += lead.length;
+        return codePoint;
+    }
+    ++at;
+    return InvalidByte;
+}
+
+std::size_t ValidUtf8Length(std::string_view text) {
+    std::size_t at = 0;
+    while (true) {
+        at += AsciiLength(text, at);
+        // Text in other scripts has few ASCII bytes in a row.
+        while (at < text.size() && !IsAscii(text[at])) {
+            const std::size_t before = at;
+            if (NextCodePoint(text, at) == InvalidByte)
+                return before;
+        }
+        if (at >= text.size())
+            return text.size();
+    }
+}
+
+void AppendUtf8(std::string& text, char32_t codePoint) {
+    const auto put = [&text](char32_t bits) {
+        text += static_cast<char>(bits);
+    };
+    if (codePoint < 0x80) {
+        put(codePoint);
+    } else if (codePoint < 0x800) {
+        put(0xC0 | (codePoint >> 6));
+        put(0x80 | (codePoint & 0x3F));
+    } else if (codePoint < 0x10000) {
+        put(0xE0 | (codePoint >> 12));
+        put(0x80 | ((codePoint >> 6) & 0x3F));
+        put(0x80 | (codePoint & 0x3F));
+    } else {
+        put(0xF0 | (codePoint >> 18));
+        put(0x80 | ((codePoint >> 12) & 0x3F));
+        put(0x80 | ((codePoint >> 6) & 0x3F));
+        put(0x80 | (codePoint & 0x3F));
+    }
+}

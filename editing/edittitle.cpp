@@ -1,0 +1,73 @@
+#include "editing/edittitle.h"
+
+#include "model/numbers.h"
+#include "model/times.h"
+
+#include <cmath>
+
+namespace {
+
+/// Far below the millisecond: what adding and parsing times leave behind.
+constexpr double Noise = 1e-7;
+
+bool SameTime(double one, double other) {
+    return std::abs(one - other) < Noise;
+}
+
+/// Where the last occurrence begins, counted from 1; 0 when there is none.
+std::size_t LastOf(std::string_view text, std::string_view mark) {
+    const std::size_t at = text.rfind(mark);
+    return at == std::string_view::npos ? 0 : at + 1;
+}
+
+bool Open(std::string_view text, std::string_view opening, std::string_view closing) {
+    return LastOf(text, opening) > LastOf(text, closing);
+}
+
+} // namespace
+
+OpenMarks MarksAtCaret(std::string_view text, std::size_t caret) {
+    if (caret < text.size())
+        ++caret;
+    const std::string_view before = text.substr(0, caret);
+    return {Open(before, "<b>", "</b>"), Open(before, "<i>", "</i>")};
+}
+
+std::string WithClosingMarks(std::string text) {
+    if (Open(text, "<b>", "</b>"))
+        text += "</b>";
+    if (Open(text, "<i>", "</i>"))
+        text += "</i>";
+    return text;
+}
+
+double EndAfter(double start, std::string_view duration) {
+    return RoundTime(Val(duration)) + start;
+}
+
+std::string_view WhyNot(const SUBTITLES& titles, std::int32_t index, double start, double end) {
+    if (end <= 0)
+        return "The duration cannot be negative or zero.";
+    if (index <= 1) {
+        if (start < 0)
+            return "The title cannot start before the start of the media.";
+    } else if (start < titles.EndTime(index - 1) - Noise) {
+        return "This would start the title before the end of the previous one.";
+    }
+    if (index < titles.Count() && end > titles.EndTime(index + 1) + Noise)
+        return "This would make the subtitle last until after the start of the next one.";
+    return {};
+}
+
+bool StoreTitle(SUBTITLES& titles, std::int32_t index, const std::string& text, double start,
+                double end) {
+    if (titles.Text(index) == text && SameTime(titles.StartTime(index), start) &&
+        SameTime(titles.EndTime(index), end))
+        return false;
+    titles.Text(index, text);
+    titles.UndoEnabled(false);
+    titles.StartTime(index, start);
+    titles.EndTime(index, end);
+    titles.UndoEnabled(true);
+    return true;
+}

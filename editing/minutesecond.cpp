@@ -1,0 +1,79 @@
+#include "editing/minutesecond.h"
+
+#include "model/numbers.h"
+#include "model/times.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int LastMinute = 3600;
+constexpr double Minute = 60;
+constexpr double SecondsStep = 0.1;
+
+double By(Step step, double amount) {
+    return step == Step::Up ? amount : -amount;
+}
+
+MinutesSeconds Carry(std::string_view minutes, double seconds) {
+    // The thousandths are settled by the first minute taken off, so that 119.9996
+    // carries twice. Whatever is still whole minutes then goes over at once.
+    double carried = 1;
+    std::string text = ThousandthsText(seconds - Minute);
+    double rest = ToNumber(text);
+    while (rest >= Minute) {
+        carried += std::floor(rest / Minute);
+        text = ThousandthsText(std::fmod(rest, Minute));
+        rest = ToNumber(text);
+    }
+    const double sum = RoundToInteger(Val(minutes)) + carried;
+    return {NumberText(std::min<double>(sum, LastMinute)), text};
+}
+
+} // namespace
+
+double AmountOf(std::string_view minutes, std::string_view seconds) {
+    return ToNumber(minutes) * Minute + ToNumber(seconds);
+}
+
+std::optional<std::string> MinutesInRange(std::string_view minutes) {
+    const int number = RoundToInteger(Val(minutes));
+    const int inRange = std::clamp(number, 0, LastMinute);
+    if (inRange == number)
+        return std::nullopt;
+    return NumberText(inRange);
+}
+
+std::optional<MinutesSeconds> SecondsInRange(std::string_view minutes, std::string_view seconds,
+                                             SecondsRule rule) {
+    const double number = ToNumber(seconds);
+    if (number < 0)
+        return MinutesSeconds{std::string(minutes), "0.000"};
+    if (number < Minute)
+        return std::nullopt;
+    if (rule == SecondsRule::Clamp)
+        return MinutesSeconds{std::string(minutes), "59.999"};
+    return Carry(minutes, number);
+}
+
+std::optional<std::string> StepMinutes(std::string_view minutes, Step step) {
+    const int number = RoundToInteger(Val(minutes) + By(step, 1));
+    if (step == Step::Up ? number >= LastMinute : number < 0)
+        return std::nullopt;
+    return NumberText(number);
+}
+
+std::optional<std::string> StepSeconds(std::string_view seconds, Step step) {
+    const double number = ToNumber(seconds) + By(step, SecondsStep);
+    if (step == Step::Up ? number >= Minute : number < 0)
+        return std::nullopt;
+    return ThousandthsText(number);
+}
+
+std::optional<std::string> StepTime(std::string_view time, Step step) {
+    const double moment = ParseTime(time) + By(step, 1);
+    if (step == Step::Down && !(moment > 0))
+        return std::nullopt;
+    return FormatTime(moment);
+}

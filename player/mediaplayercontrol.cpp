@@ -1,0 +1,255 @@
+#include "player/mediaplayercontrol.h"
+
+#include "player/jumpslider.h"
+#include "player/mediaicons.h"
+#include "player/mediamenu.h"
+#include "player/mediapicture.h"
+
+#include <QContextMenuEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QSignalBlocker>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+// The handle moves by less than a pixel meanwhile, in a film of usual length.
+constexpr int FollowMilliseconds = 100;
+constexpr int ButtonSide = 26;
+constexpr int IconSide = 16;
+constexpr int VolumeWidth = 64;
+constexpr int SmallestSlider = 48;
+
+/// "0:05", "1:02:03": whole seconds that have passed.
+QString TimeText(double seconds) {
+    const auto whole = static_cast<qint64>(std::max(0.0, seconds) + 0.0005);
+    const auto two = [](qint64 n) {
+        return QStringLiteral("%1").arg(n, 2, 10, QLatin1Char('0'));
+    };
+    if (whole < 3600)
+        return QStringLiteral("%1:%2").arg(QString::number(whole / 60), two(whole % 60));
+    return QStringLiteral("%1:%2:%3")
+        .arg(QString::number(whole / 3600), two(whole / 60 % 60), two(whole % 60));
+}
+
+int Milliseconds(double seconds) {
+    const double most = std::numeric_limits<int>::max();
+    return static_cast<int>(std::clamp(std::round(seconds * 1000), 0.0, most));
+}
+
+} // namespace
+
+MediaPlayerControl::MediaPlayerControl(Player& player, QWidget* parent)
+    : QWidget(parent)
+    , m_player(player) {
+    setFocusPolicy(Qt::NoFocus);
+    m_picture = new MediaPicture(player, this);
+    m_picture->setObjectName(QStringLiteral("mpPicture"));
+    m_picture->setAccessibleName(tr("Picture"));
+    m_picture->setToolTip(tr("Right-click for a player options menu, or move the mouse out to get "
+                             "rid of this text"));
+    MakeBar();
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    // The window decides about the size; the bar makes do with it.
+    layout->setSizeConstraint(QLayout::SetNoConstraint);
+    layout->addWidget(m_picture, 1);
+    layout->addWidget(m_bar);
+    m_follow.setInterval(FollowMilliseconds);
+    Listen();
+    ShowIcons();
+    Refresh();
+}
+
+MediaPlayerControl::~MediaPlayerControl() = default;
+
+QToolButton* MediaPlayerControl::MakeButton(const char* name, const QString& text) {
+    auto* button = new QToolButton(m_bar);
+    button->setObjectName(QLatin1String(name));
+    button->setAccessibleName(text);
+    button->setToolTip(text);
+    button->setAutoRaise(true);
+    button->setFocusPolicy(Qt::NoFocus);
+    button->setIconSize(QSize(IconSide, IconSide));
+    button->setFixedHeight(ButtonSide);
+    button->setMinimumWidth(ButtonSide);
+    return button;
+}
+
+QLabel* MediaPlayerControl::MakeTime(const char* name, const QString& accessible) {
+    auto* label = new QLabel(TimeText(0), m_bar);
+    label->setObjectName(QLatin1String(name));
+    label->setAccessibleName(accessible);
+    return label;
+}
+
+void MediaPlayerControl::MakeBar() {
+    m_bar = new QWidget(this);
+    m_bar->setFixedHeight(ControlBarHeight);
+    m_play = MakeButton("mpPlay", tr("Play"));
+    m_stop = MakeButton("mpStop", tr("Stop"));
+    m_slider = new JumpSlider(m_bar);
+    m_slider->setObjectName(QStringLiteral("mpSlider"));
+    m_slider->setAccessibleName(tr("Position"));
+    m_slider->setMinimumWidth(SmallestSlider);
+    m_elapsed = MakeTime("mpElapsed", tr("Elapsed time"));
+    m_elapsed->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_slash = new QLabel(QStringLiteral("/"), m_bar);
+    m_total = MakeTime("mpTotal", tr("Total time"));
+    m_mute = MakeButton("mpMute", tr("Mute"));
+    m_mute->setCheckable(true);
+    m_volume = new JumpSlider(m_bar);
+    m_volume->setObjectName(QStringLiteral("mpVolume"));
+    m_volume->setAccessibleName(tr("Volume"));
+    m_volume->setToolTip(tr("Volume"));
+    m_volume->setRange(0, 100);
+    m_volume->setFixedWidth(VolumeWidth);
+    m_rate = MakeButton("mpRate", tr("Playback rate"));
+    m_rate->setPopupMode(QToolButton::InstantPopup);
+    m_rates = new QMenu(m_rate);
+    m_rate->setMenu(m_rates);
+
+    auto* layout = new QHBoxLayout(m_bar);
+    layout->setContentsMargins(StripSpace, 0, 6, 0);
+    layout->setSpacing(4);
+    layout->addWidget(m_play);
+    layout->addWidget(m_stop);
+    layout->addWidget(m_slider, 1);
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{m_elapsed, m_slash, m_total, m_mute, m_volume, m_rate})
+        layout->addWidget(widget);
+}
+
+void MediaPlayerControl::Listen() {
+    connect(m_play, &QToolButton::clicked, this, [this] {
+        if (m_player.State() == Player::Playing)
+            m_player.Pause();
+        else
+            m_player.Play();
+        emit m_player.Activated();
+    });
+    connect(m_stop, &QToolButton::clicked, this, [this] {
+        m_player.Stop();
+        emit m_player.Activated();
+    });
+    connect(m_mute, &QToolButton::clicked, this, [this](bool on) {
+        m_player.Muted(on);
+        emit m_player.Activated();
+    });
+    connect(m_slider, &QSlider::valueChanged, this, &MediaPlayerControl::Seek);
+    connect(m_slider, &QSlider::sliderReleased, &m_player, &Player::Activated);
+    connect(m_volume, &QSlider::valueChanged, this, [this](int value) { m_player.Volume(value); });
+    connect(m_volume, &QSlider::sliderReleased, &m_player, &Player::Activated);
+    connect(m_rates, &QMenu::aboutToShow, this, [this] {
+        m_rates->clear();
+        FillRateMenu(*m_rates, m_player);
+    });
+    connect(&m_follow, &QTimer::timeout, this, [this] { Follow(m_player.CurrentPosition()); });
+    connect(&m_player, &Player::PositionChange, this,
+            [this](double /*from*/, double to) { Follow(to); });
+    connect(&m_player, &Player::PlayStateChange, this, &MediaPlayerControl::Refresh);
+    connect(&m_player, &Player::ReadyStateChange, this, &MediaPlayerControl::Refresh);
+    connect(&m_player, &Player::PropertiesChanged, this, &MediaPlayerControl::Refresh);
+}
+
+void MediaPlayerControl::Refresh() {
+    const bool ready = m_player.ReadyState() != 0;
+    const bool playing = m_player.State() == Player::Playing;
+    m_bar->setEnabled(ready);
+    m_slider->setEnabled(ready && m_player.Length() > 0);
+    m_play->setToolTip(playing ? tr("Pause") : tr("Play"));
+    m_play->setAccessibleName(m_play->toolTip());
+    m_mute->setChecked(m_player.Muted());
+    {
+        const QSignalBlocker quiet(m_volume);
+        m_volume->setValue(m_player.Volume());
+    }
+    {
+        const QSignalBlocker quiet(m_slider);
+        m_slider->setRange(0, Milliseconds(m_player.Length()));
+        // What a step by an assistive tool means.
+        m_slider->setSingleStep(1000);
+        m_slider->setPageStep(10000);
+    }
+    m_total->setText(TimeText(m_player.Length()));
+    // The slider does not move when another digit comes.
+    m_elapsed->setMinimumWidth(m_elapsed->fontMetrics().horizontalAdvance(m_total->text()));
+    m_rate->setText(RateText(m_player.Rate()));
+    if (playing)
+        m_follow.start();
+    else
+        m_follow.stop();
+    ShowIcons();
+    Follow(m_player.CurrentPosition());
+    FitBar();
+}
+
+void MediaPlayerControl::Follow(double position) {
+    m_elapsed->setText(TimeText(position));
+    if (m_slider->isSliderDown())
+        return;
+    const QSignalBlocker quiet(m_slider);
+    m_slider->setValue(Milliseconds(position));
+}
+
+void MediaPlayerControl::Seek(int milliseconds) {
+    // The slider's last millisecond is the media's end.
+    m_player.CurrentPosition(milliseconds == m_slider->maximum() ? m_player.Length()
+                                                                 : milliseconds / 1000.0);
+}
+
+void MediaPlayerControl::ShowIcons() {
+    const bool playing = m_player.State() == Player::Playing;
+    m_play->setIcon(MediaIcon(playing ? MediaShape::Pause : MediaShape::Play, palette()));
+    m_stop->setIcon(MediaIcon(MediaShape::Stop, palette()));
+    m_mute->setIcon(
+        MediaIcon(m_player.Muted() ? MediaShape::Silence : MediaShape::Sound, palette()));
+}
+
+/// In a narrow window the slider keeps its room; what the menu offers too goes first.
+void MediaPlayerControl::FitBar() {
+    QWidget* const dispensable[] = {m_volume, m_total, m_rate, m_mute};
+    for (QWidget* widget : dispensable)
+        widget->show();
+    m_slash->show();
+    for (QWidget* widget : dispensable) {
+        m_bar->layout()->invalidate();
+        if (m_bar->layout()->minimumSize().width() <= width())
+            return;
+        widget->hide();
+        m_slash->setVisible(!m_total->isHidden());
+    }
+}
+
+void MediaPlayerControl::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        ShowIcons();
+}
+
+void MediaPlayerControl::contextMenuEvent(QContextMenuEvent* event) {
+    if (m_player.ReadyState() == 0)
+        return;
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    FillMediaMenu(*menu, m_player);
+    menu->popup(event->globalPos());
+}
+
+void MediaPlayerControl::mousePressEvent(QMouseEvent* event) {
+    QWidget::mousePressEvent(event);
+    emit m_player.Activated();
+}
+
+void MediaPlayerControl::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    FitBar();
+}
