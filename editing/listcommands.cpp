@@ -32,8 +32,9 @@ bool ShowSooner(SUBTITLES& titles, std::int32_t index) {
     return true;
 }
 
-void ShowLater(SUBTITLES& titles, std::int32_t index) {
+bool ShowLater(SUBTITLES& titles, std::int32_t index) {
     Move(titles, index, MoveStep);
+    return true;
 }
 
 bool ShowShorter(SUBTITLES& titles, std::int32_t index) {

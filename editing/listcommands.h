@@ -11,8 +11,8 @@
 /// A tenth of a second earlier, unless that is before 0 in whole seconds. false:
 /// the title was left alone.
 bool ShowSooner(SUBTITLES& titles, std::int32_t index);
-/// A tenth of a second later.
-void ShowLater(SUBTITLES& titles, std::int32_t index);
+/// A tenth of a second later; always true.
+bool ShowLater(SUBTITLES& titles, std::int32_t index);
 
 /// The end 0.05 s earlier, the duration at least 0.25 s. true: that limit was met.
 bool ShowShorter(SUBTITLES& titles, std::int32_t index);

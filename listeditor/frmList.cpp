@@ -35,8 +35,8 @@ frmList::frmList(EditorHost& host, QWidget* parent)
     , m_host(host)
     , m_rows(new RowModel(this))
     , m_actions(
-          *this, [this](const QString& key) { DoCommand(key); },
-          [this](const QString& name) { MenuEntry_Click(name); }) {
+          *this, Commands(), [this](const ListCommand& command) { RunByKey(command); },
+          [this](const ListCommand& command) { command.run(*this); }) {
     TB = m_actions.TB();
     setObjectName("frmList");
     setWindowTitle("Subtitle Editor");
@@ -59,31 +59,10 @@ void frmList::LayOut() {
     resize(qMax(ToPixels(DesignWidth), TB->sizeHint().width()), ToPixels(DesignHeight));
     if (parentWidget() != nullptr)
         PlaceBeside(*this, *parentWidget()->window());
-    AddListActions();
+    LV->setContextMenuPolicy(Qt::ActionsContextMenu);
+    LV->addActions(m_actions.ContextEntries());
     UpdateColours();
     LV->setFocus();
-}
-
-void frmList::AddListActions() {
-    auto* findNext = new QAction(tr("Find &Next"), this);
-    findNext->setObjectName("FindNext");
-    findNext->setShortcut(Qt::Key_F3);
-    connect(findNext, &QAction::triggered, this, [this] { Guarded([this] { FindNext(); }); });
-    auto* selectAll = new QAction(tr("Select &All"), this);
-    selectAll->setObjectName("SelectAll");
-    selectAll->setShortcut(QKeySequence::SelectAll);
-    connect(selectAll, &QAction::triggered, LV, &TitleView::selectAll);
-    addAction(findNext);
-    addAction(selectAll);
-    LV->setContextMenuPolicy(Qt::ActionsContextMenu);
-    for (QAction* entry : m_actions.TitleEntries()) {
-        if (entry->objectName() == "mnuTimeSooner") {
-            auto* separator = new QAction(LV);
-            separator->setSeparator(true);
-            LV->addActions({findNext, selectAll, separator});
-        }
-        LV->addAction(entry);
-    }
 }
 
 void frmList::ConnectList() {

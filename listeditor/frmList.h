@@ -8,6 +8,7 @@
 #include <QPointer>
 
 #include <cstdint>
+#include <span>
 
 class RowModel;
 enum class RowColour : std::uint8_t;
@@ -30,6 +31,8 @@ class frmList final : public QMainWindow, public TitleList {
     std::int32_t FirstMark = 0;
     std::int32_t SecondMark = 0;
 
+    /// The rows that buttons, menus, shortcuts and `DoCommand` are made from.
+    static std::span<const ListCommand> Commands();
     /// Runs the command with that key; there is no error in an unknown one.
     void DoCommand(const QString& key);
     void CorrectSpelling();
@@ -83,7 +86,6 @@ class frmList final : public QMainWindow, public TitleList {
   private:
     void LayOut();
     void ConnectList();
-    void AddListActions();
     void Form_Load();
     void Form_Resize();
     void Form_QueryUnload();
@@ -93,29 +95,20 @@ class frmList final : public QMainWindow, public TitleList {
     void LoadColumns();
     void UpdateColours();
 
-    void MenuEntry_Click(const QString& name);
+    void RunByKey(const ListCommand& command);
     void Undo();
     void Edit();
     void Find();
     void FindNext();
-    void Sooner();
-    void Later();
-    void Shorter();
-    void Longer();
     void Stretch();
     void Shift();
     void Insert();
     void Delete();
-    void CorrectSpellingCommand();
-    void ConvertItalicsCommand();
-    void Bye();
     void MoveTitles(bool (*change)(SUBTITLES&, std::int32_t));
     void ChangeDuration(bool (*change)(SUBTITLES&, std::int32_t));
     void ShowCorrected(const std::vector<std::int32_t>& rows);
     void RemoveRows(const std::vector<std::int32_t>& rows, bool lastStaysSelected);
     void OpenEdit();
-    void OpenStretch();
-    void OpenShift();
 
     SUBTITLES& Subt() { return m_host.session().Subt; }
     void SelectionChanged();

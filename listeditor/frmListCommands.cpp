@@ -14,57 +14,19 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <array>
-#include <utility>
 
 void frmList::DoCommand(const QString& key) {
-    using Handler = void (frmList::*)();
-    static constexpr std::array<std::pair<const char*, Handler>, 14> Handlers{{
-        {"Undo", &frmList::Undo},
-        {"Edit", &frmList::Edit},
-        {"Find", &frmList::Find},
-        {"Sooner", &frmList::Sooner},
-        {"Later", &frmList::Later},
-        {"Shorter", &frmList::Shorter},
-        {"Longer", &frmList::Longer},
-        {"Stretch", &frmList::Stretch},
-        {"Shift", &frmList::Shift},
-        {"Spelling", &frmList::CorrectSpellingCommand},
-        {"Italic", &frmList::ConvertItalicsCommand},
-        {"Insert", &frmList::Insert},
-        {"Delete", &frmList::Delete},
-        {"Bye", &frmList::Bye},
-    }};
-    for (const auto& [name, handler] : Handlers)
-        if (key == QLatin1String(name))
-            return (this->*handler)();
+    if (key.isEmpty())
+        return;
+    for (const ListCommand& command : Commands())
+        if (key == QLatin1String(command.key))
+            return RunByKey(command);
 }
 
-void frmList::MenuEntry_Click(const QString& name) {
-    using Handler = void (frmList::*)();
-    // Unlike the buttons of the same name, the entries for spelling, stretch and
-    // shift do not themselves count as a change.
-    static constexpr std::array<std::pair<const char*, Handler>, 16> Handlers{{
-        {"mnuViewFont", &frmList::mnuViewFont_Click},
-        {"mnuViewToolbar", &frmList::mnuViewToolbar_Click},
-        {"mnuEditUndo", &frmList::Undo},
-        {"mnuEditEdit", &frmList::OpenEdit},
-        {"mnuEditSpell", &frmList::CorrectSpelling},
-        {"mnuEditFind", &frmList::Find},
-        {"mnuEditInsert", &frmList::Insert},
-        {"mnuEditDelete", &frmList::Delete},
-        {"mnuTimeSooner", &frmList::Sooner},
-        {"mnuTimeLater", &frmList::Later},
-        {"mnuTimeShorter", &frmList::Shorter},
-        {"mnuTimeLonger", &frmList::Longer},
-        {"mnuTimeFirst", &frmList::mnuTimeFirst_Click},
-        {"mnuTimeSecond", &frmList::mnuTimeSecond_Click},
-        {"mnuTimeStretch", &frmList::OpenStretch},
-        {"mnuTimeShift", &frmList::OpenShift},
-    }};
-    for (const auto& [entry, handler] : Handlers)
-        if (name == QLatin1String(entry))
-            return (this->*handler)();
+void frmList::RunByKey(const ListCommand& command) {
+    command.run(*this);
+    if (command.keyIsChange)
+        session().SubtitlesChanged = true;
 }
 
 void frmList::Undo() {
@@ -90,22 +52,12 @@ void frmList::OpenEdit() {
     (new frmEdit(*this, this))->exec();
 }
 
-void frmList::OpenStretch() {
+void frmList::Stretch() {
     (new frmStretch(*this, this))->exec();
 }
 
-void frmList::OpenShift() {
-    (new frmShift(*this, this))->exec();
-}
-
-void frmList::Stretch() {
-    OpenStretch();
-    session().SubtitlesChanged = true;
-}
-
 void frmList::Shift() {
-    OpenShift();
-    session().SubtitlesChanged = true;
+    (new frmShift(*this, this))->exec();
 }
 
 void frmList::Find() {
@@ -137,17 +89,6 @@ void frmList::MoveTitles(bool (*change)(SUBTITLES&, std::int32_t)) {
     TitlesChanged();
 }
 
-void frmList::Sooner() {
-    MoveTitles(ShowSooner);
-}
-
-void frmList::Later() {
-    MoveTitles([](SUBTITLES& titles, std::int32_t row) {
-        ShowLater(titles, row);
-        return true;
-    });
-}
-
 void frmList::ChangeDuration(bool (*change)(SUBTITLES&, std::int32_t)) {
     const std::int32_t row = SelectedItem();
     if (row == 0)
@@ -159,14 +100,6 @@ void frmList::ChangeDuration(bool (*change)(SUBTITLES&, std::int32_t)) {
     ShowEdited(row);
     m_rows->Show(row, row);
     TitlesChanged();
-}
-
-void frmList::Shorter() {
-    ChangeDuration(ShowShorter);
-}
-
-void frmList::Longer() {
-    ChangeDuration(ShowLonger);
 }
 
 void frmList::Insert() {
@@ -222,18 +155,4 @@ void frmList::CorrectSpelling() {
 
 void frmList::ConvertItalics() {
     ShowCorrected(::ConvertItalics(Subt()));
-}
-
-void frmList::CorrectSpellingCommand() {
-    CorrectSpelling();
-    session().SubtitlesChanged = true;
-}
-
-void frmList::ConvertItalicsCommand() {
-    ConvertItalics();
-    session().SubtitlesChanged = true;
-}
-
-void frmList::Bye() {
-    close();
 }

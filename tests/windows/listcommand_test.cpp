@@ -2,9 +2,15 @@
 
 #include <QAction>
 
+#include <algorithm>
+#include <functional>
+#include <set>
+#include <string>
+#include <string_view>
+
 namespace {
 
-class ListCommand : public ListTest {
+class ListCommands : public ListTest {
   protected:
     void Do(std::int32_t row, const char* key) {
         Select({row});
@@ -12,7 +18,7 @@ class ListCommand : public ListTest {
     }
 };
 
-TEST_F(ListCommand, SoonerPassesJustBelowZero) {
+TEST_F(ListCommands, SoonerPassesJustBelowZero) {
     Open({{0, 2, "a"}, {-0.45, 2, "b"}});
     Do(1, "Sooner");
     EXPECT_NEAR(Subt().StartTime(1), -0.1, 1e-9);
@@ -29,7 +35,7 @@ TEST_F(ListCommand, SoonerPassesJustBelowZero) {
     EXPECT_TRUE(host.positions.empty());
 }
 
-TEST_F(ListCommand, LaterMovesAllSelectedAndThePlayerOnce) {
+TEST_F(ListCommands, LaterMovesAllSelectedAndThePlayerOnce) {
     Open();
     Select({2, 4});
     host.positions.clear();
@@ -47,13 +53,13 @@ TEST_F(ListCommand, LaterMovesAllSelectedAndThePlayerOnce) {
     EXPECT_EQ(List().SelectedRows(), (std::vector<std::int32_t>{2, 4}));
 }
 
-TEST_F(ListCommand, MarkedRowsKeepTheirColour) {
+TEST_F(ListCommands, MarkedRowsKeepTheirColour) {
     Open();
     Do(1, "Later");
     EXPECT_EQ(Colour(1), First);
 }
 
-TEST_F(ListCommand, ShorterSetsTheFlagAtItsLimitOnly) {
+TEST_F(ListCommands, ShorterSetsTheFlagAtItsLimitOnly) {
     Open({{1, 1.1, "a"}, {10, 13, "b"}});
     Do(1, "Shorter");
     EXPECT_EQ(Cell(1, 2), "0.25");
@@ -65,7 +71,7 @@ TEST_F(ListCommand, ShorterSetsTheFlagAtItsLimitOnly) {
     EXPECT_FALSE(session().SubtitlesChanged);
 }
 
-TEST_F(ListCommand, LongerStopsAQuarterSecondBeforeTheNext) {
+TEST_F(ListCommands, LongerStopsAQuarterSecondBeforeTheNext) {
     Open({{1, 4.73, "a"}, {5, 6, "b"}});
     Do(1, "Longer");
     EXPECT_EQ(Subt().EndTime(1), 4.75);
@@ -77,7 +83,7 @@ TEST_F(ListCommand, LongerStopsAQuarterSecondBeforeTheNext) {
     EXPECT_FALSE(session().SubtitlesChanged);
 }
 
-TEST_F(ListCommand, CommandsOnTheCurrentTitleDoNothingWithoutOne) {
+TEST_F(ListCommands, CommandsOnTheCurrentTitleDoNothingWithoutOne) {
     Open();
     List().LV->clearSelection();
     for (const char* key : {"Shorter", "Longer", "Insert", "Edit"})
@@ -89,7 +95,7 @@ TEST_F(ListCommand, CommandsOnTheCurrentTitleDoNothingWithoutOne) {
     EXPECT_EQ(host.changes, 0);
 }
 
-TEST_F(ListCommand, InsertBetweenTwoTitles) {
+TEST_F(ListCommands, InsertBetweenTwoTitles) {
     Open({{10, 12, "a"}, {20, 22, "b"}, {20.2, 23, "c"}});
     Do(2, "Insert");
     ASSERT_EQ(Subt().Count(), 4);
@@ -111,7 +117,7 @@ TEST_F(ListCommand, InsertBetweenTwoTitles) {
     EXPECT_EQ(Cell(4, 2), "0.25");
 }
 
-TEST_F(ListCommand, InsertBeforeTheFirstTakesItsMark) {
+TEST_F(ListCommands, InsertBeforeTheFirstTakesItsMark) {
     Open();
     Do(1, "Insert");
     EXPECT_EQ(Subt().StartTime(1), 5);
@@ -119,7 +125,7 @@ TEST_F(ListCommand, InsertBeforeTheFirstTakesItsMark) {
     EXPECT_EQ(Colour(2), Plain);
 }
 
-TEST_F(ListCommand, DeleteAllLeavesTheLast) {
+TEST_F(ListCommands, DeleteAllLeavesTheLast) {
     Open();
     QTest::keyClick(List().LV, Qt::Key_A, Qt::ControlModifier);
     List().DoCommand("Delete");
@@ -133,7 +139,7 @@ TEST_F(ListCommand, DeleteAllLeavesTheLast) {
     EXPECT_EQ(Subt().UndoCount(), 4);
 }
 
-TEST_F(ListCommand, DeleteTakesTheSelectedAndResetsTheMarks) {
+TEST_F(ListCommands, DeleteTakesTheSelectedAndResetsTheMarks) {
     Open();
     Select({2, 3});
     Child<QAction>(List(), "mnuTimeFirst").trigger();
@@ -149,7 +155,7 @@ TEST_F(ListCommand, DeleteTakesTheSelectedAndResetsTheMarks) {
     EXPECT_EQ(List().SelectedItem(), 0);
 }
 
-TEST_F(ListCommand, UndoGoesBackToTheStart) {
+TEST_F(ListCommands, UndoGoesBackToTheStart) {
     Open();
     Do(2, "Later");
     Do(3, "Insert");
@@ -167,7 +173,7 @@ TEST_F(ListCommand, UndoGoesBackToTheStart) {
     EXPECT_FALSE(ButtonEnabled("Undo"));
 }
 
-TEST_F(ListCommand, UndoShowsAndSelectsItsRow) {
+TEST_F(ListCommands, UndoShowsAndSelectsItsRow) {
     Open();
     Do(3, "Later");
     session().SubtitlesChanged = false;
@@ -183,14 +189,14 @@ TEST_F(ListCommand, UndoShowsAndSelectsItsRow) {
     EXPECT_EQ(List().SelectedRows(), std::vector<std::int32_t>{1}) << "there was nothing left";
 }
 
-TEST_F(ListCommand, UndoLeavesTheColourOfMarks) {
+TEST_F(ListCommands, UndoLeavesTheColourOfMarks) {
     Open();
     Do(5, "Later");
     List().DoCommand("Undo");
     EXPECT_EQ(Colour(5), Second);
 }
 
-TEST_F(ListCommand, SpellingGoesOverAllTitles) {
+TEST_F(ListCommands, SpellingGoesOverAllTitles) {
     Open({{1, 2, "x"}, {3, 4, "lt was I."}, {5, 6, "Hello. lt"}, {7, 8, "x"}});
     Subt().Text(1, "y");
     List().DoCommand("Spelling");
@@ -202,14 +208,14 @@ TEST_F(ListCommand, SpellingGoesOverAllTitles) {
     EXPECT_FALSE(ButtonEnabled("Undo"));
 }
 
-TEST_F(ListCommand, TheSpellingEntryDoesNotSetTheFlag) {
+TEST_F(ListCommands, TheSpellingEntryDoesNotSetTheFlag) {
     Open({{1, 2, "lt"}});
     Child<QAction>(List(), "mnuEditSpell").trigger();
     EXPECT_EQ(Subt().Text(1), "It");
     EXPECT_FALSE(session().SubtitlesChanged);
 }
 
-TEST_F(ListCommand, ItalicGoesOverAllTitles) {
+TEST_F(ListCommands, ItalicGoesOverAllTitles) {
     Open({{1, 2, "x"}, {3, 4, "/Hello /world again"}, {5, 6, "x"}});
     QTest::mouseClick(&Child<QToolButton>(List(), "Italic"), Qt::LeftButton);
     EXPECT_EQ(Cell(2, 0), "<i>Hello world</i> again");
@@ -217,7 +223,139 @@ TEST_F(ListCommand, ItalicGoesOverAllTitles) {
     EXPECT_TRUE(session().SubtitlesChanged);
 }
 
-TEST_F(ListCommand, KeysAreExact) {
+struct KeyRow {
+    const char* key;
+    const char* entry;
+    const char* shortcut;
+    Needs needs;
+};
+
+// What the table of commands must say; nothing else shows a command that got lost in it.
+const std::vector<KeyRow> Keys{
+    {"Undo", "mnuEditUndo", "Ctrl+Z", Needs::UndoSteps},
+    {"Find", "mnuEditFind", "Ctrl+F", Needs::Nothing},
+    {"Italic", "", "", Needs::Nothing},
+    {"Spelling", "mnuEditSpell", "", Needs::Nothing},
+    {"Edit", "mnuEditEdit", "Return", Needs::CurrentTitle},
+    {"Insert", "mnuEditInsert", "Ins", Needs::CurrentTitle},
+    {"Delete", "mnuEditDelete", "Del", Needs::TwoRows},
+    {"Sooner", "mnuTimeSooner", "Ctrl+Left", Needs::Nothing},
+    {"Later", "mnuTimeLater", "Ctrl+Right", Needs::Nothing},
+    {"Shorter", "mnuTimeShorter", "Ctrl+Shift+Left", Needs::CurrentTitle},
+    {"Longer", "mnuTimeLonger", "Ctrl+Shift+Right", Needs::CurrentTitle},
+    {"Stretch", "mnuTimeStretch", "Ctrl+T", Needs::Nothing},
+    {"Shift", "mnuTimeShift", "Ctrl+H", Needs::Nothing},
+    {"Bye", "", "", Needs::Nothing},
+    {"FindNext", "mnuListFindNext", "F3", Needs::Nothing},
+    {"SelectAll", "mnuListSelectAll", "Ctrl+A", Needs::Nothing},
+    {"", "mnuTimeFirst", "Ctrl+1", Needs::CurrentTitle},
+    {"", "mnuTimeSecond", "Ctrl+2", Needs::CurrentTitle},
+    {"", "mnuViewFont", "", Needs::Nothing},
+    {"", "mnuViewToolbar", "", Needs::Nothing},
+};
+
+TEST(ListTable, HasTheseCommands) {
+    for (const KeyRow& expected : Keys) {
+        const auto rows = frmList::Commands();
+        const auto row = std::find_if(rows.begin(), rows.end(), [&](const ListCommand& command) {
+            return std::string_view(command.key) == expected.key &&
+                   std::string_view(command.entry) == expected.entry;
+        });
+        ASSERT_NE(row, rows.end()) << expected.key << expected.entry;
+        EXPECT_STREQ(row->shortcut, expected.shortcut) << expected.key << expected.entry;
+        EXPECT_EQ(row->needs, expected.needs) << expected.key << expected.entry;
+    }
+}
+
+TEST(ListTable, NoTwoRowsShareAnything) {
+    std::set<std::string> seen;
+    for (const ListCommand& command : frmList::Commands()) {
+        EXPECT_NE(command.run, nullptr);
+        EXPECT_TRUE(*command.caption == '\0' || command.sign != Sign::None) << command.key;
+        EXPECT_EQ(*command.entry == '\0', command.menu == ListMenu::None) << command.key;
+        for (const std::string& text : {std::string(command.key), std::string(command.entry),
+                                        QKeySequence(command.shortcut).toString().toStdString()})
+            EXPECT_TRUE(text.empty() || seen.insert(text).second) << text;
+        const std::string place =
+            std::to_string(static_cast<int>(command.menu)) + ':' + std::to_string(command.place);
+        EXPECT_TRUE(command.menu == ListMenu::None || seen.insert(place).second) << place;
+    }
+}
+
+TEST_F(ListCommands, EveryRowIsInTheWindow) {
+    Open();
+    const QList<QAction*> beside = List().LV->actions();
+    for (const ListCommand& command : frmList::Commands()) {
+        if (*command.caption != '\0') {
+            EXPECT_EQ(Child<QToolButton>(List(), command.key).text(), command.caption);
+        }
+        if (*command.entry == '\0')
+            continue;
+        QAction& entry = Child<QAction>(List(), command.entry);
+        EXPECT_EQ(entry.text(), command.entryCaption);
+        EXPECT_EQ(entry.shortcut(), QKeySequence(command.shortcut)) << command.entry;
+        EXPECT_TRUE(List().actions().contains(&entry)) << command.entry;
+        EXPECT_EQ(beside.contains(&entry), command.menu != ListMenu::View) << command.entry;
+    }
+}
+
+struct NeedRow {
+    const char* name;
+    Needs needs;
+    std::function<void(frmList&, SUBTITLES&)> meet;
+};
+
+class ListNeed : public ListCommands, public testing::WithParamInterface<NeedRow> {
+  protected:
+    void ExpectEnabled(bool enabled) {
+        for (const ListCommand& command : frmList::Commands()) {
+            if (command.needs != GetParam().needs)
+                continue;
+            if (*command.caption != '\0') {
+                EXPECT_EQ(ButtonEnabled(command.key), enabled) << command.key;
+            }
+            if (*command.entry != '\0') {
+                EXPECT_EQ(Child<QAction>(List(), command.entry).isEnabled(), enabled)
+                    << command.entry;
+            }
+        }
+    }
+};
+
+TEST_P(ListNeed, EnablesButtonsAndEntriesTogether) {
+    Open({{1, 2, "only"}});
+    ExpectEnabled(GetParam().needs == Needs::Nothing);
+    GetParam().meet(List(), Subt());
+    ExpectEnabled(true);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, ListNeed,
+                         testing::Values(NeedRow{"Nothing", Needs::Nothing,
+                                                 [](frmList&, SUBTITLES&) {
+                                                 }},
+                                         NeedRow{"CurrentTitle", Needs::CurrentTitle,
+                                                 [](frmList& list, SUBTITLES&) {
+                                                     list.LV->selectAll();
+                                                 }},
+                                         NeedRow{"TwoRows", Needs::TwoRows,
+                                                 [](frmList& list, SUBTITLES& titles) {
+                                                     titles.Add(3, 4, "second");
+                                                     list.LoadList();
+                                                 }},
+                                         NeedRow{"UndoSteps", Needs::UndoSteps,
+                                                 [](frmList&, SUBTITLES& titles) {
+                                                     titles.Text(1, "other");
+                                                 }}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(ListCommands, SelectAllIsACommand) {
+    Open();
+    List().DoCommand("SelectAll");
+    EXPECT_EQ(List().SelectedRows(), (std::vector<std::int32_t>{1, 2, 3, 4, 5}));
+    EXPECT_FALSE(session().SubtitlesChanged);
+}
+
+TEST_F(ListCommands, KeysAreExact) {
     Open();
     for (const char* key : {"sooner", "SOONER", "Sooner ", "", "Font"})
         Do(2, key);
@@ -232,7 +370,7 @@ struct ShortcutRow {
     double end;
 };
 
-class ListShortcut : public ListCommand, public testing::WithParamInterface<ShortcutRow> {};
+class ListShortcut : public ListCommands, public testing::WithParamInterface<ShortcutRow> {};
 
 TEST_P(ListShortcut, ChangesTheCurrentTitle) {
     Open();
@@ -254,7 +392,7 @@ INSTANTIATE_TEST_SUITE_P(
                     ShortcutRow{Qt::Key_Insert, Qt::NoModifier, 15, 17},
                     ShortcutRow{Qt::Key_Delete, Qt::NoModifier, 30, 32}));
 
-TEST_F(ListCommand, ManyRowsAtOnce) {
+TEST_F(ListCommands, ManyRowsAtOnce) {
     std::vector<TestTitle> titles;
     for (int i = 0; i < 20000; ++i)
         titles.push_back({i * 3.0 + 1, i * 3.0 + 2, "x"});

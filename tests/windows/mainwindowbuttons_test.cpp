@@ -173,7 +173,6 @@ TEST_F(MainWindowMarks, ClosingTheListEditorEnablesTheEditingButtons) {
 
 TEST_F(MainWindowMarks, TwoMarksStretchTheSelectedTitles) {
     List().DoCommand("SelectAll");
-    List().LV->selectAll();
     player->CurrentPosition(2);
     Click("cmdBlue");
     player->CurrentPosition(12);
