@@ -17,8 +17,8 @@
 
 namespace {
 
-constexpr std::array<const char*, RowModel::Columns> ColumnValues{"ListCol1", "ListCol2",
-                                                                  "ListCol3"};
+constexpr std::array<NumberSetting, RowModel::Columns> ColumnValues{"ListCol1", "ListCol2",
+                                                                    "ListCol3"};
 /// What the designed columns leave free for the scroll bar.
 constexpr int BesideColumns = 30;
 
@@ -42,7 +42,7 @@ void frmList::LoadSettings() {
            ToPixels(settings.Dword("ListHeight", ToTwips(height()))));
     KeepReachable(*this);
 
-    const bool toolbar = settings.Dword("Toolbar", 1) != 0;
+    const bool toolbar = settings.Dword("Toolbar") != 0;
     m_actions.Entry("mnuViewToolbar")->setChecked(toolbar);
     TB->setVisible(toolbar);
     LoadColumns();

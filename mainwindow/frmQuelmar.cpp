@@ -170,33 +170,31 @@ void frmQuelmar::ReadSettings() {
         screens << screen->availableGeometry();
     const QRect design = DesignPlace(DesignSize, MinimumSize(),
                                      QGuiApplication::primaryScreen()->availableGeometry());
-    const auto read = [&](const char* name, int designed) {
-        return ToPixels(settings.Dword(QString::fromLatin1(name), ToTwips(designed)));
+    const auto read = [&](NumberSetting name, int designed) {
+        return ToPixels(settings.Dword(name, ToTwips(designed)));
     };
     const QRect remembered(read("Left", design.left()), read("Top", design.top()),
                            read("Width", design.width()), read("Height", design.height()));
     const QRect place = WindowPlace(remembered, design, MinimumSize(), screens);
     move(place.topLeft());
     resize(place.size());
-    DLG.FileName = settings.String(QStringLiteral("MRU"), {});
-    m_session.FrameRate = StoredFrameRate(settings.String(
-        QStringLiteral("LastFrameRate"), QString::fromStdString(NumberText(DefaultFrameRate))));
-    m_codePage =
-        settings.String(QStringLiteral("CodePage"), QStringLiteral("windows-1252")).toStdString();
-    m_lagMilliseconds = settings.Dword(QStringLiteral("LagMs"), 0);
+    DLG.FileName = settings.String("MRU");
+    m_session.FrameRate = StoredFrameRate(settings.String("LastFrameRate"));
+    m_codePage = settings.String("CodePage").toStdString();
+    m_lagMilliseconds = settings.Dword("LagMs");
 }
 
 void frmQuelmar::WriteSettings() const {
     Settings settings;
     if (!isMinimized() && !isMaximized() && !isFullScreen()) {
-        settings.SetDword(QStringLiteral("Left"), ToTwips(x()));
-        settings.SetDword(QStringLiteral("Top"), ToTwips(y()));
-        settings.SetDword(QStringLiteral("Width"), ToTwips(width()));
-        settings.SetDword(QStringLiteral("Height"), ToTwips(height()));
+        settings.SetDword("Left", ToTwips(x()));
+        settings.SetDword("Top", ToTwips(y()));
+        settings.SetDword("Width", ToTwips(width()));
+        settings.SetDword("Height", ToTwips(height()));
     }
-    settings.SetString(QStringLiteral("LastFrameRate"),
+    settings.SetString("LastFrameRate",
                        QString::fromStdString(NumberText(RoundTime(m_session.FrameRate))));
-    settings.SetString(QStringLiteral("MRU"), DLG.FileName);
+    settings.SetString("MRU", DLG.FileName);
 }
 
 void frmQuelmar::Form_Resize() {

@@ -77,15 +77,18 @@ TEST_F(DamagedSettings, ARateThatIsNoneGivesTwentyFive) {
 }
 
 TEST_F(DamagedSettings, ValuesOfAnotherTypeGiveTheirDefaults) {
-    Write("[General]\nnumber=12\nword=twelve\nhuge=4294967296\nlist=a, b\n");
+    Write("[General]\nLeft=12\nTop=twelve\nWidth=4294967296\nHeight=a, b\nToolbar=on\n"
+          "MRU=12\n");
     const Settings settings;
-    EXPECT_EQ(settings.Dword("number", 7), 12);
-    EXPECT_EQ(settings.Dword("word", 7), 7);
-    EXPECT_EQ(settings.Dword("huge", 7), 7);
-    EXPECT_EQ(settings.Dword("list", 7), 7);
-    EXPECT_EQ(settings.Dword("missing", 7), 7);
-    EXPECT_EQ(settings.String("missing", "default").toStdString(), "default");
-    EXPECT_EQ(settings.String("number", "default").toStdString(), "12");
+    EXPECT_EQ(settings.Dword("Left", 7), 12);
+    EXPECT_EQ(settings.Dword("Top", 7), 7);
+    EXPECT_EQ(settings.Dword("Width", 7), 7);
+    EXPECT_EQ(settings.Dword("Height", 7), 7);
+    EXPECT_EQ(settings.Dword("Toolbar"), 1);
+    EXPECT_EQ(settings.Dword("LagMs"), 0);
+    EXPECT_EQ(settings.String("ListFont", "default").toStdString(), "default");
+    EXPECT_EQ(settings.String("CodePage").toStdString(), "windows-1252");
+    EXPECT_EQ(settings.String("MRU").toStdString(), "12");
 }
 
 } // namespace

@@ -205,7 +205,7 @@ TEST_F(FrameRateDialog, ARateSurvivesTheSettings) {
     EXPECT_TRUE(Enter("23.976"));
     Settings().SetString("LastFrameRate",
                          QString::fromStdString(NumberText(RoundTime(session.FrameRate))));
-    EXPECT_EQ(RoundTime(ToNumber(Settings().String("LastFrameRate", "25").toStdString())), 23.976);
+    EXPECT_EQ(RoundTime(ToNumber(Settings().String("LastFrameRate").toStdString())), 23.976);
 }
 
 TEST_F(FrameRateDialog, ItsCloseBoxKeepsTheRate) {
