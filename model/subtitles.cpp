@@ -32,6 +32,7 @@ void SUBTITLES::Clear() {
     m_starts = {};
     m_ends = {};
     m_texts = {};
+    m_extras.Clear();
     m_upperBound = 0;
 }
 
@@ -46,10 +47,11 @@ void SUBTITLES::Reserve(std::int32_t count) {
     reserve(m_texts);
 }
 
-void SUBTITLES::Add(double start, double end, std::string text) {
+void SUBTITLES::Add(double start, double end, std::string text, TitleExtra extra) {
     ++m_changes;
     if (Count() >= m_upperBound)
         m_upperBound += GrowthStep;
+    m_extras.Insert(m_starts.size(), std::move(extra));
     m_starts.push_back(start);
     m_ends.push_back(end);
     m_texts.push_back(std::move(text));
@@ -131,6 +133,18 @@ void SUBTITLES::Text(std::int32_t index, std::string value) {
     m_texts[Place(index)] = std::move(value);
 }
 
+const TitleExtra& SUBTITLES::Extra(std::int32_t index) const {
+    // No title stands at the place that comes of an index out of range.
+    return m_extras.At(Holds(index) ? Place(index) : m_starts.size());
+}
+
+void SUBTITLES::Extra(std::int32_t index, TitleExtra value) {
+    if (!Holds(index))
+        return;
+    Record(UndoHistory::Kind::Changed, index);
+    m_extras.Put(Place(index), std::move(value));
+}
+
 void SUBTITLES::Delete(std::int32_t index) {
     if (!Holds(index))
         return;
@@ -138,6 +152,7 @@ void SUBTITLES::Delete(std::int32_t index) {
     m_starts.erase(m_starts.begin() + (index - 1));
     m_ends.erase(m_ends.begin() + (index - 1));
     m_texts.erase(m_texts.begin() + (index - 1));
+    m_extras.Erase(Place(index));
 }
 
 void SUBTITLES::DeleteAll(const std::vector<std::int32_t>& indexes) {
@@ -154,7 +169,7 @@ void SUBTITLES::DeleteAll(const std::vector<std::int32_t>& indexes) {
                 if (m_history.Empty())
                     Raise(UndoPossible, true);
                 m_history.Push({UndoHistory::Kind::Deleted, index - deleted, m_starts[place],
-                                m_ends[place], std::move(m_texts[place])});
+                                m_ends[place], std::move(m_texts[place]), m_extras.At(place)});
             }
             ++deleted;
             continue;
@@ -163,15 +178,18 @@ void SUBTITLES::DeleteAll(const std::vector<std::int32_t>& indexes) {
             m_starts[kept] = m_starts[place];
             m_ends[kept] = m_ends[place];
             m_texts[kept] = std::move(m_texts[place]);
+            m_extras.Move(place, kept);
         }
         ++kept;
     }
     m_starts.resize(kept);
     m_ends.resize(kept);
     m_texts.resize(kept);
+    m_extras.Truncate(kept);
 }
 
-void SUBTITLES::Insert(std::int32_t index, double start, double end, std::string text) {
+void SUBTITLES::Insert(std::int32_t index, double start, double end, std::string text,
+                       TitleExtra extra) {
     if (index < 1 || index > Count() + 1)
         return;
     Record(UndoHistory::Kind::Inserted, index);
@@ -180,6 +198,7 @@ void SUBTITLES::Insert(std::int32_t index, double start, double end, std::string
     m_starts.insert(m_starts.begin() + (index - 1), start);
     m_ends.insert(m_ends.begin() + (index - 1), end);
     m_texts.insert(m_texts.begin() + (index - 1), std::move(text));
+    m_extras.Insert(Place(index), std::move(extra));
 }
 
 void SUBTITLES::Record(UndoHistory::Kind kind, std::int32_t index) {
@@ -189,10 +208,10 @@ void SUBTITLES::Record(UndoHistory::Kind kind, std::int32_t index) {
     if (m_history.Empty())
         Raise(UndoPossible, true);
     if (kind == UndoHistory::Kind::Inserted)
-        m_history.Push({kind, index, 0, 0, {}});
+        m_history.Push({kind, index, 0, 0, {}, {}});
     else
-        m_history.Push(
-            {kind, index, m_starts[Place(index)], m_ends[Place(index)], m_texts[Place(index)]});
+        m_history.Push({kind, index, m_starts[Place(index)], m_ends[Place(index)],
+                        m_texts[Place(index)], m_extras.At(Place(index))});
 }
 
 std::int32_t SUBTITLES::Undo() {
@@ -205,13 +224,14 @@ std::int32_t SUBTITLES::Undo() {
             m_starts[Place(record.title)] = record.start;
             m_ends[Place(record.title)] = record.end;
             m_texts[Place(record.title)] = record.text;
+            m_extras.Put(Place(record.title), record.extra);
         }
     } else {
         m_undoing = true;
         if (record.kind == UndoHistory::Kind::Inserted)
             Delete(record.title);
         else
-            Insert(record.title, record.start, record.end, record.text);
+            Insert(record.title, record.start, record.end, record.text, record.extra);
         Raise(UndoChangedListLength);
         m_undoing = false;
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/titleextra.h"
 #include "model/undohistory.h"
 
 #include <cstdint>
@@ -26,7 +27,7 @@ class SUBTITLES {
     void Clear();
     /// Appends a title; never undoable. Makes room 100 titles at a time, as far
     /// as `UpperBound` tells; N calls cost O(N).
-    void Add(double start, double end, std::string text);
+    void Add(double start, double end, std::string text, TitleExtra extra = {});
     /// Makes room for a document of about that many titles.
     void Reserve(std::int32_t count);
     std::int32_t UpperBound() const { return m_upperBound; }
@@ -44,6 +45,11 @@ class SUBTITLES {
     void EndTime(std::int32_t index, double value);
     const std::string& Text(std::int32_t index) const;
     void Text(std::int32_t index, std::string value);
+    /// Goes where its title goes; times and text change without it.
+    const TitleExtra& Extra(std::int32_t index) const;
+    void Extra(std::int32_t index, TitleExtra value);
+    /// false: no title has any.
+    bool HasExtras() const { return !m_extras.Empty(); }
     std::int32_t Count() const { return static_cast<std::int32_t>(m_starts.size()); }
 
     void Delete(std::int32_t index);
@@ -51,7 +57,8 @@ class SUBTITLES {
     /// called for each from the first to the last. The indexes ascend.
     void DeleteAll(const std::vector<std::int32_t>& indexes);
     /// 1 <= index <= Count + 1; otherwise nothing.
-    void Insert(std::int32_t index, double start, double end, std::string text);
+    void Insert(std::int32_t index, double start, double end, std::string text,
+                TitleExtra extra = {});
 
     bool UndoEnabled() const { return m_undoEnabled; }
     void UndoEnabled(bool enabled) { m_undoEnabled = enabled; }
@@ -78,6 +85,7 @@ class SUBTITLES {
     std::vector<double> m_starts;
     std::vector<double> m_ends;
     std::vector<std::string> m_texts;
+    ExtraColumn m_extras;
     std::int32_t m_upperBound = 0;
     UndoHistory m_history;
     std::uint64_t m_changes = 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/titleextra.h"
+
 #include <array>
 #include <cstdint>
 #include <string>
@@ -17,6 +19,7 @@ class UndoHistory {
         double start = 0;
         double end = 0;
         std::string text;
+        TitleExtra extra;
     };
 
     bool Empty() const { return m_head == m_tail; }

@@ -173,6 +173,94 @@ TEST(List, DeletesManyAsOneByOne) {
     }
 }
 
+/// The extras of all titles, "-" where there is none.
+std::string Extras(const SUBTITLES& titles) {
+    std::string extras;
+    for (std::int32_t i = 1; i <= titles.Count(); ++i)
+        extras += titles.Extra(i).Empty() ? "-" : titles.Extra(i).Bytes();
+    return extras;
+}
+
+/// "ab-d--"
+SUBTITLES WithExtras() {
+    SUBTITLES titles;
+    for (const char* extra : {"a", "b", "", "d", "", ""})
+        titles.Add(1, 2, extra, TitleExtra(extra));
+    titles.UndoEnabled(true);
+    return titles;
+}
+
+struct ExtraRow {
+    const char* what;
+    void (*change)(SUBTITLES& titles);
+    const char* after;
+};
+
+class TitleExtras : public testing::TestWithParam<ExtraRow> {};
+
+TEST_P(TitleExtras, GoWithTheirTitles) {
+    SUBTITLES titles = WithExtras();
+    GetParam().change(titles);
+    EXPECT_EQ(Extras(titles), GetParam().after) << GetParam().what;
+    while (titles.UndoCount() > 0)
+        titles.Undo();
+    EXPECT_EQ(Extras(titles), "ab-d--") << GetParam().what;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, TitleExtras,
+    testing::Values(
+        ExtraRow{"times and text",
+                 [](SUBTITLES& list) { list.SetTimes(1, 5, 6), list.Text(2, "x"); }, "ab-d--"},
+        ExtraRow{"set", [](SUBTITLES& list) { list.Extra(5, TitleExtra("e")), list.Extra(1, {}); },
+                 "-b-de-"},
+        ExtraRow{
+            "set out of range",
+            [](SUBTITLES& list) { list.Extra(0, TitleExtra("e")), list.Extra(7, TitleExtra("e")); },
+            "ab-d--"},
+        ExtraRow{"delete the first", [](SUBTITLES& list) { list.Delete(1); }, "b-d--"},
+        ExtraRow{"delete the last", [](SUBTITLES& list) { list.Delete(6); }, "ab-d-"},
+        ExtraRow{"insert one with none", [](SUBTITLES& list) { list.Insert(2, 1, 2, "x"); },
+                 "a-b-d--"},
+        ExtraRow{"insert one with its own",
+                 [](SUBTITLES& list) { list.Insert(7, 1, 2, "x", TitleExtra("x")); }, "ab-d--x"},
+        ExtraRow{"delete many",
+                 [](SUBTITLES& list) {
+                     list.DeleteAll({1, 3, 5});
+                 },
+                 "bd-"},
+        ExtraRow{"delete those in front of many with none",
+                 [](SUBTITLES& list) {
+                     list.DeleteAll({1, 2, 3, 4});
+                 },
+                 "--"},
+        ExtraRow{"delete all",
+                 [](SUBTITLES& list) {
+                     list.DeleteAll({1, 2, 3, 4, 5, 6});
+                 },
+                 ""}));
+
+TEST(TitleExtras, TakeNothingWhereThereAreNone) {
+    SUBTITLES titles;
+    titles.Add(1, 2, "a");
+    titles.Insert(1, 1, 2, "b");
+    titles.Extra(1, {});
+    EXPECT_FALSE(titles.HasExtras());
+    titles.Extra(2, TitleExtra("x"));
+    EXPECT_TRUE(titles.HasExtras());
+    EXPECT_EQ(titles.Extra(3), TitleExtra());
+    titles.Clear();
+    EXPECT_FALSE(titles.HasExtras());
+}
+
+TEST(TitleExtras, OfCopiesAreShared) {
+    const SUBTITLES titles = WithExtras();
+    const SUBTITLES copy = titles;
+    EXPECT_EQ(copy.Extra(1).Bytes().data(), titles.Extra(1).Bytes().data());
+    EXPECT_EQ(TitleExtra("same"), TitleExtra("same"));
+    EXPECT_EQ(TitleExtra(""), TitleExtra());
+}
+
 TEST(List, CountsEveryChange) {
     SUBTITLES titles;
     std::uint64_t before = titles.Changes();
