@@ -1,6 +1,7 @@
 #include "base/bytedecoder.h"
 
-#include <algorithm>
+#include "base/ascii.h"
+
 #include <charconv>
 #include <string_view>
 
@@ -24,8 +25,7 @@ constexpr Single Singles[] = {
     {"koi8-r", 20866}, {"koi8-u", 21866}, {"macintosh", 10000}, {"latin1", 28591}};
 
 unsigned PageNumber(std::string name) {
-    std::transform(name.begin(), name.end(), name.begin(),
-                   [](char c) { return static_cast<char>(c >= 'A' && c <= 'Z' ? c + 32 : c); });
+    name = AsciiLower(name);
     for (const Single& single : Singles)
         if (name == single.name)
             return single.page;

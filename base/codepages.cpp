@@ -1,5 +1,6 @@
 #include "base/codepages.h"
 
+#include "base/ascii.h"
 #include "base/bytedecoder.h"
 #include "base/utf8.h"
 
@@ -49,9 +50,7 @@ void FillWindows1252(char32_t (&high)[128]) {
 }
 
 bool IsDefaultName(std::string_view name) {
-    std::string lower(name);
-    for (char& c : lower)
-        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    const std::string lower = AsciiLower(name);
     return lower.empty() || lower == DefaultName || lower == "cp1252";
 }
 
