@@ -126,7 +126,8 @@ int main(int argc, char** argv) {
                    [&](std::size_t size) { return Reading(worst, size, folder); });
     for (const Format& format : Formats())
         for (const char* body : WorstToWrite)
-            report.Row(std::string("writing ") + format.extension + " of `" + Shown(body) + "`",
+            report.Row(std::string("writing ") + format.extensions.front() + " of `" + Shown(body) +
+                           "`",
                        [&](std::size_t size) { return Writing(format, body, size); });
     std::filesystem::remove_all(folder);
     return report.Good() ? 0 : 1;

@@ -32,20 +32,34 @@ std::vector<Option> OptionsOf(const Command& command) {
     return options;
 }
 
-void PrintOption(std::ostream& out, const Option& option) {
+void PrintRow(std::ostream& out, const std::string& name, std::string_view help) {
     constexpr int NameWidth = 22;
+    out << "    " << std::left << std::setw(NameWidth) << name << help << '\n';
+}
+
+std::string ExtensionsOf(const Format& format) {
+    std::string extensions;
+    for (const std::string& extension : format.extensions)
+        extensions += (extensions.empty() ? "" : " ") + extension;
+    return extensions;
+}
+
+void PrintOption(std::ostream& out, const Option& option) {
     std::string name(option.name);
     if (!option.value.empty()) {
         name += ' ';
         name += option.value;
     }
-    out << "    " << std::left << std::setw(NameWidth) << name << option.help << '\n';
+    PrintRow(out, name, option.help);
 }
 
 void PrintHelp(std::ostream& out) {
     out << "Usage: " << Program << " COMMAND [OPTIONS] IN OUT\n"
         << "Loads the subtitle file IN and saves it as OUT, in the format that the\n"
-        << "extension of OUT names: .srt, .sub (MicroDVD) or .smi (SAMI).\n\n";
+        << "extension of OUT names:\n";
+    for (const Format& format : Formats())
+        PrintRow(out, ExtensionsOf(format), format.name);
+    out << '\n';
     for (const Command& command : Commands()) {
         out << "  " << command.name << (command.usage.empty() ? "" : " ") << command.usage
             << "\n    " << command.help << '\n';
@@ -117,6 +131,11 @@ class Job {
             return m_frameRate;
         };
         hooks.flushToDisk = false;
+        if (const Format* format = FormatByName(name, m_style)) {
+            const std::string notKept = NotKept(*format, m_titles, m_style);
+            if (!notKept.empty())
+                Say(m_err, name + ": " + notKept);
+        }
         const SaveResult result = SaveTitles(PathOf(name), m_codePage, m_titles, m_style, hooks);
         if (!result.message.empty())
             Say(m_err, name + ": " + result.message);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/wholefile.h"
-#include "formats/filestyle.h"
+#include "model/filestyle.h"
 
 #include <string>
 #include <string_view>

@@ -1,36 +1,150 @@
 #include "formats/format.h"
 
+#include "base/ascii.h"
+#include "base/runtimeerror.h"
+#include "formats/linereader.h"
 #include "formats/microdvd.h"
 #include "formats/reading.h"
 #include "formats/sami.h"
 #include "formats/subrip.h"
 
+#include <algorithm>
 #include <array>
+
+namespace {
+
+std::vector<const Format*> FormatsOfName(std::string_view fileName) {
+    const std::string name = AsciiLower(Trim(fileName));
+    std::vector<const Format*> found;
+    for (const Format& format : Formats()) {
+        if (std::any_of(format.extensions.begin(), format.extensions.end(),
+                        [&](const std::string& extension) { return name.ends_with(extension); }))
+            found.push_back(&format);
+    }
+    return found;
+}
+
+TextBeginning BeginningOf(std::string_view text) {
+    LineReader lines(text);
+    while (!lines.AtEnd()) {
+        const std::size_t at = lines.Position();
+        const std::string_view line = lines.Next();
+        if (!line.empty())
+            return {line, text.substr(at)};
+    }
+    throw RuntimeError(RuntimeError::Number::InputPastEndOfFile);
+}
+
+std::string Patterns(const Format& format) {
+    std::string patterns;
+    for (const std::string& extension : format.extensions)
+        patterns += (patterns.empty() ? "*" : ";*") + extension;
+    return patterns;
+}
+
+/// The format that left in the style what the other one does not know; null when
+/// nothing is dropped.
+const Format* Stranger(const Format& format, const FileStyle& style) {
+    for (const Format& other : Formats()) {
+        if (other.keeps != nullptr && other.keeps == style.format)
+            return format.keeps != nullptr && format.keeps == style.format ? nullptr : &other;
+    }
+    return nullptr;
+}
+
+bool Drops(const Format& source, const SUBTITLES& titles, std::int32_t index) {
+    const TitleExtra& extra = titles.Extra(index);
+    if (!extra.Empty() && (source.isSpecial == nullptr || source.isSpecial(extra)))
+        return true;
+    return source.plainText != nullptr &&
+           source.plainText(titles.Text(index)) != titles.Text(index);
+}
+
+} // namespace
 
 std::span<const Format> Formats() {
     static const std::array<Format, 3> All{SamiFormat(), SubRipFormat(), MicroDvdFormat()};
     return All;
 }
 
-const Format* FormatByName(std::string_view fileName) {
-    constexpr std::size_t ExtensionLength = 4;
-    const std::string_view name = Trim(fileName);
-    if (name.size() < ExtensionLength)
-        return nullptr;
-    std::string extension(name.substr(name.size() - ExtensionLength));
-    for (char& c : extension)
-        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+const Format* FormatByName(std::string_view fileName, const FileStyle& style) {
+    const std::vector<const Format*> found = FormatsOfName(fileName);
+    for (const Format* format : found) {
+        if (format->keeps != nullptr && format->keeps == style.format)
+            return format;
+    }
+    return found.empty() ? nullptr : found.front();
+}
+
+const Format* FormatOfFile(std::string_view fileName, std::string_view text) {
+    const std::vector<const Format*> found = FormatsOfName(fileName);
+    const auto sure = std::find_if(found.begin(), found.end(),
+                                   [](const Format* format) { return !format->sharesExtensions; });
+    const bool empty = text.find_first_not_of("\r\n") == std::string_view::npos;
+    if (sure != found.end() && (empty || found.size() == 1))
+        return *sure;
+    const TextBeginning beginning = BeginningOf(text);
+    for (const Format* format : found) {
+        if (format->sharesExtensions && format->recognise(beginning))
+            return format;
+    }
+    return sure != found.end() ? *sure : FormatByBeginning(beginning);
+}
+
+const Format* FormatByBeginning(const TextBeginning& beginning) {
     for (const Format& format : Formats()) {
-        if (extension == format.extension)
+        if (format.recognise(beginning))
             return &format;
     }
     return nullptr;
 }
 
-const Format* FormatByFirstLine(std::string_view firstLine) {
+std::string FormatFilter() {
+    std::string filter;
     for (const Format& format : Formats()) {
-        if (format.recognise(firstLine))
-            return &format;
+        const std::string patterns = Patterns(format);
+        if (!filter.empty())
+            filter += '|';
+        filter += std::string(format.description) + " (" + patterns + ")|" + patterns;
     }
-    return nullptr;
+    return filter;
+}
+
+std::string FormatList() {
+    std::string list;
+    for (const Format& format : Formats()) {
+        if (!list.empty())
+            list += &format == &Formats().back() ? " or " : ", ";
+        for (const std::string& extension : format.extensions)
+            list += extension + " ";
+        list += "(" + std::string(format.name) + ")";
+    }
+    return list;
+}
+
+void WriteFile(const Format& format, const SUBTITLES& titles, double frameRate,
+               const FileStyle& style, std::string& out) {
+    const Format* source = Stranger(format, style);
+    if (source == nullptr || source->plainText == nullptr)
+        return format.write(titles, frameRate, style, out);
+    SUBTITLES plain;
+    plain.Reserve(titles.Count());
+    for (std::int32_t i = 1; i <= titles.Count(); ++i)
+        plain.Add(titles.StartTime(i), titles.EndTime(i), source->plainText(titles.Text(i)));
+    format.write(plain, frameRate, {}, out);
+}
+
+std::string NotKept(const Format& format, const SUBTITLES& titles, const FileStyle& style) {
+    const Format* source = Stranger(format, style);
+    if (source == nullptr || source->keptParts == nullptr)
+        return {};
+    std::int32_t count = 0;
+    for (std::int32_t i = 1; i <= titles.Count(); ++i)
+        count += Drops(*source, titles, i) ? 1 : 0;
+    if (count == 0)
+        return {};
+    std::string parts = source->keptParts;
+    parts.front() = static_cast<char>(parts.front() - 'a' + 'A');
+    return parts + " of " + std::to_string(count) + (count == 1 ? " title" : " titles") +
+           " are not kept in " + format.name + ".";
 }

@@ -1,12 +1,13 @@
 #pragma once
 
-#include "formats/filestyle.h"
+#include "model/filestyle.h"
 #include "model/subtitles.h"
 
 #include <functional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// How far a reader or writer has come, 0 to 1; answering false cancels it.
 /// Called a few hundred times per file at most. May be empty.
@@ -14,32 +15,79 @@ using Progress = std::function<bool(double)>;
 
 enum class ReadOutcome { Complete, Corrupt, Cancelled };
 
+/// What a file of unknown name is recognised by.
+struct TextBeginning {
+    /// The first line that is not empty; blanks alone count.
+    std::string_view firstLine;
+    /// From there to the end of the file. To be looked at no further than needed.
+    std::string_view text;
+};
+
 /// One subtitle file format: everything that differs between them is a row here.
 struct Format {
     /// "SubRip"
     const char* name;
-    /// ".srt": lower case, with the point.
-    const char* extension;
-    /// "SubRip files (*.srt)", as file dialogs show it.
+    /// ".srt": lower case, with the point, of any length; the usual one first.
+    std::vector<std::string> extensions;
+    /// "SubRip files", as file dialogs show it before the extensions.
     const char* description;
+    /// As desktops know it: "application/x-subrip"; empty when they do not.
+    const char* mimeType;
     /// The message for a file that breaks the format's rules.
     const char* corruptMessage;
     /// Times are counted in frames, so reading and writing ask for a rate first.
-    bool needsFrameRate;
-    /// Does a file of unknown name whose first line with characters is this look like it?
-    bool (*recognise)(std::string_view firstLine);
+    bool needsFrameRate = false;
+    /// Other files bear its extensions too: a name alone does not tell it, the
+    /// beginning of the text must agree.
+    bool sharesExtensions = false;
+    /// Files are UTF-8 unless they came otherwise.
+    bool unicode = false;
+    /// Does a file of unknown name that begins like this look like it?
+    bool (*recognise)(const TextBeginning& beginning);
     /// Appends the titles of a whole file, in file order. Titles before a fault stay.
     ReadOutcome (*read)(std::string_view text, double frameRate, SUBTITLES& titles,
                         FileStyle& style, const Progress& progress);
-    /// Appends the whole file to `out`, as UTF-8, each line ended by CR LF.
+    /// Appends the whole file to `out`, as UTF-8. Lines end with CR LF, unless the
+    /// file came with other ends and the format keeps them. What it finds in `style`
+    /// and beside the titles is its own (see `WriteFile`).
     void (*write)(const SUBTITLES& titles, double frameRate, const FileStyle& style,
                   std::string& out);
+
+    // The rest is for formats that keep more than times and texts.
+
+    /// What `FileStyle::format` is when this format left something in the style.
+    const char* keeps = nullptr;
+    /// What other formats lack, for people: "positions and styles".
+    const char* keptParts = nullptr;
+    /// A title's text as formats understand it that have the four tags alone.
+    std::string (*plainText)(std::string_view text) = nullptr;
+    /// Says the extra more than a title without one has? Null: any does.
+    bool (*isSpecial)(const TitleExtra& extra) = nullptr;
 };
 
 /// All formats, in the order in which file dialogs offer them.
 std::span<const Format> Formats();
-/// By the last four characters of the name, blanks around it trimmed and letter
-/// case ignored; null when none has that extension.
-const Format* FormatByName(std::string_view fileName);
-/// By the first line that is not empty; null when it fits none.
-const Format* FormatByFirstLine(std::string_view firstLine);
+
+/// The format that a file of that name is saved in: by its extension, letter case and
+/// blanks around the name ignored. Where several have that extension, the one that the
+/// style came with, else the first. Null when none has it.
+const Format* FormatByName(std::string_view fileName, const FileStyle& style = {});
+/// The format that a file of that name and text (UTF-8) is read as: by its extension,
+/// or by its beginning; null when neither tells. A text that it needs to look at and
+/// that has only empty lines is the run-time error "Input past end of file".
+const Format* FormatOfFile(std::string_view fileName, std::string_view text);
+/// By the beginning of the text alone; null when it fits none.
+const Format* FormatByBeginning(const TextBeginning& beginning);
+
+/// Pairs of text and patterns, as the file dialogs take them: "SAMI files (*.smi)|*.smi|...".
+std::string FormatFilter();
+/// ".smi (SAMI), .srt (SubRip) or .sub (MicroDVD)", for texts that name all formats.
+std::string FormatList();
+
+/// Appends the whole file to `out`, as the format writes it. Where another format left
+/// things beside the titles they are dropped: what is in the texts alone is written.
+void WriteFile(const Format& format, const SUBTITLES& titles, double frameRate,
+               const FileStyle& style, std::string& out);
+/// What `WriteFile` drops: "Positions and styles of 120 titles are not kept in SubRip."
+/// Empty when it drops nothing.
+std::string NotKept(const Format& format, const SUBTITLES& titles, const FileStyle& style);

@@ -1,8 +1,6 @@
 #include "formats/load.h"
 
-#include "base/runtimeerror.h"
 #include "formats/encoding.h"
-#include "formats/linereader.h"
 
 namespace {
 
@@ -13,23 +11,9 @@ std::string Utf8Name(const std::filesystem::path& file) {
     return {name.begin(), name.end()};
 }
 
-/// By the first line that is not empty; one of blanks alone counts.
-const Format* FormatOfText(std::string_view text) {
-    LineReader lines(text);
-    std::string_view line;
-    while (line.empty()) {
-        if (lines.AtEnd())
-            throw RuntimeError(RuntimeError::Number::InputPastEndOfFile);
-        line = lines.Next();
-    }
-    return FormatByFirstLine(line);
-}
-
 LoadResult ReadTitles(const std::filesystem::path& file, std::string_view text, SUBTITLES& titles,
                       FileStyle& style, const LoadHooks& hooks) {
-    const Format* format = FormatByName(Utf8Name(file));
-    if (format == nullptr)
-        format = FormatOfText(text);
+    const Format* format = FormatOfFile(Utf8Name(file), text);
     if (format == nullptr)
         return {LoadOutcome::UnknownFormat, nullptr, "Could not determine file format"};
 

@@ -82,11 +82,13 @@ void Write(const SUBTITLES& titles, double frameRate, const FileStyle& /*style*/
 
 Format MicroDvdFormat() {
     return {.name = "MicroDVD",
-            .extension = ".sub",
-            .description = "MicroDVD Subtitle files (*.sub)",
+            .extensions = {".sub"},
+            .description = "MicroDVD Subtitle files",
+            .mimeType = "text/x-microdvd",
             .corruptMessage = "File is corrupt or not in MicroDVD format.",
             .needsFrameRate = true,
-            .recognise = [](std::string_view line) { return line.starts_with('{'); },
+            .recognise =
+                [](const TextBeginning& beginning) { return beginning.firstLine.starts_with('{'); },
             .read = Read,
             .write = Write};
 }

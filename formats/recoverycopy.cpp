@@ -1,20 +1,23 @@
 #include "formats/recoverycopy.h"
 
 #include "base/largeblocks.h"
+#include "formats/packed.h"
+#include "formats/sami.h"
 
-#include <bit>
 #include <cstring>
 #include <utility>
 #include <vector>
 
 // A copy: magic, version, flags (1: declined), time, length of the body, checksum of
-// the body and of all before it. The body: notes, undo history, titles. Numbers are
-// little-endian, texts are led by their length.
+// the body and of all before it. The body: notes, undo history, what some titles carry
+// beside times and text, and the titles.
 
 namespace {
 
 constexpr std::string_view Magic = "QuelmarR";
-constexpr std::uint32_t Version = 1;
+constexpr std::uint32_t Version = 2;
+/// Knew of no formats that keep things of their own but SAMI. Still read.
+constexpr std::uint32_t FirstVersion = 1;
 constexpr std::uint32_t DeclinedFlag = 1;
 constexpr std::size_t ChecksumAt = 8 + 4 + 4 + 8 + 8;
 constexpr std::size_t HeaderSize = ChecksumAt + 8;
@@ -39,86 +42,39 @@ std::uint64_t Checksum(std::string_view bytes, std::uint64_t sum = ChecksumStart
     return sum;
 }
 
-template <typename NUMBER>
-void PutNumber(std::string& out, NUMBER number) {
-    static_assert(std::endian::native == std::endian::little);
-    char bytes[sizeof number];
-    std::memcpy(bytes, &number, sizeof number);
-    out.append(bytes, sizeof number);
-}
-
-void PutText(std::string& out, std::string_view text) {
-    PutNumber(out, static_cast<std::uint32_t>(text.size()));
-    out.append(text);
-}
-
-/// Reads as the above writes; `Failed` once anything lies outside the bytes.
-class Cursor {
-  public:
-    explicit Cursor(std::string_view bytes)
-        : m_bytes(bytes) {}
-
-    template <typename NUMBER>
-    NUMBER Number() {
-        NUMBER number{};
-        const std::string_view bytes = Bytes(sizeof number);
-        if (!m_failed)
-            std::memcpy(&number, bytes.data(), sizeof number);
-        return number;
-    }
-
-    std::string Text() { return std::string(Bytes(Number<std::uint32_t>())); }
-
-    /// A number that must be below the limit.
-    template <typename NUMBER>
-    NUMBER Below(NUMBER limit) {
-        const auto number = Number<NUMBER>();
-        m_failed = m_failed || number >= limit;
-        return m_failed ? NUMBER{} : number;
-    }
-
-    std::size_t Left() const { return m_bytes.size(); }
-    bool Failed() const { return m_failed; }
-    void Fail() { m_failed = true; }
-
-  private:
-    std::string_view Bytes(std::size_t count) {
-        if (m_failed || count > m_bytes.size()) {
-            m_failed = true;
-            return {};
-        }
-        const std::string_view bytes = m_bytes.substr(0, count);
-        m_bytes.remove_prefix(count);
-        return bytes;
-    }
-
-    std::string_view m_bytes;
-    bool m_failed = false;
-};
-
 void PutNotes(std::string& out, const RecoveryNotes& notes) {
     PutText(out, notes.mediaFile);
     PutText(out, notes.subtitleFile);
     PutNumber(out, notes.frameRate);
     PutNumber(out, static_cast<std::uint8_t>(notes.style.encoding));
     PutNumber(out, static_cast<std::uint8_t>(notes.style.byteOrderMark));
-    PutNumber(out, static_cast<std::uint8_t>(notes.style.keepSamiHeader));
-    PutText(out, notes.style.samiHeader);
-    PutText(out, notes.style.samiClass);
-    PutText(out, notes.style.samiFooter);
+    PutText(out, notes.style.format);
+    PutText(out, notes.style.kept);
 }
 
-RecoveryNotes ReadNotes(Cursor& cursor) {
+void ReadKeptSami(PackedReader& cursor, FileStyle& style) {
+    const bool keep = cursor.Below<std::uint8_t>(2) != 0;
+    SamiParts parts;
+    parts.header = cursor.Text();
+    parts.paragraphClass = cursor.Text();
+    parts.footer = cursor.Text();
+    if (keep)
+        KeepSami(parts, style);
+}
+
+RecoveryNotes ReadNotes(PackedReader& cursor, std::uint32_t version) {
     RecoveryNotes notes;
     notes.mediaFile = cursor.Text();
     notes.subtitleFile = cursor.Text();
     notes.frameRate = cursor.Number<double>();
     notes.style.encoding = static_cast<FileStyle::Encoding>(cursor.Below<std::uint8_t>(4));
     notes.style.byteOrderMark = cursor.Below<std::uint8_t>(2) != 0;
-    notes.style.keepSamiHeader = cursor.Below<std::uint8_t>(2) != 0;
-    notes.style.samiHeader = cursor.Text();
-    notes.style.samiClass = cursor.Text();
-    notes.style.samiFooter = cursor.Text();
+    if (version == FirstVersion) {
+        ReadKeptSami(cursor, notes.style);
+    } else {
+        notes.style.format = cursor.Text();
+        notes.style.kept = cursor.Text();
+    }
     return notes;
 }
 
@@ -131,10 +87,11 @@ void PutHistory(std::string& out, const UndoHistory& history) {
         PutNumber(out, record.start);
         PutNumber(out, record.end);
         PutText(out, record.text);
+        PutText(out, record.extra.Bytes());
     }
 }
 
-std::vector<UndoHistory::Record> ReadHistory(Cursor& cursor) {
+std::vector<UndoHistory::Record> ReadHistory(PackedReader& cursor, std::uint32_t version) {
     std::vector<UndoHistory::Record> records(cursor.Below<std::uint32_t>(MostUndoRecords + 1));
     for (UndoHistory::Record& record : records) {
         record.kind = static_cast<UndoHistory::Kind>(cursor.Below<std::uint8_t>(3));
@@ -142,8 +99,48 @@ std::vector<UndoHistory::Record> ReadHistory(Cursor& cursor) {
         record.start = cursor.Number<double>();
         record.end = cursor.Number<double>();
         record.text = cursor.Text();
+        if (version > FirstVersion)
+            record.extra = TitleExtra(cursor.Text());
     }
     return records;
+}
+
+/// Only of titles that have any, each led by its title's number; 0 ends them. Titles in
+/// a row that share one write it once: 0xFFFFFFFF stands for that of the one before.
+constexpr std::uint32_t SameAsBefore = 0xFFFFFFFF;
+
+void PutExtras(std::string& out, const SUBTITLES& titles) {
+    const TitleExtra* before = nullptr;
+    for (std::int32_t i = 1; titles.HasExtras() && i <= titles.Count(); ++i) {
+        const TitleExtra& extra = titles.Extra(i);
+        if (extra.Empty())
+            continue;
+        PutNumber(out, i);
+        if (before != nullptr && *before == extra)
+            PutNumber(out, SameAsBefore);
+        else
+            PutText(out, extra.Bytes());
+        before = &extra;
+    }
+    PutNumber(out, std::int32_t{0});
+}
+
+using NumberedExtra = std::pair<std::int32_t, TitleExtra>;
+
+std::vector<NumberedExtra> ReadExtras(PackedReader& cursor, std::uint32_t version) {
+    std::vector<NumberedExtra> extras;
+    if (version == FirstVersion)
+        return extras;
+    while (const auto index = cursor.Number<std::int32_t>()) {
+        PackedReader ahead = cursor;
+        if (!extras.empty() && ahead.Number<std::uint32_t>() == SameAsBefore) {
+            cursor = ahead;
+            extras.emplace_back(index, extras.back().second);
+        } else {
+            extras.emplace_back(index, TitleExtra(cursor.Text()));
+        }
+    }
+    return extras;
 }
 
 constexpr std::size_t LeastTitleSize = 8 + 8 + 4;
@@ -164,7 +161,7 @@ void PutTitles(std::string& out, const SUBTITLES& titles) {
     }
 }
 
-void ReadTitles(Cursor& cursor, SUBTITLES& titles) {
+void ReadTitles(PackedReader& cursor, SUBTITLES& titles) {
     const auto count = cursor.Number<std::uint32_t>();
     // No more room is made than the bytes can fill.
     if (count > cursor.Left() / LeastTitleSize)
@@ -178,15 +175,16 @@ void ReadTitles(Cursor& cursor, SUBTITLES& titles) {
 }
 
 struct Header {
+    std::uint32_t version;
     RecoveryStamp stamp;
     std::string_view body;
 };
 
-std::string Seal(std::string_view body, const RecoveryStamp& stamp) {
+std::string Seal(std::string_view body, const RecoveryStamp& stamp, std::uint32_t version) {
     std::string copy;
     copy.reserve(HeaderSize + body.size());
     copy.append(Magic);
-    PutNumber(copy, Version);
+    PutNumber(copy, version);
     PutNumber(copy, stamp.declined ? DeclinedFlag : std::uint32_t{0});
     PutNumber(copy, stamp.time);
     PutNumber(copy, static_cast<std::uint64_t>(body.size()));
@@ -198,17 +196,17 @@ std::string Seal(std::string_view body, const RecoveryStamp& stamp) {
 std::optional<Header> Open(std::string_view copy) {
     if (copy.size() < HeaderSize || !copy.starts_with(Magic))
         return std::nullopt;
-    Cursor cursor(copy.substr(Magic.size()));
+    PackedReader cursor(copy.substr(Magic.size()));
     const auto version = cursor.Number<std::uint32_t>();
     const auto flags = cursor.Number<std::uint32_t>();
     const RecoveryStamp stamp{cursor.Number<std::int64_t>(), (flags & DeclinedFlag) != 0};
     const auto length = cursor.Number<std::uint64_t>();
     const auto checksum = cursor.Number<std::uint64_t>();
     const std::string_view body = copy.substr(HeaderSize);
-    if (version != Version || length != body.size() ||
+    if (version < FirstVersion || version > Version || length != body.size() ||
         checksum != Checksum(body, Checksum(copy.substr(0, ChecksumAt))))
         return std::nullopt;
-    return Header{stamp, body};
+    return Header{version, stamp, body};
 }
 
 } // namespace
@@ -216,6 +214,7 @@ std::optional<Header> Open(std::string_view copy) {
 RecoveryBody::RecoveryBody(const SUBTITLES& titles, const RecoveryNotes& notes) {
     PutNotes(m_bytes, notes);
     PutHistory(m_bytes, titles.History());
+    PutExtras(m_bytes, titles);
     m_titlesAt = m_bytes.size();
     // The window waits for this: room is made once.
     std::size_t size = m_titlesAt + 4 + static_cast<std::size_t>(titles.Count()) * LeastTitleSize;
@@ -231,24 +230,27 @@ std::uint64_t RecoveryBody::TitlesFingerprint() const {
 }
 
 std::string SealRecoveryCopy(const RecoveryBody& body, const RecoveryStamp& stamp) {
-    return Seal(body.Bytes(), stamp);
+    return Seal(body.Bytes(), stamp, Version);
 }
 
 std::optional<std::string> RestampRecoveryCopy(std::string_view copy, const RecoveryStamp& stamp) {
     const auto header = Open(copy);
-    return header ? std::optional(Seal(header->body, stamp)) : std::nullopt;
+    return header ? std::optional(Seal(header->body, stamp, header->version)) : std::nullopt;
 }
 
 std::optional<RecoveredDocument> ReadRecoveryCopy(std::string_view copy) {
     const auto header = Open(copy);
     if (!header)
         return std::nullopt;
-    Cursor cursor(header->body);
+    PackedReader cursor(header->body);
     RecoveredDocument document;
     document.stamp = header->stamp;
-    document.notes = ReadNotes(cursor);
-    std::vector<UndoHistory::Record> history = ReadHistory(cursor);
+    document.notes = ReadNotes(cursor, header->version);
+    std::vector<UndoHistory::Record> history = ReadHistory(cursor, header->version);
+    const std::vector<NumberedExtra> extras = ReadExtras(cursor, header->version);
     ReadTitles(cursor, document.titles);
+    for (const auto& [index, extra] : extras)
+        document.titles.Extra(index, extra);
     if (cursor.Failed() || cursor.Left() != 0)
         return std::nullopt;
     document.titles.RestoreHistory(std::move(history));

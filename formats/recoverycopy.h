@@ -1,6 +1,6 @@
 #pragma once
 
-#include "formats/filestyle.h"
+#include "model/filestyle.h"
 #include "model/subtitles.h"
 
 #include <cstdint>
@@ -19,8 +19,8 @@ struct RecoveryNotes {
     bool operator==(const RecoveryNotes&) const = default;
 };
 
-/// A document laid out for storing: quick to make, and all that the titles need
-/// no more look at.
+/// A document laid out for storing. Quick to make; afterwards the titles are no longer
+/// needed.
 class RecoveryBody {
   public:
     RecoveryBody() = default;

@@ -1,31 +1,13 @@
+#include "base/ascii.h"
 #include "formats/linereader.h"
+#include "formats/packed.h"
 #include "formats/reading.h"
 #include "formats/sami.h"
 #include "formats/writing.h"
 
-#include <optional>
-
 namespace {
 
-char Lower(char c) {
-    return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-}
-
-/// Is the text the lower-case word, whatever its own letter case?
-bool IsWord(std::string_view text, std::string_view word) {
-    return text.size() == word.size() &&
-           std::equal(text.begin(), text.end(), word.begin(),
-                      [](char c, char wanted) { return Lower(c) == wanted; });
-}
-
-/// The offset of a lower-case word, found in any letter case.
-std::size_t FindWord(std::string_view text, std::string_view word) {
-    for (std::size_t at = 0; at + word.size() <= text.size(); ++at) {
-        if (Lower(text[at]) == word.front() && IsWord(text.substr(at, word.size()), word))
-            return at;
-    }
-    return std::string_view::npos;
-}
+constexpr const char* Keeps = "SAMI";
 
 /// Cuts the body into text and tags, whatever lines they stand on: a text or a tag
 /// over several lines becomes one line with single blanks at the joins.
@@ -94,10 +76,21 @@ class SamiReader {
         , m_room(titles, text.size()) {}
 
     ReadOutcome Read() {
-        m_style.keepSamiHeader = false;
         if (!ReadHeader())
             return ReadOutcome::Corrupt;
-        m_style.keepSamiHeader = true;
+        const ReadOutcome outcome = ReadBody();
+        KeepSami(m_parts, m_style);
+        return outcome;
+    }
+
+  private:
+    using Handler = bool (SamiReader::*)(std::string_view tag);
+    struct TagRow {
+        std::string_view name;
+        Handler handler;
+    };
+
+    ReadOutcome ReadBody() {
         while (!m_scanner.AtEnd() && !m_bodyEnded) {
             if (!m_meter.Continue(m_lines.Position()))
                 return ReadOutcome::Cancelled;
@@ -107,13 +100,6 @@ class SamiReader {
         }
         return m_bodyEnded ? ReadOutcome::Complete : ReadOutcome::Corrupt;
     }
-
-  private:
-    using Handler = bool (SamiReader::*)(std::string_view tag);
-    struct TagRow {
-        std::string_view name;
-        Handler handler;
-    };
 
     /// Up to the body tag; what follows it on its line is dropped. False when no
     /// line is left after it.
@@ -126,8 +112,8 @@ class SamiReader {
             found = at != std::string_view::npos;
             if (found)
                 line = line.substr(0, at + BodyTag.size());
-            m_style.samiHeader += line;
-            m_style.samiHeader += LineEnd;
+            m_parts.header += line;
+            m_parts.header += LineEnd;
         }
         return !m_lines.AtEnd();
     }
@@ -163,7 +149,7 @@ class SamiReader {
         if (equals == std::string_view::npos)
             return false;
         const std::string_view value = Trim(tag.substr(equals + 1));
-        m_style.samiClass = Trim(value.substr(0, value.find('>')));
+        m_parts.paragraphClass = Trim(value.substr(0, value.find('>')));
         return true;
     }
 
@@ -188,12 +174,12 @@ class SamiReader {
         constexpr double LastTitleLength = 10;
         AddPending(m_lastSync + LastTitleLength);
         m_bodyEnded = true;
-        m_style.samiFooter = tag;
-        m_style.samiFooter += m_scanner.Buffer();
-        m_style.samiFooter += LineEnd;
+        m_parts.footer = tag;
+        m_parts.footer += m_scanner.Buffer();
+        m_parts.footer += LineEnd;
         while (!m_lines.AtEnd()) {
-            m_style.samiFooter += m_lines.Next();
-            m_style.samiFooter += LineEnd;
+            m_parts.footer += m_lines.Next();
+            m_parts.footer += LineEnd;
         }
         return true;
     }
@@ -228,6 +214,7 @@ class SamiReader {
     SamiScanner m_scanner;
     SUBTITLES& m_titles;
     FileStyle& m_style;
+    SamiParts m_parts;
     ProgressMeter m_meter;
     RoomMaker m_room;
     std::string m_pending;
@@ -237,6 +224,21 @@ class SamiReader {
 
 } // namespace
 
+std::optional<SamiParts> KeptSami(const FileStyle& style) {
+    if (style.format != Keeps)
+        return std::nullopt;
+    PackedReader reader(style.kept);
+    return SamiParts{reader.Text(), reader.Text(), reader.Text()};
+}
+
+void KeepSami(const SamiParts& parts, FileStyle& style) {
+    style.format = Keeps;
+    style.kept.clear();
+    PutText(style.kept, parts.header);
+    PutText(style.kept, parts.paragraphClass);
+    PutText(style.kept, parts.footer);
+}
+
 ReadOutcome ReadSAMI(std::string_view text, double /*frameRate*/, SUBTITLES& titles,
                      FileStyle& style, const Progress& progress) {
     return SamiReader(text, titles, style, progress).Read();
@@ -244,11 +246,13 @@ ReadOutcome ReadSAMI(std::string_view text, double /*frameRate*/, SUBTITLES& tit
 
 Format SamiFormat() {
     return {.name = "SAMI",
-            .extension = ".smi",
-            .description = "SAMI files (*.smi)",
+            .extensions = {".smi"},
+            .description = "SAMI files",
+            .mimeType = "application/x-sami",
             .corruptMessage = "File is corrupt or not in SAMI format.",
-            .needsFrameRate = false,
-            .recognise = [](std::string_view line) { return line.starts_with('<'); },
+            .recognise =
+                [](const TextBeginning& beginning) { return beginning.firstLine.starts_with('<'); },
             .read = ReadSAMI,
-            .write = WriteSAMI};
+            .write = WriteSAMI,
+            .keeps = Keeps};
 }

@@ -20,23 +20,23 @@ constexpr std::string_view DefaultHeader =
     "<BODY>\r\n"
     "<SYNC Start=0><P Class=SUBTTL><br>\r\n";
 
-void WriteSAMIHeader(const FileStyle& style, std::string& out) {
-    if (!style.keepSamiHeader) {
+void WriteSAMIHeader(const std::optional<SamiParts>& kept, std::string& out) {
+    if (!kept) {
         out += DefaultHeader;
         return;
     }
-    out += style.samiHeader;
+    out += kept->header;
     out += "<SYNC Start=0><P Class=";
-    out += style.samiClass;
+    out += kept->paragraphClass;
     out += "><br>\r\n";
 }
 
-void WriteSAMIFooter(const FileStyle& style, std::string& out) {
-    if (!style.keepSamiHeader) {
+void WriteSAMIFooter(const std::optional<SamiParts>& kept, std::string& out) {
+    if (!kept) {
         out += "</BODY>\r\n</SAMI>\r\n";
         return;
     }
-    out += style.samiFooter;
+    out += kept->footer;
     out += LineEnd;
 }
 
@@ -51,9 +51,10 @@ void AppendSync(std::string& out, double time) {
 void WriteSAMI(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& style,
                std::string& out) {
     constexpr std::size_t BesideEach = 66;
-    out.reserve(out.size() + style.samiHeader.size() + style.samiFooter.size());
+    const std::optional<SamiParts> kept = KeptSami(style);
+    out.reserve(out.size() + style.kept.size());
     ReserveFor(titles, BesideEach, out);
-    WriteSAMIHeader(style, out);
+    WriteSAMIHeader(kept, out);
     for (std::int32_t i = 1; i <= titles.Count(); ++i) {
         AppendSync(out, titles.StartTime(i));
         LineBreaksToTags(titles.Text(i), out);
@@ -64,5 +65,5 @@ void WriteSAMI(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& s
             out += "<br>\r\n";
         }
     }
-    WriteSAMIFooter(style, out);
+    WriteSAMIFooter(kept, out);
 }

@@ -21,9 +21,12 @@ std::optional<std::string> Compose(const Format& format, const std::string& code
     if (format.needsFrameRate && hooks.askFrameRate)
         frameRate = hooks.askFrameRate();
     try {
-        std::string text(Utf8Mark(style));
-        format.write(titles, frameRate, style, text);
-        return Encode(std::move(text), style, codePage);
+        const bool strange = format.unicode && style.format != format.keeps;
+        const FileStyle plain;
+        const FileStyle& encoding = strange ? plain : style;
+        std::string text(Utf8Mark(encoding));
+        WriteFile(format, titles, frameRate, style, text);
+        return Encode(std::move(text), encoding, codePage);
     } catch (const RuntimeError&) {
         return std::nullopt;
     } catch (const std::bad_alloc&) {
@@ -40,7 +43,7 @@ std::string SaveRefusal(const SUBTITLES& titles) {
 SaveResult SaveTitles(const std::filesystem::path& file, const std::string& codePage,
                       const SUBTITLES& titles, const FileStyle& style, const SaveHooks& hooks) {
     const std::u8string name = file.u8string();
-    const Format* format = FormatByName(std::string(name.begin(), name.end()));
+    const Format* format = FormatByName(std::string(name.begin(), name.end()), style);
     std::optional<std::string> bytes;
     if (format == nullptr)
         bytes.emplace();

@@ -116,12 +116,14 @@ void Write(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& /*sty
 } // namespace
 
 Format SubRipFormat() {
-    return {.name = "SubRip",
-            .extension = ".srt",
-            .description = "SubRip files (*.srt)",
-            .corruptMessage = "File is corrupt or not in SubRip format.",
-            .needsFrameRate = false,
-            .recognise = [](std::string_view line) { return LeadingNumber(line) > 0; },
-            .read = Read,
-            .write = Write};
+    return {
+        .name = "SubRip",
+        .extensions = {".srt"},
+        .description = "SubRip files",
+        .mimeType = "application/x-subrip",
+        .corruptMessage = "File is corrupt or not in SubRip format.",
+        .recognise =
+            [](const TextBeginning& beginning) { return LeadingNumber(beginning.firstLine) > 0; },
+        .read = Read,
+        .write = Write};
 }

@@ -39,7 +39,7 @@ void TryWriters(const SUBTITLES& titles, const FileStyle& style) {
     for (const Format& format : Formats()) {
         std::string out;
         try {
-            format.write(titles, 25, style, out);
+            WriteFile(format, titles, 25, style, out);
         } catch (const RuntimeError& error) {
             Require(error.text() == "Overflow", "only times are out of range");
         }

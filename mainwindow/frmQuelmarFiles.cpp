@@ -17,9 +17,6 @@
 
 namespace {
 
-const QString SubtitleFilter = QStringLiteral("SAMI files (*.smi)|*.smi|SubRip files (*.srt)|*.srt|"
-                                              "MicroDVD Subtitle files (*.sub)|*.sub");
-
 const QString MediaFilter =
     QStringLiteral("Video and Audio Files|*.avi;*.mpg;*.mpeg;*.asf;*.mov;*.wav;*.mp3|"
                    "Video files (avi, mpg, asf, mov)|*.avi;*.mpg;*.mpeg;*.asf;*.mov|"
@@ -107,7 +104,7 @@ void frmQuelmar::cmdBrowseSRT_Click() {
         m_session.SubtitlesChanged = false;
     }
     PrepareStartingName();
-    DLG.Filter = SubtitleFilter;
+    DLG.Filter = QString::fromStdString(FormatFilter());
     DLG.Title = QStringLiteral("Select an existing file or enter a new filename");
     DLG.FileMustExist = false;
     if (!DLG.ShowOpen(this))
@@ -188,7 +185,7 @@ bool frmQuelmar::SaveSubtitles() {
         return false;
     }
     PrepareStartingName();
-    DLG.Filter = SubtitleFilter;
+    DLG.Filter = QString::fromStdString(FormatFilter());
     DLG.Title.clear();
     if (!DLG.ShowSave(this))
         return false;

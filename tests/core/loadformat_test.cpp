@@ -1,7 +1,7 @@
 #include "formattesting.h"
 
 #include "base/runtimeerror.h"
-#include "formats/format.h"
+#include "formats/sami.h"
 
 #include <gtest/gtest.h>
 
@@ -59,7 +59,7 @@ INSTANTIATE_TEST_SUITE_P(Rows, Unknown,
 
 TEST(Detection, TakesALeadingNumberAboveZeroForSubRip) {
     for (const char* line : {"1", " 7 x", "0.5", "+3"})
-        EXPECT_EQ(FormatByFirstLine(line), FormatByName("x.srt")) << line;
+        EXPECT_EQ(FormatByBeginning({line, line}), FormatByName("x.srt")) << line;
 }
 
 TEST(Detection, OfEmptyLinesAloneIsARunTimeError) {
@@ -92,11 +92,9 @@ TEST(Names, NeedAllFourCharacters) {
 }
 
 TEST(FormatTable, IsInTheOrderOfFileDialogs) {
-    std::string descriptions;
-    for (const Format& format : Formats())
-        descriptions += std::string(format.description) + "|*" + format.extension + "|";
-    EXPECT_EQ(descriptions, "SAMI files (*.smi)|*.smi|SubRip files (*.srt)|*.srt|"
-                            "MicroDVD Subtitle files (*.sub)|*.sub|");
+    constexpr std::string_view First = "SAMI files (*.smi)|*.smi|SubRip files (*.srt)|*.srt|"
+                                       "MicroDVD Subtitle files (*.sub)|*.sub";
+    EXPECT_EQ(FormatFilter().substr(0, First.size()), First);
 }
 
 TEST(Load, OfWhatCannotBeOpenedEmptiesTheListAndSaysNothing) {
@@ -107,7 +105,8 @@ TEST(Load, OfWhatCannotBeOpenedEmptiesTheListAndSaysNothing) {
         titles.UndoEnabled(true);
         FileStyle style;
         style.byteOrderMark = true;
-        style.samiHeader = "x";
+        style.format = "SAMI";
+        style.kept = "x";
         const LoadResult result = LoadTitles(folder / name, "", titles, style, {});
         EXPECT_EQ(result.outcome, LoadOutcome::NotOpened) << name;
         EXPECT_EQ(result.message, "") << name;
@@ -132,10 +131,7 @@ TEST(Load, StartsANewDocumentWithoutHistoryAndKeptParts) {
     titles.UndoEnabled(true);
     titles.Insert(1, 1, 2, "old");
     FileStyle style;
-    style.keepSamiHeader = true;
-    style.samiHeader = "a";
-    style.samiClass = "b";
-    style.samiFooter = "c";
+    KeepSami({"a", "b", "c"}, style);
     LoadTitles(folder / "x.srt", "", titles, style, {});
     EXPECT_EQ(titles.UndoCount(), 0);
     EXPECT_EQ(style, FileStyle());
@@ -145,7 +141,7 @@ TEST(Load, KeepsTheTitlesBeforeAFault) {
     const Loaded loaded = LoadText("x.srt", std::string(SubRip) + SubRip + "x\r\n" + SubRip);
     EXPECT_EQ(loaded.titles.Count(), 2);
     EXPECT_EQ(loaded.result.outcome, LoadOutcome::Corrupt);
-    EXPECT_STREQ(loaded.result.format->extension, ".srt");
+    EXPECT_STREQ(loaded.result.format->name, "SubRip");
 }
 
 class LongFile : public testing::TestWithParam<const char*> {

@@ -1,5 +1,7 @@
 #include "formats/recoverycopy.h"
 
+#include "formats/sami.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -14,8 +16,7 @@ RecoveryNotes Notes() {
                       "e.avi";
     notes.subtitleFile = "/films/a.smi";
     notes.frameRate = 23.976;
-    notes.style = {
-        FileStyle::Encoding::Utf16BigEndian, true, true, "<SAMI>\r\n", "ENCC", "</SAMI>"};
+    notes.style = {FileStyle::Encoding::Utf16BigEndian, true, "SAMI", std::string("kept\0", 5)};
     return notes;
 }
 
@@ -71,6 +72,61 @@ TEST(RecoveryCopy, BringsItsUndoHistory) {
         ExpectSame(document->titles, titles);
     }
     EXPECT_EQ(document->titles.Undo(), 0);
+}
+
+TEST(RecoveryCopy, BringsWhatTitlesCarryBesideTimesAndText) {
+    SUBTITLES titles = Titles();
+    for (int i = 0; i < 6; ++i)
+        titles.Add(i, i + 1, "x", TitleExtra(i % 3 == 2 ? "" : i < 3 ? "shared" : "a\xFF"));
+    titles.Delete(4);
+    const auto document = ReadRecoveryCopy(SealRecoveryCopy({titles, Notes()}, {}));
+    ASSERT_TRUE(document);
+    SUBTITLES read = document->titles;
+    for (int undone = 0; undone < 2; ++undone) {
+        ExpectSame(read, titles);
+        for (std::int32_t i = 1; i <= titles.Count(); ++i)
+            EXPECT_EQ(read.Extra(i), titles.Extra(i)) << i;
+        read.Undo();
+        titles.Undo();
+    }
+    EXPECT_EQ(read.Extra(4).Bytes(), "shared");
+}
+
+/// As the first release laid it out: a SAMI file of windows-1252, one title changed.
+constexpr std::string_view FirstLayout =
+    "5175656c6d617252010000000100000000f15365000000009e00000000000000db1ab67a51a56baa0c000000"
+    "2f66696c6d732f612e6176690c0000002f66696c6d732f612e736d6960e5d022dbf93740030001080000003c"
+    "424f44593e0d0a04000000454e4343090000003c2f424f44593e0d0a010000000001000000000000000000f0"
+    "3f0000000000000440030000006f6e6502000000000000000000f03f0000000000000440030000006e657700"
+    "0000000000084000000000000010400300000074776f";
+
+std::string BytesOf(std::string_view digits) {
+    std::string bytes;
+    for (std::size_t i = 0; i + 1 < digits.size(); i += 2)
+        bytes += static_cast<char>(std::stoi(std::string(digits.substr(i, 2)), nullptr, 16));
+    return bytes;
+}
+
+TEST(RecoveryCopy, OfTheFirstLayoutIsRead) {
+    const std::string copy = BytesOf(FirstLayout);
+    for (const std::string& read : {copy, *RestampRecoveryCopy(copy, {1700000000, true})}) {
+        const auto document = ReadRecoveryCopy(read);
+        ASSERT_TRUE(document);
+        EXPECT_EQ(document->stamp, (RecoveryStamp{1700000000, true}));
+        RecoveryNotes notes;
+        notes.mediaFile = "/films/a.avi";
+        notes.subtitleFile = "/films/a.smi";
+        notes.frameRate = 23.976;
+        notes.style.encoding = FileStyle::Encoding::CodePage;
+        KeepSami({"<BODY>\r\n", "ENCC", "</BODY>\r\n"}, notes.style);
+        EXPECT_EQ(document->notes, notes);
+        SUBTITLES titles = document->titles;
+        EXPECT_EQ(titles.Text(1), "new");
+        EXPECT_EQ(titles.EndTime(1), 2.5);
+        EXPECT_EQ(titles.Text(2), "two");
+        EXPECT_EQ(titles.Undo(), 1);
+        EXPECT_EQ(titles.Text(1), "one");
+    }
 }
 
 TEST(RecoveryCopy, TornCopiesAreRejected) {

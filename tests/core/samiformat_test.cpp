@@ -1,3 +1,4 @@
+#include "formats/sami.h"
 #include "formattesting.h"
 
 #include <gtest/gtest.h>
@@ -104,7 +105,7 @@ TEST(SamiRead, LosesWhatFollowsTheBodyTagOnItsLine) {
     const Loaded loaded =
         LoadText("x.smi", "<SAMI><Body><SYNC Start=1000>A\r\n<SYNC Start=2000>B\r\n</BODY>\r\n");
     EXPECT_EQ(loaded.Titles(), (Titles{{2, 12, "B"}}));
-    EXPECT_EQ(loaded.style.samiHeader, "<SAMI><Body>\r\n");
+    EXPECT_EQ(KeptSami(loaded.style)->header, "<SAMI><Body>\r\n");
 }
 
 struct KeptRow {
@@ -119,10 +120,9 @@ class SamiKept : public testing::TestWithParam<KeptRow> {};
 
 TEST_P(SamiKept, Parts) {
     const FileStyle style = LoadText("x.smi", GetParam().file).style;
-    EXPECT_TRUE(style.keepSamiHeader) << GetParam().what;
-    EXPECT_EQ(style.samiHeader, GetParam().header) << GetParam().what;
-    EXPECT_EQ(style.samiClass, GetParam().className) << GetParam().what;
-    EXPECT_EQ(style.samiFooter, GetParam().footer) << GetParam().what;
+    EXPECT_EQ(KeptSami(style),
+              (SamiParts{GetParam().header, GetParam().className, GetParam().footer}))
+        << GetParam().what;
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -142,7 +142,7 @@ TEST(SamiRead, WithoutABodyTagIsCorruptAndKeepsNothing) {
                              "<SAMI>\r\n<BODY>\r\n", ""}) {
         const Loaded loaded = LoadText("x.smi", file);
         EXPECT_EQ(loaded.result.message, Corrupt) << file;
-        EXPECT_FALSE(loaded.style.keepSamiHeader) << file;
+        EXPECT_FALSE(KeptSami(loaded.style)) << file;
         EXPECT_EQ(loaded.titles.Count(), 0) << file;
     }
 }

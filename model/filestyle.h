@@ -11,12 +11,11 @@ struct FileStyle {
     /// The file began with a byte-order mark.
     bool byteOrderMark = false;
 
-    /// A SAMI file was read up to its body tag: `samiHeader`, `samiClass` and
-    /// `samiFooter` are its own (UTF-8) and are written back.
-    bool keepSamiHeader = false;
-    std::string samiHeader;
-    std::string samiClass;
-    std::string samiFooter;
+    /// Which format `kept` belongs to (`Format::keeps`); empty when none keeps anything.
+    std::string format;
+    /// What that format writes back beside the titles, such as a header. Only the
+    /// format itself reads the bytes; everybody else carries them along.
+    std::string kept;
 
     bool operator==(const FileStyle&) const = default;
 };

@@ -1,0 +1,104 @@
+// What other texts say of the formats, and what holds for every row of their table.
+#include "base/ascii.h"
+#include "formattesting.h"
+
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <set>
+
+namespace {
+
+std::string SourceText(const char* name) {
+    std::string text = FileText(std::filesystem::path(SOURCE_FOLDER) / name);
+    EXPECT_NE(text, "") << name;
+    return text;
+}
+
+std::string LineOf(const std::string& text, const std::string& start) {
+    const std::size_t at = text.find("\n" + start);
+    if (at == std::string::npos)
+        return {};
+    const std::size_t from = at + 1 + start.size();
+    return text.substr(from, text.find('\n', from) - from);
+}
+
+TEST(FormatTable, NamesEachFormatAndEachOfItsExtensionsOnce) {
+    std::set<std::string> names;
+    for (const Format& format : Formats()) {
+        EXPECT_TRUE(names.insert(format.name).second) << format.name;
+        ASSERT_FALSE(format.extensions.empty()) << format.name;
+        std::set<std::string> extensions;
+        for (const std::string& extension : format.extensions) {
+            EXPECT_TRUE(extension.starts_with('.') && extension.size() > 1) << extension;
+            EXPECT_EQ(extension, AsciiLower(extension));
+            EXPECT_TRUE(extensions.insert(extension).second) << extension;
+        }
+        EXPECT_TRUE(std::string_view(format.description).ends_with("files")) << format.name;
+        EXPECT_NE(std::string_view(format.corruptMessage), "") << format.name;
+    }
+}
+
+/// Files are saved under every extension of the table, and are read as they were written.
+TEST(FormatTable, ReadsWhatItWritesUnderEveryExtension) {
+    for (const Format& format : Formats()) {
+        for (const std::string& extension : format.extensions) {
+            const std::string name = "x" + extension;
+            const Format* saved = FormatByName(name);
+            ASSERT_NE(saved, nullptr) << name;
+            const Loaded loaded = LoadText(name, SavedText(name, {{1, 2, "A"}, {3, 4.5, "B"}}));
+            EXPECT_EQ(loaded.result.format, saved) << name;
+            EXPECT_EQ(loaded.result.outcome, LoadOutcome::Complete) << name;
+            ASSERT_EQ(loaded.titles.Count(), 2) << name;
+            EXPECT_NEAR(loaded.titles.StartTime(2), 3, 0.05) << name;
+            EXPECT_NEAR(loaded.titles.EndTime(2), 4.5, 0.05) << name;
+            EXPECT_EQ(loaded.titles.Text(2), "B") << name;
+        }
+    }
+}
+
+TEST(FormatTable, IsRecognisedByWhatItWrites) {
+    for (const Format& format : Formats()) {
+        std::string out;
+        WriteFile(format, ListOf({{1, 2, "A"}, {3, 4, "B"}}), 25, {}, out);
+        const Format* found = FormatOfFile("unknown", out);
+        ASSERT_NE(found, nullptr) << format.name;
+        EXPECT_TRUE(found == &format || (format.keeps != nullptr && found->keeps == format.keeps))
+            << format.name << " " << found->name;
+    }
+}
+
+TEST(FormatTable, IsWhatTheDesktopEntrySays) {
+    const std::string entry = SourceText("packaging/quelmar.desktop");
+    std::string types;
+    for (const Format& format : Formats()) {
+        const std::string type = std::string(format.mimeType) + ";";
+        if (type != ";" && types.find(type) == std::string::npos)
+            types += type;
+    }
+    EXPECT_EQ(LineOf(entry, "MimeType="), types);
+    const std::string words = LineOf(entry, "Keywords=");
+    for (const Format& format : Formats())
+        for (const std::string& extension : format.extensions)
+            EXPECT_NE(words.find(";" + extension.substr(1) + ";"), std::string::npos) << extension;
+}
+
+/// Runs of blanks and line ends as one blank, for texts that are filled.
+std::string Unfilled(const std::string& text) {
+    return std::regex_replace(text, std::regex("\\s+"), " ");
+}
+
+TEST(FormatTable, IsWhatTheTextsForPeopleSay) {
+    for (const char* name :
+         {"README.md", "packaging/CMakeLists.txt", "packaging/quelmar.metainfo.xml"}) {
+        const std::string text = Unfilled(SourceText(name));
+        for (const Format& format : Formats())
+            EXPECT_NE(text.find(format.name), std::string::npos) << name << ": " << format.name;
+    }
+    const std::string readme = SourceText("README.md");
+    for (const Format& format : Formats())
+        for (const std::string& extension : format.extensions)
+            EXPECT_NE(readme.find("`" + extension + "`"), std::string::npos) << extension;
+}
+
+} // namespace
