@@ -36,8 +36,9 @@ void JumpSlider::wheelEvent(QWheelEvent* event) {
     event->ignore();
 }
 
-/// A film moves the handle by less than a pixel at a time; painting it all the same is
-/// what playing would cost most in this window.
+/// Playing moves the handle by less than a pixel at a time. It is painted only when it
+/// stands on another pixel: painting it each time would cost more than all else that
+/// this window does while a film plays.
 void JumpSlider::sliderChange(SliderChange change) {
     QStyleOptionSlider option;
     initStyleOption(&option);

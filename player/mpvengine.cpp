@@ -15,12 +15,6 @@
 namespace {
 
 using std::chrono::milliseconds;
-using std::chrono::seconds;
-
-constexpr auto LoadPatience = seconds(10);
-constexpr auto SeekPatience = seconds(3);
-/// libmpv shows the first picture that is not earlier than the target less this (in seconds).
-constexpr double SeekTolerance = 0.005;
 
 /// The number's text, whatever the locale.
 std::array<char, 32> Decimal(double number) {
@@ -47,12 +41,15 @@ std::unique_ptr<MpvEngine> MpvEngine::Make(const MpvLibrary& mpv, std::function<
 MpvEngine::MpvEngine(const MpvLibrary& mpv, mpv_handle* player, std::function<void()> wake)
     : m_mpv(mpv)
     , m_player(player)
+    , m_properties(mpv, player)
     , m_wake(std::move(wake)) {
     mpv.observe_property(player, 0, "time-pos", MPV_FORMAT_DOUBLE);
     mpv.observe_property(player, 0, "pause", MPV_FORMAT_FLAG);
     mpv.observe_property(player, 0, "eof-reached", MPV_FORMAT_FLAG);
     mpv.observe_property(player, 0, "duration", MPV_FORMAT_DOUBLE);
     mpv.observe_property(player, 0, "aid", MPV_FORMAT_INT64);
+    mpv.observe_property(player, 0, "frame-drop-count", MPV_FORMAT_INT64);
+    mpv.observe_property(player, 0, "decoder-frame-drop-count", MPV_FORMAT_INT64);
     m_thread = std::thread([this] { Run(); });
 }
 
@@ -69,19 +66,16 @@ MpvEngine::~MpvEngine() {
 void MpvEngine::Load(const std::string& path) {
     const std::lock_guard lock(m_lock);
     Forget();
-    m_loading = Loading::Asked;
-    m_loadDeadline = Clock::now() + LoadPatience;
     SetFlag("pause", true);
-    m_pauseSent = true;
-    Send({"loadfile", path.c_str(), "replace"}, ++m_load);
+    m_pause.Told(true);
+    Send({"loadfile", path.c_str(), "replace"}, m_loading.Ask(Clock::now()));
     m_mpv.wakeup(m_player);
 }
 
 void MpvEngine::Unload() {
     const std::lock_guard lock(m_lock);
     Forget();
-    m_loading = Loading::Idle;
-    ++m_load;
+    m_loading.Drop();
     Send({"stop"});
     m_mpv.wakeup(m_player);
 }
@@ -89,12 +83,10 @@ void MpvEngine::Unload() {
 void MpvEngine::Forget() {
     m_media = {};
     m_news = {};
-    m_entry = -1;
-    m_seeking = false;
-    m_wanted.reset();
+    m_seeking.Forget();
+    m_burst.Cancel();
     m_playing = false;
     m_limit.reset();
-    m_pace = {};
     m_origin = 0;
     ++m_epoch;
     m_clock.Jump(0, Clock::now());
@@ -102,8 +94,7 @@ void MpvEngine::Forget() {
 
 bool MpvEngine::WaitForAnswer(milliseconds atMost) {
     std::unique_lock lock(m_lock);
-    return m_answered.wait_for(
-        lock, atMost, [this] { return m_loading == Loading::Done || m_loading == Loading::Idle; });
+    return m_answered.wait_for(lock, atMost, [this] { return !m_loading.Pending(); });
 }
 
 MpvEngine::News MpvEngine::TakeNews() {
@@ -115,6 +106,11 @@ MpvEngine::News MpvEngine::TakeNews() {
 MpvMedia MpvEngine::Media() const {
     const std::lock_guard lock(m_lock);
     return m_media;
+}
+
+std::int64_t MpvEngine::DroppedPictures() const {
+    const std::lock_guard lock(m_lock);
+    return m_droppedByOutput + m_droppedByDecoder;
 }
 
 double MpvEngine::Position() const {
@@ -136,10 +132,23 @@ void MpvEngine::Seek(double position) {
     const std::lock_guard lock(m_lock);
     if (!m_media.ready)
         return;
+    m_burst.Cancel();
+    GoTo(position);
+}
+
+void MpvEngine::Scrub(double position) {
+    const std::lock_guard lock(m_lock);
+    if (!m_media.ready)
+        return;
+    m_burst.Ask(position);
+    GoTo(position);
+}
+
+void MpvEngine::GoTo(double position) {
     ++m_epoch;
     m_clock.Jump(position, Clock::now());
     m_news.fileEnded = false;
-    m_wanted = position;
+    m_seeking.Want(position);
     Pump();
     m_mpv.wakeup(m_player);
 }
@@ -152,6 +161,10 @@ void MpvEngine::Play() {
     m_playing = true;
     m_news.limitReached = m_news.fileEnded = false;
     m_lastSound = Clock::now();
+    // A burst has gone beyond the place where playing is to begin.
+    if (m_burst.Sounding() && !m_seeking.Wanted())
+        m_seeking.Want(m_burst.Position());
+    m_burst.Cancel();
     Pump();
     m_mpv.wakeup(m_player);
 }
@@ -162,6 +175,7 @@ void MpvEngine::Pause() {
         return;
     ++m_epoch;
     m_playing = false;
+    m_burst.Cancel();
     m_clock.Hold(Clock::now());
     Pump();
     m_mpv.wakeup(m_player);
@@ -217,30 +231,17 @@ void MpvEngine::SetDouble(const char* name, double value) {
     m_mpv.set_property_async(m_player, 0, name, MPV_FORMAT_DOUBLE, &value);
 }
 
-/// One seek at a time is under way; the pause follows the seeks, so that nothing
-/// is played before the place that was asked for.
+/// The pause follows the seeks, so that nothing is played before the place that
+/// was asked for.
 void MpvEngine::Pump() {
-    if (m_seeking)
+    if (m_seeking.UnderWay() || m_burst.Sounding())
         return;
-    if (m_wanted) {
-        m_target = *m_wanted;
-        m_wanted.reset();
-        m_retries = 0;
-        m_reach = m_pace.shortest;
-        SendSeek();
-    }
-    if (m_pauseSent == m_playing) {
-        m_pauseSent = !m_playing;
-        SetFlag("pause", m_pauseSent);
-    }
+    if (const auto position = m_seeking.Next(Clock::now()))
+        SendSeek(*position);
+    if (const auto pause = m_pause.Tell(!m_playing))
+        SetFlag("pause", *pause);
 }
 
-/// The picture that covers the target is the one that begins less than its own
-/// duration before it.
-void MpvEngine::SendSeek() {
-    m_seeking = true;
-    m_seekDeadline = Clock::now() + SeekPatience;
-    const double lead = m_reach > 0 ? m_reach - SeekTolerance - m_pace.margin : 0;
-    const double target = m_origin + std::max(0.0, m_target - lead);
-    Send({"seek", Decimal(target).data(), "absolute+exact"});
+void MpvEngine::SendSeek(double position) {
+    Send({"seek", Decimal(m_origin + position).data(), "absolute+exact"});
 }

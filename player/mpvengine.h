@@ -1,7 +1,12 @@
 #pragma once
 
+#include "player/loading.h"
 #include "player/mediaclock.h"
 #include "player/mpvlibrary.h"
+#include "player/mpvproperties.h"
+#include "player/pausewatch.h"
+#include "player/seeking.h"
+#include "player/soundburst.h"
 
 #include <chrono>
 #include <condition_variable>
@@ -13,30 +18,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <vector>
-
-struct MpvTrack {
-    std::int64_t id = 0;
-    std::string title;
-    std::string language;
-    bool selected = false;
-};
-
-/// What is known of the open file.
-struct MpvMedia {
-    bool ready = false;
-    double length = 0;
-    bool picture = false;
-    std::vector<MpvTrack> sound;
-};
-
-/// What seeks need to know of a film's pictures.
-struct PicturePace {
-    /// The shortest time that a picture may be taken to last; 0 without pictures.
-    double shortest = 0;
-    /// By how much the times of the pictures may be rounded.
-    double margin = 0;
-};
 
 /// libmpv on a thread of its own, and the clock that this thread keeps. The
 /// window thread states what it wants; nothing it calls here waits for libmpv
@@ -68,6 +49,8 @@ class MpvEngine {
     bool WaitForAnswer(std::chrono::milliseconds atMost);
     News TakeNews();
     MpvMedia Media() const;
+    /// Pictures of the open file that were due and not shown.
+    std::int64_t DroppedPictures() const;
 
     double Position() const;
     double PositionBefore(std::chrono::milliseconds age) const;
@@ -75,6 +58,8 @@ class MpvEngine {
 
     /// Any number of seeks may follow each other; the last one is reached.
     void Seek(double position);
+    /// The same, and a moment of sound from there.
+    void Scrub(double position);
     void Play();
     void Pause();
     /// Playback pauses here; nothing: it goes on to the end of the file.
@@ -91,7 +76,6 @@ class MpvEngine {
 
   private:
     using Clock = std::chrono::steady_clock;
-    enum class Loading { Idle, Asked, Started, Loaded, Done };
 
     MpvEngine(const MpvLibrary& mpv, mpv_handle* player, std::function<void()> wake);
 
@@ -100,12 +84,11 @@ class MpvEngine {
     void Handle(const mpv_event& event);
     void Mind();
     void ReadMedia();
-    MpvMedia AskMedia();
-    std::string Text(const char* property);
-    double Number(const char* property, double otherwise);
-    double PictureShown();
-    PicturePace AskPace();
     void Tell();
+
+    // On the engine's thread, with the lock held and given up meanwhile:
+    void FollowReports(std::unique_lock<std::mutex>& lock);
+    void ListenToSound(std::unique_lock<std::mutex>& lock);
 
     // With the lock held:
     void HandleCommandReply(const mpv_event& event);
@@ -113,22 +96,26 @@ class MpvEngine {
     void HandleProperty(const mpv_event_property& property, Clock::time_point now);
     void HandlePauseReply(const mpv_event& event);
     void HandleRestart(double shown);
+    void MindDeadlines(Clock::time_point now);
     void DoubtPause();
     void StopHere(bool& reason);
     void Answer(bool ready);
     double NextTimeout() const;
     double SampleInterval() const;
+    bool NearLimit(Clock::time_point now) const;
     void Forget();
     void Send(std::initializer_list<const char*> command, std::uint64_t request = 0);
     void SetFlag(const char* name, bool value);
     void SetDouble(const char* name, double value);
-    void SendSeek();
+    void SendSeek(double position);
+    void GoTo(double position);
     void Pump();
     /// Playback is wanted and nothing is in its way.
-    bool Moving() const { return m_playing && !m_seeking && !m_wanted; }
+    bool Moving() const { return m_playing && !m_seeking.UnderWay() && !m_seeking.Wanted(); }
 
     const MpvLibrary& m_mpv;
     mpv_handle* const m_player;
+    const MpvProperties m_properties;
     const std::function<void()> m_wake;
 
     mutable std::mutex m_lock;
@@ -136,36 +123,20 @@ class MpvEngine {
     News m_news;
     MpvMedia m_media;
     MediaClock m_clock;
+    Loading m_loading;
+    Seeking m_seeking;
+    SoundBurst m_burst;
+    PauseWatch m_pause;
     bool m_quit = false;
-
-    Loading m_loading = Loading::Idle;
-    std::uint64_t m_load = 0;
-    std::int64_t m_entry = -1;
-    Clock::time_point m_loadDeadline;
-
-    /// A seek was sent and playback has not restarted yet.
-    bool m_seeking = false;
-    Clock::time_point m_seekDeadline;
-    double m_target = 0;
-    /// How long the picture that covers the target is taken to last; 0 without one.
-    double m_reach = 0;
-    int m_retries = 0;
-    /// The latest seek asked for meanwhile.
-    std::optional<double> m_wanted;
     bool m_playing = false;
-    /// What libmpv was told last.
-    bool m_pauseSent = true;
     std::optional<double> m_limit;
     double m_rate = 1;
-    PicturePace m_pace;
     /// libmpv's time at the first picture or sample.
     double m_origin = 0;
+    std::int64_t m_droppedByOutput = 0;
+    std::int64_t m_droppedByDecoder = 0;
     /// Changes with every wish, so that an answer to an older one is known as such.
     std::uint64_t m_epoch = 0;
-    bool m_pauseReported = true;
-    bool m_endReported = false;
-    bool m_endVerified = false;
-    bool m_pauseDoubted = false;
     // Reports that are followed up outside the lock.
     bool m_restarted = false;
     bool m_tracksChanged = false;

@@ -37,9 +37,12 @@ class MpvPlayer final : public Player {
     int ReadyState() const override { return m_ready ? Ready : 0; }
     PlayState State() const override { return m_state; }
     double Length() const override { return m_media.length; }
+    double PictureRate() const override { return m_media.pictureRate; }
+    qint64 DroppedPictures() const override { return m_engine ? m_engine->DroppedPictures() : 0; }
 
     double CurrentPosition() const override { return m_engine ? m_engine->Position() : 0; }
     void CurrentPosition(double seconds) override;
+    void Scrub(double seconds) override;
     double PositionBefore(std::chrono::milliseconds age) const override;
 
     double SelectionStart() const override { return m_selection.start; }
@@ -76,6 +79,7 @@ class MpvPlayer final : public Player {
     void HearPicture();
     void ChangeState(PlayState state);
     void Jump(double position);
+    double Clamped(double seconds) const;
 
     QString m_name;
     bool m_ready = false;
@@ -90,7 +94,7 @@ class MpvPlayer final : public Player {
     double m_aspect = 0;
     bool m_drawn = false;
     std::atomic<bool> m_picturePosted = false;
-    // The picture goes before the engine.
+    // libmpv demands that the picture is destroyed before the engine.
     std::unique_ptr<MpvEngine> m_engine;
     std::unique_ptr<MpvPicture> m_picture;
 };
@@ -213,11 +217,23 @@ void MpvPlayer::HearPicture() {
         m_picture->Skip();
 }
 
+double MpvPlayer::Clamped(double seconds) const {
+    const double last = m_media.length > 0 ? m_media.length : seconds;
+    return std::max(0.0, std::min(seconds, last));
+}
+
 void MpvPlayer::CurrentPosition(double seconds) {
+    if (m_ready)
+        Jump(Clamped(seconds));
+}
+
+void MpvPlayer::Scrub(double seconds) {
     if (!m_ready)
         return;
-    const double last = m_media.length > 0 ? m_media.length : seconds;
-    Jump(std::max(0.0, std::min(seconds, last)));
+    const double old = CurrentPosition();
+    const double position = Clamped(seconds);
+    m_engine->Scrub(position);
+    emit PositionChange(old, position);
 }
 
 void MpvPlayer::Jump(double position) {

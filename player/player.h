@@ -30,12 +30,20 @@ class Player : public QObject {
     virtual PlayState State() const = 0;
     /// 0 when unknown.
     virtual double Length() const = 0;
+    /// Pictures in a second, as the film itself says; 0 when unknown and without a picture.
+    virtual double PictureRate() const = 0;
+    /// Pictures of the open film that came too late to be shown.
+    virtual qint64 DroppedPictures() const = 0;
 
     /// A continuous clock: never backward between seeks; right after a seek exactly
     /// the position asked for.
     virtual double CurrentPosition() const = 0;
     /// Clamped to the media.
     virtual void CurrentPosition(double seconds) = 0;
+    /// The same with a moment of sound from there, for finding a place by ear. It
+    /// changes nothing else: a paused player stands at the position afterwards. Bursts follow
+    /// each other; of the positions asked for during one the last is heard next.
+    virtual void Scrub(double seconds) = 0;
     /// The position at an earlier moment (the age of a key event, say), also from before a
     /// seek or a pause.
     virtual double PositionBefore(std::chrono::milliseconds age) const = 0;

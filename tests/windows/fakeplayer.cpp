@@ -44,6 +44,12 @@ void FakePlayer::CurrentPosition(double seconds) {
         MoveTo(std::clamp(seconds, 0.0, MediaLength));
 }
 
+void FakePlayer::Scrub(double seconds) {
+    Scrubs.push_back(seconds);
+    if (m_ready != 0)
+        MoveTo(std::clamp(seconds, 0.0, MediaLength));
+}
+
 double FakePlayer::PositionBefore(std::chrono::milliseconds age) const {
     if (m_state != Playing)
         return m_position;

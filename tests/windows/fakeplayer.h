@@ -23,9 +23,12 @@ class FakePlayer : public Player {
     bool RefusesFiles = false;
     bool AnswersLater = false;
     double MediaLength = 600;
+    double MediaRate = 25;
     /// Every name that was ever given, and every position asked for.
     QStringList Opened;
     std::vector<double> Seeks;
+    /// Every position that was asked for with sound.
+    std::vector<double> Scrubs;
 
     using Player::ReadyState;
     void FileName(const QString& name) override;
@@ -33,9 +36,12 @@ class FakePlayer : public Player {
     int ReadyState() const override { return m_ready; }
     PlayState State() const override { return m_state; }
     double Length() const override { return m_ready == 0 ? 0 : MediaLength; }
+    double PictureRate() const override { return m_ready == 0 ? 0 : MediaRate; }
+    qint64 DroppedPictures() const override { return 0; }
 
     double CurrentPosition() const override { return m_position; }
     void CurrentPosition(double seconds) override;
+    void Scrub(double seconds) override;
     double PositionBefore(std::chrono::milliseconds age) const override;
 
     double SelectionStart() const override { return m_selectionStart; }
