@@ -342,14 +342,14 @@ void MeasurePlacing(const char* container, int titles, XKeys& keys) {
 void MeasureAllPlaying() {
     for (const double rate : {1.0, 0.5, 2.0})
         MeasurePlaying("avi", true, rate);
-    for (const char* container : {"mpg", "asf", "mov"})
+    for (const char* container : {"mpg", "asf", "mov", "mp4", "mkv", "webm", "ts"})
         MeasurePlaying(container, true, 1);
     for (const double rate : {1.0, 0.5, 2.0})
         MeasurePlaying("avi", false, rate);
 }
 
 void MeasureAllSeeks() {
-    for (const char* container : {"avi", "mpg", "asf", "mov"})
+    for (const char* container : {"avi", "mpg", "asf", "mov", "mp4", "mkv", "webm", "ts"})
         MeasureSeeks(container, 12);
     MeasureSeeks("avi", 250);
 }
@@ -360,7 +360,7 @@ void MeasureAllPlacing(int titles) {
         std::printf("titles placed by key: not measured, there is no X server\n");
         return;
     }
-    for (const char* container : {"avi", "mpg", "asf", "mov"})
+    for (const char* container : {"avi", "mpg", "asf", "mov", "mp4", "mkv", "webm", "ts"})
         MeasurePlacing(container, titles, keys);
 }
 

@@ -88,6 +88,7 @@ void MpvEngine::Forget() {
     m_playing = false;
     m_limit.reset();
     m_origin = 0;
+    m_dropped = 0;
     ++m_epoch;
     m_clock.Jump(0, Clock::now());
 }
@@ -110,7 +111,7 @@ MpvMedia MpvEngine::Media() const {
 
 std::int64_t MpvEngine::DroppedPictures() const {
     const std::lock_guard lock(m_lock);
-    return m_droppedByOutput + m_droppedByDecoder;
+    return m_dropped;
 }
 
 double MpvEngine::Position() const {

@@ -96,6 +96,7 @@ class MpvEngine {
     void HandleProperty(const mpv_event_property& property, Clock::time_point now);
     void HandlePauseReply(const mpv_event& event);
     void HandleRestart(double shown);
+    void CountDropped(std::int64_t& counter, std::int64_t count);
     void MindDeadlines(Clock::time_point now);
     void DoubtPause();
     void StopHere(bool& reason);
@@ -133,6 +134,8 @@ class MpvEngine {
     double m_rate = 1;
     /// libmpv's time at the first picture or sample.
     double m_origin = 0;
+    std::int64_t m_dropped = 0;
+    /// libmpv's own counts, which may begin again at any time.
     std::int64_t m_droppedByOutput = 0;
     std::int64_t m_droppedByDecoder = 0;
     /// Changes with every wish, so that an answer to an older one is known as such.

@@ -141,10 +141,15 @@ void MpvEngine::HandleProperty(const mpv_event_property& property, Clock::time_p
     } else if (name == "aid") {
         m_tracksChanged = true;
     } else if (name == "frame-drop-count") {
-        m_droppedByOutput = count;
+        CountDropped(m_droppedByOutput, count);
     } else if (name == "decoder-frame-drop-count") {
-        m_droppedByDecoder = count;
+        CountDropped(m_droppedByDecoder, count);
     }
+}
+
+void MpvEngine::CountDropped(std::int64_t& counter, std::int64_t count) {
+    m_dropped += std::max<std::int64_t>(0, count - counter);
+    counter = count;
 }
 
 /// libmpv has paused though it was told to play: at the end of the file, or it

@@ -64,6 +64,8 @@ constexpr Option Options[] = {
     {"hr-seek-demuxer-offset", "1"},
     // By default pictures and times run almost a frame ahead of the sound.
     {"video-timing-offset", "0"},
+    // Drawing a turned picture by software ends the process, so it is turned afterwards.
+    {"video-rotate", "no", Need::Safety},
     {"audio-fallback-to-null", "yes"},
 };
 

@@ -1,5 +1,8 @@
 #include "player/mpvpicture.h"
 
+#include <QPainter>
+#include <QTransform>
+
 #include <cstddef>
 #include <span>
 #include <utility>
@@ -56,9 +59,22 @@ bool MpvPicture::New() {
     return (m_mpv.render_context_update(m_context) & MPV_RENDER_UPDATE_FRAME) != 0;
 }
 
-bool MpvPicture::Draw(QImage& image) {
+bool MpvPicture::Draw(QImage& image, int rotation) {
     if (image.isNull() || image.format() != QImage::Format_RGB32)
         return false;
+    if (rotation == 0)
+        return DrawLevel(image);
+    const bool sideways = rotation % 180 != 0;
+    QImage level(sideways ? image.size().transposed() : image.size(), image.format());
+    if (!DrawLevel(level))
+        return false;
+    QPainter painter(&image);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(0, 0, level.transformed(QTransform().rotate(rotation)));
+    return true;
+}
+
+bool MpvPicture::DrawLevel(QImage& image) {
     const int size[] = {image.width(), image.height()};
     const auto stride = static_cast<std::size_t>(image.bytesPerLine());
     const int wait = 0;

@@ -20,13 +20,15 @@ class MpvPicture {
 
     /// Whether a picture is due that was not there at the last call.
     bool New();
-    /// Fills the image (Format_RGB32), with black bars where the shapes differ.
-    bool Draw(QImage& image);
+    /// Fills the image (Format_RGB32), with black bars where the shapes differ, with the
+    /// picture turned clockwise by whole quarters (in degrees).
+    bool Draw(QImage& image, int rotation);
     /// Tells libmpv to go on without having this picture drawn.
     void Skip();
     void Shown();
 
   private:
+    bool DrawLevel(QImage& image);
     MpvPicture(const MpvLibrary& mpv, std::function<void()> due);
 
     const MpvLibrary& m_mpv;

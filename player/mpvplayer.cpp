@@ -78,6 +78,7 @@ class MpvPlayer final : public Player {
     void HearNews();
     void HearPicture();
     void ChangeState(PlayState state);
+    void ShapePicture();
     void Jump(double position);
     double Clamped(double seconds) const;
 
@@ -129,7 +130,6 @@ bool MpvPlayer::Start() {
     m_engine->Volume(m_volume);
     m_engine->Mute(m_muted);
     m_engine->Rate(m_rate);
-    m_engine->Aspect(m_aspect);
     return true;
 }
 
@@ -176,6 +176,7 @@ void MpvPlayer::Answered() {
     m_waiting = false;
     m_media = m_engine->Media();
     m_ready = m_media.ready;
+    ShapePicture();
 }
 
 void MpvPlayer::TellAnswer() {
@@ -349,14 +350,21 @@ void MpvPlayer::AudioTrack(int track) {
 void MpvPlayer::Aspect(double ratio) {
     m_aspect = std::max(0.0, ratio);
     if (m_engine)
-        m_engine->Aspect(m_aspect);
+        ShapePicture();
     emit PropertiesChanged();
+}
+
+/// The ratio is that of the picture as it is seen; a film that lies on its side is
+/// drawn before it is turned.
+void MpvPlayer::ShapePicture() {
+    const bool sideways = m_media.rotation % 180 != 0;
+    m_engine->Aspect(sideways && m_aspect > 0 ? 1 / m_aspect : m_aspect);
 }
 
 bool MpvPlayer::DrawPicture(QImage& image) {
     if (!m_picture || !m_media.picture)
         return false;
-    m_drawn = m_picture->Draw(image);
+    m_drawn = m_picture->Draw(image, m_media.rotation);
     return m_drawn;
 }
 

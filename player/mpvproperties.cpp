@@ -30,6 +30,13 @@ bool Flag(const mpv_node& map, const char* key) {
     return node != nullptr && node->format == MPV_FORMAT_FLAG && node->u.flag != 0;
 }
 
+/// Whole quarters, as 0 to 270 degrees.
+int QuarterTurns(std::int64_t degrees) {
+    constexpr std::int64_t Quarter = 90;
+    const std::int64_t quarters = (degrees % 360 + 360 + Quarter / 2) / Quarter % 4;
+    return static_cast<int>(quarters * Quarter);
+}
+
 } // namespace
 
 std::string MpvString(const mpv_node& map, const char* key) {
@@ -65,8 +72,10 @@ MpvMedia MpvProperties::Media() const {
     for (int i = 0; list.format == MPV_FORMAT_NODE_ARRAY && i < list.u.list->num; ++i) {
         const mpv_node& track = list.u.list->values[i];
         const std::string type = MpvString(track, "type");
-        if (type == "video" && Flag(track, "selected"))
+        if (type == "video" && Flag(track, "selected")) {
             media.picture = true;
+            media.rotation = QuarterTurns(MpvInteger(track, "demux-rotation", 0));
+        }
         if (type == "audio")
             media.sound.push_back({MpvInteger(track, "id", 0), MpvString(track, "title"),
                                    MpvString(track, "lang"), Flag(track, "selected")});
@@ -82,11 +91,12 @@ PicturePace MpvProperties::Pace() const {
     const bool usual = std::any_of(std::begin(UsualRates), std::end(UsualRates), [&](double one) {
         return std::abs(rate - one) < one * UsualRateSlack;
     });
-    // Some containers count in whole milliseconds.
+    // Some containers count in whole milliseconds, which a picture's start and end are both
+    // rounded to.
     const std::string format = Text("file-format");
-    const bool coarse = format == "asf" || format == "flv" || format == "mkv";
+    const bool coarse = format == "asf" || format == "flv" || format == "matroska,webm";
     return {rate > 1 ? (usual ? 1 : UnequalShare) / rate : ShortestPicture,
-            coarse ? 0.0005 : 0.00001};
+            coarse ? 0.001 : 0.00001};
 }
 
 double MpvProperties::PictureShown() const {

@@ -22,6 +22,8 @@ struct MpvMedia {
     bool picture = false;
     /// Pictures in a second, as the film says; 0 when unknown.
     double pictureRate = 0;
+    /// Degrees by which the picture is to be turned clockwise: 0, 90, 180 or 270.
+    int rotation = 0;
     std::vector<MpvTrack> sound;
 };
 

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 #include <stdexcept>
 
 namespace {
@@ -35,18 +36,49 @@ bool Kept(const Film& film, int number) {
     return !film.variable || number % 4 != 3;
 }
 
-QStringList Codecs(const Film& film) {
-    if (film.container == "mpg")
-        return {"-c:v", "mpeg1video", "-bf", "2", "-c:a", "mp2"};
-    if (film.container == "asf")
-        return {"-c:v", "msmpeg4", "-c:a", "wmav2"};
-    if (film.container == "mov")
-        return {"-c:v", "libx264", "-preset", "ultrafast", "-bf", "2", "-c:a", "aac"};
-    if (film.container == "wav")
-        return {"-c:a", "pcm_s16le"};
-    if (film.container == "mp3")
-        return {"-c:a", "libmp3lame"};
-    return {"-c:v", "mpeg4", "-vtag", "XVID", "-bf", "2", "-c:a", "libmp3lame"};
+/// How ffmpeg makes the films of one container.
+struct Maker {
+    const char* container;
+    QStringList codecs;
+    bool picture = true;
+    /// Its times begin with the first picture, whatever ffprobe says of its streams: AVI
+    /// has no time stamps, and an edit list says which sound to leave out.
+    bool fromPicture = false;
+    /// Its times are whole milliseconds.
+    bool milliseconds = false;
+};
+
+const Maker& MakerOf(const Film& film) {
+    const QStringList h264{"-c:v", "libx264", "-preset", "ultrafast", "-bf", "2"};
+    static const Maker makers[] = {
+        {"avi", {"-c:v", "mpeg4", "-vtag", "XVID", "-bf", "2", "-c:a", "libmp3lame"}, true, true},
+        {"mpg", {"-c:v", "mpeg1video", "-bf", "2", "-c:a", "mp2"}},
+        {"asf", {"-c:v", "msmpeg4", "-c:a", "wmav2"}},
+        {"mov", h264 + QStringList{"-c:a", "aac"}, true, true},
+        {"mp4", h264 + QStringList{"-c:a", "aac"}, true, true},
+        {"mkv", h264 + QStringList{"-c:a", "ac3"}, true, false, true},
+        {"webm", {"-c:v", "libvpx", "-deadline", "realtime", "-c:a", "libopus"}, true, false, true},
+        {"ts", h264 + QStringList{"-c:a", "aac"}},
+        {"m2ts", h264 + QStringList{"-c:a", "ac3"}},
+        {"vob", {"-c:v", "mpeg2video", "-bf", "2", "-c:a", "mp2"}},
+        {"ogm", {"-c:v", "libtheora", "-c:a", "libvorbis", "-f", "ogg"}},
+        {"flv", {"-c:v", "flv", "-c:a", "libmp3lame", "-ar", "44100"}},
+        {"wmv", {"-c:v", "wmv2", "-c:a", "wmav2"}},
+        {"wav", {"-c:a", "pcm_s16le"}, false},
+        {"mp3", {"-c:a", "libmp3lame"}, false},
+        {"flac", {"-c:a", "flac"}, false},
+        {"m4a", {"-c:a", "aac"}, false},
+        {"aac", {"-c:a", "aac"}, false},
+        {"opus", {"-c:a", "libopus"}, false},
+        {"ogg", {"-c:a", "libvorbis"}, false},
+        {"wma", {"-c:a", "wmav2"}, false},
+    };
+    const auto maker = std::find_if(std::begin(makers), std::end(makers), [&](const Maker& one) {
+        return film.container == QLatin1String(one.container);
+    });
+    if (maker == std::end(makers))
+        throw std::runtime_error("no films in ." + film.container.toStdString());
+    return *maker;
 }
 
 QStringList Arguments(const Film& film, const QString& path) {
@@ -78,13 +110,12 @@ QStringList Arguments(const Film& film, const QString& path) {
     if (film.scale != 1)
         arguments << "-vf" << QStringLiteral("scale=iw*%1:ih*%1:flags=neighbor").arg(film.scale);
     if (film.HasPicture())
-        arguments << "-pix_fmt"
-                  << "yuv420p"
-                  << "-b:v"
+        arguments << "-pix_fmt" << (film.tenBit ? "yuv420p10le" : "yuv420p") << "-b:v"
                   << "800k"
                   << "-g" << QString::number(film.group);
-    arguments << Codecs(film);
-    if (film.container == "mov")
+    const QStringList& codecs = MakerOf(film).codecs;
+    arguments << codecs;
+    if (codecs.contains("libx264"))
         arguments << "-x264-params" << QStringLiteral("keyint=%1:scenecut=0").arg(film.group);
     if (film.secondSound)
         arguments << "-map"
@@ -97,19 +128,38 @@ QStringList Arguments(const Film& film, const QString& path) {
                   << "language=eng"
                   << "-metadata:s:a:1"
                   << "language=ger";
+    if (film.interlaced)
+        arguments << "-flags"
+                  << "+ildct+ilme"
+                  << "-top"
+                  << "1";
     if (film.start != 0)
         arguments << "-output_ts_offset" << number(film.start);
     return arguments << path;
 }
 
-/// The number that ffprobe prints.
-double Probe(const QString& path, const QStringList& what) {
+/// The numbers that ffprobe prints, one on each line; at least one.
+std::vector<double> Probe(const QString& path, const QStringList& what) {
     QProcess probe;
     probe.start(QStringLiteral("ffprobe"),
                 QStringList{"-v", "error", "-of", "csv=p=0"} + what + QStringList{path});
     if (!probe.waitForFinished(EncodePatience) || probe.exitCode() != 0)
         throw std::runtime_error("ffprobe: " + probe.readAllStandardError().toStdString());
-    return probe.readAllStandardOutput().split('\n').front().split(',').front().toDouble();
+    std::vector<double> numbers;
+    for (const QByteArray& line : probe.readAllStandardOutput().trimmed().split('\n'))
+        numbers.push_back(line.split(',').front().toDouble());
+    return numbers;
+}
+
+void Encode(const QStringList& arguments, const QByteArray& input) {
+    QProcess encoder;
+    encoder.setProcessChannelMode(QProcess::MergedChannels);
+    encoder.start(QStringLiteral("ffmpeg"), arguments);
+    encoder.write(input);
+    encoder.closeWriteChannel();
+    if (!encoder.waitForFinished(EncodePatience) || encoder.exitCode() != 0)
+        throw std::runtime_error("ffmpeg: " + encoder.readAll().toStdString() +
+                                 encoder.errorString().toStdString());
 }
 
 QByteArray Pictures(const Film& film) {
@@ -122,21 +172,40 @@ QByteArray Pictures(const Film& film) {
 
 } // namespace
 
+bool Film::HasPicture() const {
+    return MakerOf(*this).picture;
+}
+
 PictureTimes::PictureTimes(const Film& film)
     : m_film(film) {
-    // AVI has no time stamps of its own, and QuickTime says which sound to leave
-    // out: there the first picture begins the film.
-    if (film.container == "avi" || film.container == "mov")
+    if (MakerOf(film).fromPicture)
         return;
     const QString path = MakeFilm(film);
-    m_first = Probe(path, {"-select_streams", "v:0", "-show_entries", "stream=start_time"}) -
-              Probe(path, {"-show_entries", "format=start_time"});
+    // Sound that begins before 0 is left out up to there.
+    const double start = std::max(0.0, Probe(path, {"-show_entries", "format=start_time"}).front());
+    m_first =
+        Probe(path, {"-select_streams", "v:0", "-show_entries", "stream=start_time"}).front() -
+        start;
+    if (!MakerOf(film).milliseconds)
+        return;
+    m_stamps = Probe(path, {"-select_streams", "v:0", "-show_entries", "packet=pts_time"});
+    std::sort(m_stamps.begin(), m_stamps.end());
+    for (double& stamp : m_stamps)
+        stamp -= start;
+}
+
+double PictureTimes::Begin(int number) const {
+    const auto missing = static_cast<std::size_t>(m_film.variable ? number / 4 : 0);
+    const auto place = static_cast<std::size_t>(number) - missing;
+    return Kept(m_film, number) && place < m_stamps.size() ? m_stamps[place]
+                                                           : m_first + number / m_film.rate;
 }
 
 int PictureTimes::NumberAt(double seconds) const {
-    const double passed = std::floor((seconds - m_first) * m_film.rate + 1e-6);
-    int number = std::clamp(static_cast<int>(passed), 0, m_film.pictures - 1);
-    while (!Kept(m_film, number))
+    constexpr double Slack = 1e-6;
+    int number =
+        std::clamp(static_cast<int>((seconds - m_first) * m_film.rate) + 1, 0, m_film.pictures - 1);
+    while (number > 0 && (Begin(number) > seconds + Slack || !Kept(m_film, number)))
         --number;
     return number;
 }
@@ -155,20 +224,23 @@ QString MakeFilm(const Film& film) {
             .arg(film.sound ? 1 : 0)
             .arg(film.soundDelay)
             .arg(film.start)
-            .arg(film.variable ? 1 : 0)
+            .arg((film.variable ? 1 : 0) + (film.tenBit ? 2 : 0) + (film.interlaced ? 4 : 0) +
+                 10 * film.rotation)
             .arg(film.secondSound ? 1 : 0)
             .arg(film.scale == 1 ? "." + film.container
                                  : QStringLiteral("-x%1.").arg(film.scale) + film.container));
     if (QFile::exists(path))
         return path;
-    QProcess encoder;
-    encoder.setProcessChannelMode(QProcess::MergedChannels);
-    encoder.start(QStringLiteral("ffmpeg"), Arguments(film, path));
-    encoder.write(Pictures(film));
-    encoder.closeWriteChannel();
-    if (!encoder.waitForFinished(EncodePatience) || encoder.exitCode() != 0)
-        throw std::runtime_error("ffmpeg: " + encoder.readAll().toStdString() +
-                                 encoder.errorString().toStdString());
+    if (film.rotation == 0) {
+        Encode(Arguments(film, path), Pictures(film));
+        return path;
+    }
+    // A film is turned by a note in its container alone.
+    Film level = film;
+    level.rotation = 0;
+    Encode({"-v", "error", "-y", "-i", MakeFilm(level), "-c", "copy", "-metadata:s:v:0",
+            QStringLiteral("rotate=%1").arg(film.rotation), path},
+           {});
     return path;
 }
 

@@ -4,11 +4,12 @@
 #include <QString>
 
 #include <optional>
+#include <vector>
 
 /// Test films, made by ffmpeg when they are first asked for. Every picture
 /// carries its own number, which can be read back from what was drawn.
 struct Film {
-    /// "avi", "mpg", "asf", "mov", "wav", "mp3"
+    /// The file name's extension.
     QString container = QStringLiteral("avi");
     int pictures = 100;
     double rate = 25;
@@ -25,8 +26,13 @@ struct Film {
     int scale = 1;
     /// Another audio track, in German.
     bool secondSound = false;
+    /// Degrees by which a player has to turn the picture counter-clockwise.
+    int rotation = 0;
+    bool tenBit = false;
+    /// Coded in fields.
+    bool interlaced = false;
 
-    bool HasPicture() const { return container != "wav" && container != "mp3"; }
+    bool HasPicture() const;
     double Length() const { return pictures / rate; }
 };
 
@@ -40,11 +46,13 @@ class PictureTimes {
     explicit PictureTimes(const Film& film);
     /// The number of the picture that covers this time.
     int NumberAt(double seconds) const;
-    double Begin(int number) const { return m_first + number / m_film.rate; }
+    double Begin(int number) const;
 
   private:
     Film m_film;
     double m_first = 0;
+    /// Each picture's time in the file, where it says so in whole milliseconds.
+    std::vector<double> m_stamps;
 };
 
 /// A path in the films' folder, which lives as long as the process.

@@ -57,6 +57,7 @@ TEST_P(PlayerTakes, AFileOfThisKind) {
     EXPECT_NEAR(show.player->Length(), film.Length(), 0.15);
     EXPECT_EQ(show.player->SelectionStart(), -1);
     EXPECT_EQ(show.player->SelectionEnd(), show.player->Length());
+    EXPECT_NEAR(show.player->PictureRate(), film.HasPicture() ? film.rate : 0, 0.01);
     if (film.HasPicture())
         EXPECT_TRUE(show.Shows(0));
     else
@@ -64,7 +65,9 @@ TEST_P(PlayerTakes, AFileOfThisKind) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Containers, PlayerTakes,
-                         testing::Values("avi", "mpg", "asf", "mov", "wav", "mp3"),
+                         testing::Values("avi", "mpg", "asf", "mov", "wav", "mp3", "mkv", "mp4",
+                                         "webm", "ts", "m2ts", "vob", "ogm", "flv", "wmv", "flac",
+                                         "m4a", "aac", "opus", "ogg", "wma"),
                          [](const auto& row) { return std::string(row.param); });
 
 /// The bars beside the picture too.
@@ -88,6 +91,21 @@ TEST(PlayerFiles, AFilmWithoutSoundIsTaken) {
     EXPECT_NE(show.player->ReadyState(), 0);
     EXPECT_TRUE(show.player->AudioTracks().isEmpty());
     EXPECT_EQ(show.player->AudioTrack(), -1);
+}
+
+TEST(PlayerFiles, TheRateIsTheFilmsOwn) {
+    for (const double rate : {24000.0 / 1001, 24.0, 25.0, 30000.0 / 1001, 50.0}) {
+        for (const char* container : {"avi", "mkv", "mp4", "ts"}) {
+            Film film = FilmIn(container);
+            film.pictures = 50;
+            film.rate = rate;
+            const Screening show(film);
+            EXPECT_NEAR(show.player->PictureRate(), rate, rate / 10000) << container;
+        }
+    }
+    Screening show((Film()));
+    show.player->FileName("");
+    EXPECT_EQ(show.player->PictureRate(), 0);
 }
 
 TEST(PlayerFiles, ARelativeNameIsTaken) {

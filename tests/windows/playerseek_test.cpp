@@ -1,6 +1,7 @@
 #include "tests/windows/screening.h"
 
 #include <QSignalSpy>
+#include <QTransform>
 
 #include <gtest/gtest.h>
 
@@ -20,8 +21,8 @@ Film Long() {
     return film;
 }
 
-Film Variable() {
-    Film film = FilmIn("mov");
+Film Variable(const char* container) {
+    Film film = FilmIn(container);
     film.variable = true;
     return film;
 }
@@ -32,9 +33,21 @@ Film Silent(const char* container) {
     return film;
 }
 
-Film Ntsc() {
-    Film film = FilmIn("mov");
+Film Ntsc(const char* container) {
+    Film film = FilmIn(container);
     film.rate = 24000.0 / 1001;
+    return film;
+}
+
+Film TenBit(const char* container) {
+    Film film = FilmIn(container);
+    film.tenBit = true;
+    return film;
+}
+
+Film Interlaced(const char* container) {
+    Film film = FilmIn(container);
+    film.interlaced = true;
     return film;
 }
 
@@ -94,9 +107,26 @@ const Row Rows[] = {
     {"Mpg", FilmIn("mpg")},
     {"Asf", FilmIn("asf")},
     {"Mov", FilmIn("mov")},
+    {"Mp4", FilmIn("mp4")},
+    {"Mkv", FilmIn("mkv")},
+    {"Webm", FilmIn("webm")},
+    {"Ts", FilmIn("ts")},
+    {"M2ts", FilmIn("m2ts")},
+    {"Vob", FilmIn("vob")},
+    {"Ogm", FilmIn("ogm")},
+    {"Flv", FilmIn("flv")},
+    {"Wmv", FilmIn("wmv")},
+    {"TenBitMkv", TenBit("mkv")},
+    {"InterlacedTs", Interlaced("ts")},
+    {"InterlacedVob", Interlaced("vob")},
+    {"VariableMkv", Variable("mkv")},
+    {"VariableMp4", Variable("mp4")},
+    {"NtscMkv", Ntsc("mkv")},
+    {"SilentMkv", Silent("mkv")},
+    {"SilentTs", Silent("ts")},
     {"FewKeyPictures", Long()},
-    {"VariableRate", Variable()},
-    {"NtscRate", Ntsc()},
+    {"VariableRate", Variable("mov")},
+    {"NtscRate", Ntsc("mov")},
     {"SilentAvi", Silent("avi")},
     {"SilentMov", Silent("mov")},
     {"MpgThatStartsLate", Started("mpg")},
@@ -147,6 +177,67 @@ TEST(PlayerSeek, ManyWhilePlayingGoOnFromTheLast) {
     EXPECT_LT(show.player->CurrentPosition(), 1);
     ASSERT_TRUE(show.Passes(1));
     EXPECT_LT(show.player->CurrentPosition(), 2);
+    EXPECT_EQ(show.player->State(), Player::Playing);
+}
+
+TEST(PlayerSeek, ATurnedFilmIsShownUprightAndExactly) {
+    for (const int rotation : {90, 180, 270}) {
+        Film film = FilmIn("mp4");
+        film.rotation = rotation;
+        Screening show;
+        show.screen = QImage(200, 320, QImage::Format_RGB32);
+        show.player->FileName(MakeFilm(film));
+        ASSERT_NE(show.player->ReadyState(), 0);
+        show.player->CurrentPosition(1.5);
+        EXPECT_TRUE(QTest::qWaitFor([&] {
+            const QImage level = show.screen.transformed(QTransform().rotate(rotation));
+            return PictureNumber(level) == 37;
+        })) << rotation;
+    }
+}
+
+TEST(PlayerSeek, AScrubStandsAtItsPositionAfterABurstOfSound) {
+    Screening show((Film()));
+    QSignalSpy jumps(show.player.get(), &Player::PositionChange);
+    QSignalSpy states(show.player.get(), &Player::PlayStateChange);
+    show.player->Scrub(2);
+    EXPECT_EQ(show.player->CurrentPosition(), 2);
+    // The burst plays on through pictures of its own.
+    EXPECT_TRUE(QTest::qWaitFor([&] { return show.Number().value_or(0) > 50; }));
+    EXPECT_EQ(show.player->CurrentPosition(), 2);
+    EXPECT_TRUE(show.Shows(50));
+    QTest::qWait(200);
+    EXPECT_EQ(show.Number(), 50);
+    EXPECT_EQ(show.player->CurrentPosition(), 2);
+    EXPECT_EQ(jumps.count(), 1);
+    EXPECT_EQ(states.count(), 0);
+}
+
+TEST(PlayerSeek, ManyScrubsEndOnTheLast) {
+    Screening show((Film()));
+    for (int i = 0; i <= 40; ++i) {
+        const double target = 1 + i * 0.05;
+        show.player->Scrub(target);
+        ASSERT_EQ(show.player->CurrentPosition(), target);
+        QTest::qWait(10);
+    }
+    QTest::qWait(400);
+    EXPECT_TRUE(show.Shows(75));
+    EXPECT_EQ(show.player->CurrentPosition(), 3);
+    EXPECT_NE(show.player->State(), Player::Playing);
+}
+
+TEST(PlayerSeek, PlayingAfterAScrubBeginsAtItsPosition) {
+    Screening show((Film()));
+    show.player->Scrub(2);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return show.Number().value_or(0) >= 50; }));
+    show.player->Play();
+    EXPECT_GE(show.player->CurrentPosition(), 2);
+    EXPECT_LT(show.player->CurrentPosition(), 2.02);
+    ASSERT_TRUE(show.Passes(2.5));
+    show.player->Scrub(1);
+    EXPECT_LT(show.player->CurrentPosition(), 1.02);
+    ASSERT_TRUE(show.Passes(1.5));
     EXPECT_EQ(show.player->State(), Player::Playing);
 }
 

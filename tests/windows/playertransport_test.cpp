@@ -177,6 +177,16 @@ TEST(PlayerTransport, PausesAtTheSelectionsEndWhileTheWindowIsBusy) {
     EXPECT_LT(show.player->CurrentPosition(), 0.5 + StopSlack);
 }
 
+TEST(PlayerTransport, PicturesThatABusyWindowMissesAreCounted) {
+    Screening show((Film()));
+    show.player->Play();
+    ASSERT_TRUE(show.Passes(0.5));
+    QThread::msleep(1500);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return show.player->DroppedPictures() > 5; }));
+    show.player->FileName(MakeFilm(FilmIn("mov")));
+    EXPECT_EQ(show.player->DroppedPictures(), 0);
+}
+
 TEST(PlayerTransport, ASeekBehindTheSelectionWhilePlayingPauses) {
     Screening show((Film()));
     show.player->SelectionStart(1);
