@@ -17,8 +17,21 @@ void Answer::Take(const Found& found, const std::vector<std::size_t>& searched) 
     Refine();
     if (m_right.empty())
         DropOutside();
-    Judge(found);
+    const bool agrees = AnchorsAgree();
     m_stretches = ThroughAnchors(m_stretches, m_titles, m_anchors);
+    Judge(found, agrees);
+}
+
+bool Answer::AnchorsAgree() const {
+    constexpr double Reach = 1;
+    return std::all_of(m_anchors.begin(), m_anchors.end(), [this](const PlacedAnchor& anchor) {
+        const auto stretch = std::find_if(m_stretches.begin(), m_stretches.end(),
+                                          [&](const Stretch& s) { return anchor.title < s.last; });
+        if (stretch == m_stretches.end())
+            return false;
+        const double start = m_titles[anchor.title].start * stretch->rate + stretch->offset;
+        return std::abs(start - anchor.start) < Reach;
+    });
 }
 
 void Answer::TakeAnchors() {
@@ -77,12 +90,13 @@ void Answer::TakeMargins(const Found& found, const std::vector<std::size_t>& sea
 }
 
 void Answer::TakeOwnOffsets(const Found& found, const std::vector<std::size_t>& searched) {
-    for (const Stretch& stretch : m_stretches) {
-        for (std::size_t i = stretch.first; i < stretch.last; ++i)
-            m_ownOffset[i] = stretch.offset;
+    double last = m_stretches.empty() ? 0 : m_stretches.front().offset;
+    std::size_t next = 0;
+    for (std::size_t title = 0; title < m_titles.size(); ++title) {
+        if (next < searched.size() && searched[next] == title)
+            last = SecondsOf(found.grid.At(found.own[next++]));
+        m_ownOffset[title] = last;
     }
-    static_cast<void>(found);
-    static_cast<void>(searched);
 }
 
 void Answer::Refine() {
@@ -112,7 +126,7 @@ void Answer::DropOutside() {
     }
 }
 
-void Answer::Judge(const Found& found) {
+void Answer::Judge(const Found& found, bool anchorsAgree) {
     double sure = 0;
     double placed = 0;
     for (Stretch& stretch : m_stretches) {
@@ -132,7 +146,7 @@ void Answer::Judge(const Found& found) {
     constexpr float LeastOverDecoy = 1.7F;
     const bool better = found.score > LeastOverDecoy * std::max(found.decoy, 5.0F);
     m_sure = better ? sure : std::min(sure, 0.5);
-    if (!better || sure < 0.9)
+    if (!better || sure < 0.9 || !anchorsAgree)
         return;
     const bool stays = std::all_of(m_stretches.begin(), m_stretches.end(), [](const Stretch& s) {
         return s.rate == 1 && std::abs(s.offset) < Unseen;

@@ -29,7 +29,9 @@ class Answer {
     void TakeOwnOffsets(const Found& found, const std::vector<std::size_t>& searched);
     void Refine();
     void DropOutside();
-    void Judge(const Found& found);
+    /// The speech has the titles with anchors where the anchors have them.
+    bool AnchorsAgree() const;
+    void Judge(const Found& found, bool anchorsAgree);
 
     std::span<const SpokenTitle> m_titles;
     std::span<const SpokenTitle> m_right;

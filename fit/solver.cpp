@@ -1,5 +1,7 @@
 #include "fit/solver.h"
 
+#include "fit/ownplaces.h"
+
 #include <algorithm>
 #include <cmath>
 #include <numeric>
@@ -197,6 +199,7 @@ Found Solver::Search(Workers& workers) const {
         Evidence evidence = EvidenceAt(found.rate, m_titles, true);
         evidence.Contrast(found.contrast);
         found.path = BestPath(evidence, m_costs, true, workers.Stopped());
+        found.own = OwnPlaces(evidence, workers.Stopped());
     });
     return found;
 }

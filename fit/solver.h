@@ -14,6 +14,8 @@ struct Found {
     double rate = 1;
     OffsetGrid grid;
     Path path;
+    /// The place that each title searched asks for by itself.
+    std::vector<std::int32_t> own;
     /// The best score, that of rate 1, and the best one of titles mirrored in time, which
     /// fit nothing.
     float score = 0;
