@@ -3,7 +3,6 @@
 #include "base/largeblocks.h"
 
 #include <algorithm>
-#include <limits>
 #include <utility>
 
 namespace {
@@ -11,12 +10,6 @@ namespace {
 constexpr std::int32_t GrowthStep = 100;
 
 const std::string NoText;
-
-/// Half of a number that is not negative, halves to even.
-std::int32_t Half(std::int32_t number) {
-    const std::int32_t half = number / 2;
-    return half + (number & half & 1);
-}
 
 /// The events are for observers only; either may be unset.
 template <typename EVENT, typename... ARGUMENTS>
@@ -57,12 +50,6 @@ void SUBTITLES::Add(double start, double end, std::string text, TitleExtra extra
     m_texts.push_back(std::move(text));
 }
 
-double SUBTITLES::SearchStart(std::int32_t index) const {
-    if (index < 1)
-        return -std::numeric_limits<double>::infinity();
-    return index > Count() ? std::numeric_limits<double>::infinity() : m_starts[Place(index)];
-}
-
 std::int32_t SUBTITLES::Locate(double time) const {
     const std::int32_t count = Count();
     if (count <= 1)
@@ -71,23 +58,6 @@ std::int32_t SUBTITLES::Locate(double time) const {
         return 1;
     if (time >= m_ends[Place(count - 1)])
         return count;
-
-    // Halving steps, then single ones. A sorted list is settled in about
-    // 2 log2(count) rounds; only an unsorted one can make the search circle.
-    constexpr int Rounds = 128;
-    std::int32_t p = Half(count);
-    std::int32_t step = p;
-    for (int round = 0; round < Rounds; ++round) {
-        step = std::max(Half(step), 1);
-        if (SearchStart(p - 1) <= time) {
-            if (SearchStart(p) < time)
-                p = std::min(p + step, count + 1);
-        } else {
-            p = std::max(p - step, 1);
-        }
-        if (SearchStart(p - 1) <= time && SearchStart(p) >= time)
-            return std::min(p, count);
-    }
     const auto found = std::lower_bound(m_starts.begin(), m_starts.end(), time);
     return std::min(static_cast<std::int32_t>(found - m_starts.begin()) + 1, count);
 }

@@ -33,7 +33,7 @@ class SUBTITLES {
     std::int32_t UpperBound() const { return m_upperBound; }
 
     /// The first title that starts at or after the time, at least 1 and at most
-    /// `Count`; 0 on an empty list. Times at or past the end of the last title
+    /// `Count`; 0 on an empty list. At a title's own start that is this title. Times at or past the end of the last title
     /// but one give the last title. Logarithmic; ends on unsorted lists too.
     std::int32_t Locate(double time) const;
 
@@ -78,7 +78,6 @@ class SUBTITLES {
   private:
     bool Holds(std::int32_t index) const { return index >= 1 && index <= Count(); }
     static std::size_t Place(std::int32_t index) { return static_cast<std::size_t>(index - 1); }
-    double SearchStart(std::int32_t index) const;
     void Record(UndoHistory::Kind kind, std::int32_t index);
 
     // Three arrays, not one of titles: the search runs through the starts alone.

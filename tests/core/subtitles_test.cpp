@@ -56,10 +56,24 @@ TEST(List, LocateFindsTheFirstStartAtOrAfterTheTime) {
             titles.Add(i, i + 0.5, "");
         for (std::int32_t i = 1; i < count - 1; ++i) {
             EXPECT_EQ(titles.Locate(i + 0.25), i + 1) << count;
-            const std::int32_t found = titles.Locate(i);
-            EXPECT_TRUE(found == i || found == i + 1) << count << " at " << i;
+            EXPECT_EQ(titles.Locate(i), i) << count;
         }
     }
+}
+
+TEST(List, LocateAtAStartAnswersThatTitle) {
+    SUBTITLES titles;
+    for (int i = 1; i <= 1200; ++i)
+        titles.Add(i * 2.317, i * 2.317 + 1.9, "");
+    for (std::int32_t i = 1; i <= 1200; ++i)
+        EXPECT_EQ(titles.Locate(titles.StartTime(i)), i);
+}
+
+TEST(List, LocateAnswersTheFirstOfThoseThatStartTogether) {
+    const SUBTITLES titles = Titles({{1, 2}, {3, 4}, {3, 5}, {3, 6}, {7, 8}, {9, 10}});
+    EXPECT_EQ(titles.Locate(3), 2);
+    EXPECT_EQ(titles.Locate(2.9), 2);
+    EXPECT_EQ(titles.Locate(3.1), 5);
 }
 
 TEST(List, LocateEndsOnAnyList) {

@@ -44,6 +44,30 @@ TEST_F(MainWindowKeys, PressAndReleasePlaceTheTitleAndMoveOn) {
     EXPECT_EQ(window->ShownTitle(), 2);
 }
 
+TEST_F(MainWindowKeys, TheTitleThatWasClickedIsTheOnePlaced) {
+    constexpr std::int32_t Titles = 1200;
+    const auto start = [](std::int32_t i) {
+        return i * 3.0 + i % 7 * 0.1371;
+    };
+    player->MediaLength = 4000;
+    Subt().Clear();
+    for (std::int32_t i = 1; i <= Titles; ++i)
+        Subt().Add(start(i), start(i) + 2, std::to_string(i));
+    Click("cmdEdit");
+    TitleView& rows = *Child<frmList>(*window, "frmList").LV;
+    for (std::int32_t i = 1; i <= Titles; ++i) {
+        const QModelIndex row = rows.model()->index(i - 1, 0);
+        rows.scrollTo(row);
+        QTest::mouseClick(rows.viewport(), Qt::LeftButton, {}, rows.visualRect(row).center());
+        Press();
+        player->Advance(1.25);
+        Release();
+        ASSERT_DOUBLE_EQ(Subt().EndTime(i), start(i) + 1.25) << i;
+    }
+    for (std::int32_t i = 1; i <= Titles; ++i)
+        ExpectTimes(i, start(i), start(i) + 1.25);
+}
+
 TEST_F(MainWindowKeys, ThePressAloneCountsAsAChange) {
     const QSignalSpy touched(window.get(), &frmQuelmar::DocumentTouched);
     Press();
