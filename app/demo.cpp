@@ -25,6 +25,7 @@
 #include <cstdlib>
 #include <functional>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -44,6 +45,22 @@ constexpr double Tolerance = 0.5;
 void Say(const QString& text) {
     std::puts(text.toLocal8Bit().constData());
     std::fflush(stdout);
+}
+
+/// The sample film and its subtitles: installed beside the program, or in the source
+/// tree that the program was built in or is started from.
+QDir Samples() {
+    QStringList tried{QCoreApplication::applicationDirPath() + "/../share/quelmar/samples"};
+    QDir folder(QCoreApplication::applicationDirPath());
+    do {
+        tried << folder.filePath("samples");
+    } while (folder.cdUp());
+    tried << QDir::current().filePath("samples");
+    for (const QString& path : std::as_const(tried))
+        if (QFileInfo::exists(path + "/sample.avi"))
+            return QDir(QDir::cleanPath(path));
+    throw std::runtime_error("the samples are neither in share/quelmar/samples beside the "
+                             "program nor in a folder above it or the current one");
 }
 
 class Demo {
@@ -110,7 +127,7 @@ class Demo {
     }
 
     void Open() {
-        const QDir samples(QStringLiteral(QUELMAR_SAMPLES));
+        const QDir samples = Samples();
         const QString film = samples.filePath("sample.avi");
         const QString subtitles = samples.filePath("sample-late.srt");
         Control<QLineEdit>("txtAVI").setText(film);
