@@ -12,10 +12,10 @@ constexpr std::size_t Size = 2'000'000;
 constexpr std::size_t Size = 20'000'000;
 #endif
 
-class Growth : public testing::TestWithParam<WorstText> {};
+class LargeTexts : public testing::TestWithParam<WorstText> {};
 
-/// Read within the test's patience only in one pass.
-TEST_P(Growth, IsLinear) {
+/// In quadratic time they would not come to their end before the test's time is over.
+TEST_P(LargeTexts, AreReadToTheirEnd) {
     const WorstText& worst = GetParam();
     const Loaded loaded = LoadText(worst.name, TextOf(worst, Size));
     if (worst.titles >= 0) {
@@ -25,14 +25,13 @@ TEST_P(Growth, IsLinear) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Rows, Growth, testing::ValuesIn(WorstTexts), [](const auto& row) {
+INSTANTIATE_TEST_SUITE_P(Rows, LargeTexts, testing::ValuesIn(WorstTexts), [](const auto& row) {
     std::string name = row.param.name;
     name[name.find('.')] = '_';
     return name;
 });
 
-/// What was read is written in one pass too.
-TEST(Growth, OfWritingIsLinear) {
+TEST(LargeText, IsWrittenInEveryFormat) {
     for (const char* body : WorstToWrite) {
         const SUBTITLES titles = ListOf({{1, 2, Repeated(body, Size)}});
         for (const Format& format : Formats()) {

@@ -141,15 +141,16 @@ TEST_P(Spelling, CorrectText) {
     EXPECT_EQ(CorrectText(GetParam().text), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, Spelling,
-                         testing::Values(TextRow{"lt was I.", "It was l."},
-                                         TextRow{"Hello. lt", "Hello. It"}, TextRow{"", ""},
-                                         TextRow{"Good", ""}, TextRow{"It is", ""},
-                                         TextRow{"BIG", "BlG"}, TextRow{"FBI AGENT", "FBl AGENT"},
-                                         TextRow{"- lt is!\r\n- lf so?", "- It is!\r\n- If so?"},
-                                         TextRow{"one\r\nlong", ""}, TextRow{"<i>lt</i>", ""},
-                                         TextRow{"\"lt", ""}, TextRow{"Ah... lt", "Ah... It"},
-                                         TextRow{"\xC3\xA9I", "\xC3\xA9l"}));
+INSTANTIATE_TEST_SUITE_P(
+    Texts, Spelling,
+    testing::Values(TextRow{"lt was I.", "It was l."}, TextRow{"Hello. lt", "Hello. It"},
+                    TextRow{"", ""}, TextRow{"Good", ""}, TextRow{"It is", ""},
+                    TextRow{"BIG", "BlG"}, TextRow{"FBI AGENT", "FBl AGENT"},
+                    TextRow{"- lt is!\r\n- lf so?", "- It is!\r\n- If so?"},
+                    TextRow{"one\r\nlong", ""}, TextRow{"<i>lt</i>", ""}, TextRow{"\"lt", ""},
+                    TextRow{"So? lt is", "So? It is"}, TextRow{"So! lt is", "So! It is"},
+                    TextRow{"so; It", "so; lt"}, TextRow{"I? I", ""},
+                    TextRow{"Ah... lt", "Ah... It"}, TextRow{"\xC3\xA9I", "\xC3\xA9l"}));
 
 class Italics : public testing::TestWithParam<TextRow> {};
 

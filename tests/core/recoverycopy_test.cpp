@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <random>
 
@@ -138,6 +139,43 @@ TEST(RecoveryCopy, TornCopiesAreRejected) {
         const std::string torn = copy.substr(0, zeroed) + std::string(copy.size() - zeroed, '\0');
         EXPECT_EQ(ReadRecoveryCopy(torn).has_value(), torn == copy) << zeroed;
     }
+}
+
+/// The checksum of a copy, which follows its magic word, version, flags, time and length.
+std::uint64_t ChecksumOf(std::string_view copy) {
+    constexpr std::size_t At = 32;
+    std::uint64_t sum = 0xcbf29ce484222325ULL;
+    const auto mix = [&sum](std::uint64_t word) {
+        sum = (sum ^ word) * 0x100000001b3ULL;
+        sum ^= sum >> 32U;
+    };
+    for (std::string_view bytes : {copy.substr(0, At), copy.substr(At + 8)}) {
+        for (; bytes.size() >= 8; bytes.remove_prefix(8)) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, bytes.data(), 8);
+            mix(word);
+        }
+        for (const char byte : bytes)
+            mix(static_cast<unsigned char>(byte));
+    }
+    return sum;
+}
+
+/// The copy with these bytes at its end, its length and checksum as if they belonged to it.
+std::string SealedWith(std::string copy, std::string_view more) {
+    copy += more;
+    const std::uint64_t length = copy.size() - 40;
+    std::memcpy(copy.data() + 24, &length, 8);
+    const std::uint64_t sum = ChecksumOf(copy);
+    std::memcpy(copy.data() + 32, &sum, 8);
+    return copy;
+}
+
+TEST(RecoveryCopy, BytesBehindTheDocumentAreRejected) {
+    const std::string copy = SealRecoveryCopy({Titles(), Notes()}, {5, false});
+    ASSERT_EQ(SealedWith(copy, ""), copy) << "the copy is laid out otherwise than this test says";
+    EXPECT_FALSE(ReadRecoveryCopy(SealedWith(copy, std::string(1, '\0'))));
+    EXPECT_FALSE(ReadRecoveryCopy(SealedWith(copy, "a title more")));
 }
 
 TEST(RecoveryCopy, EveryFlippedBitIsFound) {

@@ -103,12 +103,12 @@ TEST_P(SecondSteps, StayInRange) {
     EXPECT_EQ(StepSeconds(GetParam().text, GetParam().step).value_or(""), GetParam().expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, SecondSteps,
-                         testing::Values(StepRow{"59.95", Step::Up, ""},
-                                         StepRow{"59.8", Step::Up, "59.900"},
-                                         StepRow{"0.05", Step::Down, ""},
-                                         StepRow{"0.1", Step::Down, "0.000"},
-                                         StepRow{"0.000", Step::Up, "0.100"}));
+INSTANTIATE_TEST_SUITE_P(
+    Texts, SecondSteps,
+    testing::Values(StepRow{"59.95", Step::Up, ""}, StepRow{"59.9", Step::Up, ""},
+                    StepRow{"60", Step::Up, ""}, StepRow{"60", Step::Down, "59.900"},
+                    StepRow{"59.8", Step::Up, "59.900"}, StepRow{"0.05", Step::Down, ""},
+                    StepRow{"0.1", Step::Down, "0.000"}, StepRow{"0.000", Step::Up, "0.100"}));
 
 class TimeSteps : public testing::TestWithParam<StepRow> {};
 
