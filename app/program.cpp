@@ -17,7 +17,7 @@ Program::Program(std::unique_ptr<frmQuelmar> window)
     : m_window(std::move(window))
     , m_recovery(*m_window, m_store) {
     InstallErrorReporter([this](const std::string& report) { EndWithReport(report); });
-    // At the end of the desktop session nobody may be there to answer questions.
+    // When the user logs out nobody may be there to answer questions.
     QObject::connect(qApp, &QGuiApplication::commitDataRequest, &m_recovery, &Recovery::Flush,
                      Qt::DirectConnection);
     QObject::connect(m_window.get(), &frmQuelmar::Closed, qApp, &QApplication::quit,

@@ -18,7 +18,7 @@ inline void AppendNumber(std::string& out, std::int32_t value) {
     out.append(digits, result.ptr);
 }
 
-/// Makes room for the whole file: all texts, and so much beside each.
+/// Makes room for the whole file: all texts, and for each as many bytes more as given.
 inline void ReserveFor(const SUBTITLES& titles, std::size_t besideEach, std::string& out) {
     std::size_t size = out.size() + besideEach;
     for (std::int32_t i = 1; i <= titles.Count(); ++i)

@@ -77,7 +77,7 @@ void frmList::GoToTitle(std::int32_t index) {
 }
 
 void frmList::FollowTitle(std::int32_t i) {
-    // Nobody likes the line to move on which he is typing.
+    // The row with the text editor stays where it is.
     if (LV->Editing())
         return;
     if (SelectedItem() > 0 && i <= Subt().Count()) {

@@ -81,7 +81,8 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player)
 
 frmQuelmar::~frmQuelmar() {
     qApp->removeEventFilter(this);
-    // What shows the document or the player goes before them.
+    // The list editor and the player control refer to the titles and the player: they are
+    // destroyed first.
     m_player->disconnect(this);
     delete m_list.data();
     delete std::exchange(MP, nullptr);

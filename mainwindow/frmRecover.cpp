@@ -33,7 +33,8 @@ QString WorkText(const RecoverableWork& work, std::int64_t now) {
         .arg(QString::fromStdString(work.document.notes.subtitleFile))
         .arg(work.document.titles.Count())
         .arg(MomentText(work.document.stamp.time, now),
-             work.document.stamp.declined ? frmRecover::tr(", not saved on purpose") : QString());
+             work.document.stamp.declined ? frmRecover::tr(", you chose not to save it")
+                                          : QString());
 }
 
 frmRecover::frmRecover(std::vector<RecoverableWork>& works, QWidget* parent)
@@ -89,7 +90,7 @@ void frmRecover::Form_Load() {
             lstWork,
             {DocumentName(work.document.notes), QString::number(work.document.titles.Count()),
              MomentText(work.document.stamp.time, now),
-             work.document.stamp.declined ? tr("not saved on purpose") : QString()});
+             work.document.stamp.declined ? tr("you chose not to save it") : QString()});
         item->setToolTip(0, QString::fromStdString(work.document.notes.subtitleFile));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     }

@@ -63,7 +63,7 @@ QString MomentText(std::int64_t time, std::int64_t now) {
 }
 
 RecoveryQuestion::RecoveryQuestion(const RecoveredDocument& document, std::int64_t now)
-    : text(Recovery::tr("There is unsaved work of an earlier session: %1")
+    : text(Recovery::tr("There is unsaved work from the last time: %1")
                .arg(DocumentName(document.notes)))
     , details(Recovery::tr(document.titles.Count() == 1 ? "%1 title, last changed %2."
                                                         : "%1 titles, last changed %2.")

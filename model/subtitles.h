@@ -32,9 +32,10 @@ class SUBTITLES {
     void Reserve(std::int32_t count);
     std::int32_t UpperBound() const { return m_upperBound; }
 
-    /// The first title that starts at or after the time, at least 1 and at most
-    /// `Count`; 0 on an empty list. At a title's own start that is this title. Times at or past the end of the last title
-    /// but one give the last title. Logarithmic; ends on unsorted lists too.
+    /// The first title that starts at or after the time, so a title's own start gives
+    /// that title; at least 1 and at most `Count`, 0 on an empty list. Times at or past
+    /// the end of the last title but one give the last title. Logarithmic; ends on
+    /// unsorted lists too.
     std::int32_t Locate(double time) const;
 
     /// Both times in one undo step.

@@ -398,7 +398,7 @@ TEST_F(RecoveryTest, TheListShowsDeclinedWorkToo) {
     EXPECT_EQ(lstWork.topLevelItem(0)->text(0).toStdString(), "film.srt");
     EXPECT_EQ(lstWork.topLevelItem(0)->text(1).toStdString(), "2");
     const int declined = works[0].document.stamp.declined ? 0 : 1;
-    EXPECT_EQ(lstWork.topLevelItem(declined)->text(3).toStdString(), "not saved on purpose");
+    EXPECT_EQ(lstWork.topLevelItem(declined)->text(3).toStdString(), "you chose not to save it");
     lstWork.setCurrentItem(lstWork.topLevelItem(declined));
     {
         const Modals modals({AnswerMessage("Discard this work for good?", QMessageBox::Yes)});
