@@ -1,7 +1,6 @@
 #include "dialogs/frmEdit.h"
 
 #include "dialogs/placement.h"
-#include "dialogs/titletext.h"
 #include "model/times.h"
 #include "platform/errorgate.h"
 #include "platform/messageboxes.h"
@@ -11,7 +10,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QShortcut>
 
@@ -40,7 +38,7 @@ void AppendToBox(QPlainTextEdit& box, const QString& text) {
 
 frmEdit::frmEdit(TitleList& list, QWidget* parent)
     : ListDialog(list, parent, "frmEdit", "Edit subtitle")
-    , txtSubt(Named<QPlainTextEdit>("txtSubt", this))
+    , txtSubt(Named<TitleBox>("txtSubt", this))
     , PB(Named<QWidget>("PB", this))
     , txtStart(Named<QLineEdit>("txtStart", PB))
     , txtDuration(Named<QLineEdit>("txtDuration", PB))
@@ -128,9 +126,7 @@ void frmEdit::Form_Load() {
     KeepOnScreen(*this);
 
     m_index = List().SelectedItem();
-    m_loadedText = List().RowText(m_index);
-    txtSubt->setPlainText(m_loadedText);
-    m_loadedInBox = txtSubt->document()->toRawText();
+    txtSubt->Load(List().RowText(m_index));
     txtStart->setText(List().RowStart(m_index));
     txtDuration->setText(List().RowDuration(m_index));
     for (QWidget* box : std::initializer_list<QWidget*>{txtSubt, txtStart, txtDuration, cmdB, cmdI})
@@ -142,12 +138,6 @@ void frmEdit::Form_Unload() {
     Settings settings;
     settings.SetDword("SEWidth", ToTwips(width()));
     settings.SetDword("SEHeight", ToTwips(height()));
-}
-
-QString frmEdit::Text() const {
-    // What the box does not show, such as a lone line feed, stays until the text is changed.
-    const QString inBox = txtSubt->document()->toRawText();
-    return inBox == m_loadedInBox ? m_loadedText : TitleTextOf(inBox);
 }
 
 void frmEdit::UpdateTagButtons() {
@@ -179,7 +169,7 @@ void frmEdit::cmdI_Click() {
 void frmEdit::cmdOK_Click() {
     if (m_index == 0)
         return Unload();
-    const std::string typed = Text().toStdString();
+    const std::string typed = txtSubt->Text().toStdString();
     const std::string text = WithClosingMarks(typed);
     if (text != typed)
         AppendToBox(*txtSubt, QString::fromStdString(text.substr(typed.size())));

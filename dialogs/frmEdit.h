@@ -1,12 +1,12 @@
 #pragma once
 
 #include "dialogs/listdialog.h"
+#include "dialogs/titlebox.h"
 #include "editing/edittitle.h"
 
 #include <cstdint>
 
 class QLineEdit;
-class QPlainTextEdit;
 
 /// "Edit subtitle": text, start and duration of the list editor's current title.
 class frmEdit : public ListDialog {
@@ -15,7 +15,7 @@ class frmEdit : public ListDialog {
   public:
     frmEdit(TitleList& list, QWidget* parent);
 
-    QPlainTextEdit* txtSubt;
+    TitleBox* txtSubt;
     QWidget* PB;
     QLineEdit* txtStart;
     QLineEdit* txtDuration;
@@ -36,11 +36,6 @@ class frmEdit : public ListDialog {
     void UpdateTagButtons();
     void InsertMark(const QString& mark);
 
-    /// The title's text as the box holds it, lines joined as titles join them.
-    QString Text() const;
-
     std::int32_t m_index = 0;
-    QString m_loadedText;
-    QString m_loadedInBox;
     OpenMarks m_open;
 };

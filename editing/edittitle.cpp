@@ -71,3 +71,14 @@ bool StoreTitle(SUBTITLES& titles, std::int32_t index, const std::string& text, 
     titles.UndoEnabled(true);
     return true;
 }
+
+std::string BlanksForLoneBreaks(std::string text) {
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const bool pair = text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
+        if (pair)
+            ++at;
+        else if (text[at] == '\r' || text[at] == '\n')
+            text[at] = ' ';
+    }
+    return text;
+}

@@ -31,3 +31,7 @@ std::string_view WhyNot(const SUBTITLES& titles, std::int32_t index, double star
 /// Writes the title as one undo step. false: it was like that already.
 bool StoreTitle(SUBTITLES& titles, std::int32_t index, const std::string& text, double start,
                 double end);
+
+/// The text with a blank for every carriage return and line feed that is not half
+/// of a pair.
+std::string BlanksForLoneBreaks(std::string text);

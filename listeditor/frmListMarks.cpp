@@ -1,6 +1,6 @@
 #include "listeditor/frmList.h"
 
-#include "editing/labeltext.h"
+#include "editing/edittitle.h"
 #include "listeditor/rowmodel.h"
 #include "listeditor/titleview.h"
 #include "model/times.h"

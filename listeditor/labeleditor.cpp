@@ -1,7 +1,5 @@
 #include "listeditor/labeleditor.h"
 
-#include "dialogs/titletext.h"
-
 #include <QEvent>
 
 #include <algorithm>
@@ -14,7 +12,7 @@ constexpr int MostLines = 6;
 } // namespace
 
 LabelEditor::LabelEditor(QWidget* parent)
-    : QPlainTextEdit(parent) {
+    : TitleBox(parent) {
     setLineWrapMode(NoWrap);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
@@ -26,17 +24,10 @@ LabelEditor::LabelEditor(QWidget* parent)
 
 void LabelEditor::Load(const QString& text) {
     // A row that changes behind the editor does not take what was typed away.
-    if (!m_loadedInBox.isNull())
+    if (Loaded())
         return;
-    m_loadedText = text;
-    setPlainText(text);
-    m_loadedInBox = document()->toRawText();
+    TitleBox::Load(text);
     selectAll();
-}
-
-QString LabelEditor::Text() const {
-    const QString inBox = document()->toRawText();
-    return inBox == m_loadedInBox ? m_loadedText : TitleTextOf(inBox);
 }
 
 void LabelEditor::Place(const QRect& cell) {
@@ -65,5 +56,5 @@ bool LabelEditor::event(QEvent* event) {
         event->accept();
         return true;
     }
-    return QPlainTextEdit::event(event);
+    return TitleBox::event(event);
 }

@@ -1,5 +1,5 @@
 #include "editing/corrections.h"
-#include "editing/labeltext.h"
+#include "editing/edittitle.h"
 #include "editing/listcommands.h"
 
 #include <gtest/gtest.h>
