@@ -36,17 +36,23 @@ std::size_t DecimalLength(std::string_view text) {
     return digits ? at : 0;
 }
 
-double Convert(std::string_view number) {
+/// Nothing when the number is too large for a double, or too close to 0.
+std::optional<double> Convert(std::string_view number) {
     if (!number.empty() && number.front() == '+')
         number.remove_prefix(1);
     double value = 0;
     const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
-    if (error == std::errc::result_out_of_range) {
-        // Either too large or too close to 0 to tell: a text that long is not a time.
-        return number.front() == '-' ? -std::numeric_limits<double>::max()
-                                     : std::numeric_limits<double>::max();
-    }
-    return value;
+    return error == std::errc() ? std::optional(value) : std::nullopt;
+}
+
+/// Without an exponent, a number that does not fit begins with a digit other than 0 before
+/// its point, or it is as good as 0.
+double Nearest(std::string_view number) {
+    const std::string_view whole = number.substr(0, number.find('.'));
+    if (whole.find_first_of("123456789") == std::string_view::npos)
+        return 0;
+    constexpr double Largest = std::numeric_limits<double>::max();
+    return number.front() == '-' ? -Largest : Largest;
 }
 
 template <typename WHOLE>
@@ -69,7 +75,10 @@ double Val(std::string_view text) {
         return 0;
     text.remove_prefix(first);
     const std::size_t length = DecimalLength(text);
-    return length == 0 ? 0 : Convert(text.substr(0, length));
+    if (length == 0)
+        return 0;
+    const std::string_view number = text.substr(0, length);
+    return Convert(number).value_or(Nearest(number));
 }
 
 std::optional<double> Number(std::string_view text) {
@@ -80,7 +89,7 @@ std::optional<double> Number(std::string_view text) {
     std::size_t length = DecimalLength(text);
     if (length == 0)
         return std::nullopt;
-    if (length < text.size() && text[length] == '.')
+    if (text.find('.') == length)
         ++length;
     if (length < text.size() && (text[length] == 'e' || text[length] == 'E')) {
         std::size_t at = length + 1;

@@ -12,7 +12,7 @@
 double Val(std::string_view text);
 
 /// The number that the whole text is (blanks at both ends and an exponent
-/// allowed), or nothing.
+/// allowed), or nothing. A number that a double cannot hold is none.
 std::optional<double> Number(std::string_view text);
 
 /// As `Number`, but a text that is no number is the run-time error "Type mismatch".

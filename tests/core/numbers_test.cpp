@@ -20,15 +20,20 @@ TEST(Numbers, ValReadsTheLeadingNumber) {
     EXPECT_EQ(Val("1.2.3"), 1.2);
     EXPECT_EQ(Val("25,5"), 25);
     EXPECT_GT(Val(std::string(400, '9')), 1e300);
+    EXPECT_LT(Val('-' + std::string(400, '9')), -1e300);
+    EXPECT_EQ(Val("." + std::string(400, '0') + "1"), 0);
 }
 
 TEST(Numbers, NumberTakesTheWholeTextOnly) {
     EXPECT_EQ(Number(" 23.976 "), 23.976);
     EXPECT_EQ(Number("-5"), -5);
     EXPECT_EQ(Number("5."), 5);
+    EXPECT_EQ(Number(".5"), 0.5);
+    EXPECT_EQ(Number("5.e1"), 50);
     EXPECT_EQ(Number("1e2"), 100);
     for (const char* text :
-         {"", " ", "abc", "1x", "1,5", "--1", "inf", "nan", "1e", "0x10", "1 2", "."})
+         {"",    " ", "abc",   "1x",   "1,5",    "--1",     "inf",   "nan", "1e",  "0x10",
+          "1 2", ".", "25.5.", "5..5", "1e-400", "-1e-400", "1e400", "1.e", "1..", ".5."})
         EXPECT_FALSE(Number(text)) << text;
     EXPECT_THROW(ToNumber("x"), RuntimeError);
 }
