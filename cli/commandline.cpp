@@ -2,6 +2,7 @@
 
 #include "base/runtimeerror.h"
 #include "cli/commands.h"
+#include "cli/sync.h"
 #include "formats/load.h"
 #include "formats/save.h"
 
@@ -67,12 +68,13 @@ void PrintHelp(std::ostream& out) {
             PrintOption(out, option);
         out << '\n';
     }
-    out << "  With every command:\n";
+    PrintSyncHelp(out);
+    out << "\n  With every command:\n";
     for (const Option& option : CommonOptions())
         PrintOption(out, option);
     out << "\n  --help, --version\n\n"
         << "TIME is hh:mm:ss,mmm or a number of seconds. Exit status: 0 done, 1 the file was\n"
-        << "corrupt, refused or not written, 2 wrong arguments.\n";
+        << "corrupt, refused or not written, 2 wrong arguments, 3 no fit can be trusted.\n";
 }
 
 ExitCode Complain(std::ostream& err, const std::string& fault) {
@@ -192,6 +194,8 @@ ExitCode RunCommandLine(std::span<const std::string> words, std::ostream& out, s
     }
     if (words.empty())
         return Complain(err, "no command given");
+    if (words.front() == "sync")
+        return RunSync(words.subspan(1), out, err);
     for (const Command& command : Commands()) {
         if (command.name == words.front())
             return RunCommand(command, words.subspan(1), err);

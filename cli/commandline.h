@@ -10,6 +10,8 @@ enum class ExitCode {
     /// The file was corrupt, refused or not written.
     Failed = 1,
     WrongArguments = 2,
+    /// No fit of the titles can be trusted; nothing was written.
+    Unsure = 3,
 };
 
 /// Runs the program on the words after its name (UTF-8).

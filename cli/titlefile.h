@@ -1,0 +1,44 @@
+#pragma once
+
+#include "fit/fit.h"
+#include "formats/load.h"
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+/// How files are read and written.
+struct FileManners {
+    /// Frames a second of files that count frames; greater than 0.
+    double frameRate = 25;
+    /// Of files that are not Unicode.
+    std::string codePage = "windows-1252";
+    /// Take what could be read of a corrupt file.
+    bool partial = false;
+};
+
+/// Names on the command line are UTF-8.
+std::filesystem::path PathOf(const std::string& utf8);
+std::string NameOf(const std::filesystem::path& path);
+
+/// A subtitle file, loaded.
+class TitleFile {
+  public:
+    /// false, with the reason in `message`, when there are no titles to work with.
+    bool Load(const std::filesystem::path& file, const FileManners& manners, std::string& message);
+    /// The file was corrupt and only a part of it was taken.
+    bool Damaged() const { return m_damaged; }
+
+    std::vector<FitTitle> Titles() const;
+    /// One for each title.
+    void SetTimes(const std::vector<FitTimes>& times);
+
+    /// false, with the reason in `message`, when it was not written.
+    bool Save(const std::filesystem::path& file, const FileManners& manners,
+              std::string& message) const;
+
+  private:
+    SUBTITLES m_titles;
+    FileStyle m_style;
+    bool m_damaged = false;
+};
