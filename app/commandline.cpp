@@ -42,7 +42,7 @@ QString CommandLine::HelpText() {
         "Usage: quelmar [FILM [SUBTITLES]]\n"
         "Fits the timing of a subtitle file to a film.\n"
         "\n"
-        "      --recover      show unsaved work of earlier sessions, and restore it\n"
+        "      --recover      show unsaved work that was kept, and restore it\n"
         "      --demo FOLDER  play the sample film, place three titles and save; the\n"
         "                     saved file and pictures of the window go to FOLDER\n"
         "  -h, --help         show this help\n"

@@ -62,7 +62,7 @@ int RunRecovery() {
     for (const RecoverableWork& work : works)
         std::puts(WorkText(work, now).toLocal8Bit().constData());
     if (works.empty())
-        std::puts("There is no unsaved work of earlier sessions.");
+        std::puts("There is no unsaved work.");
     std::fflush(stdout);
     if (works.empty())
         return EXIT_SUCCESS;

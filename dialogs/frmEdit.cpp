@@ -179,7 +179,7 @@ void frmEdit::cmdOK_Click() {
     if (!why.empty())
         return ShowMessage(this, QString::fromUtf8(why.data(), static_cast<int>(why.size())));
     if (StoreTitle(Subt(), m_index, text, start, end)) {
-        session().SubtitlesChanged = true;
+        document().SubtitlesChanged = true;
         List().SetRow(m_index, QString::fromStdString(text), start, RoundTime(end - start));
         List().ShowEdited(m_index);
         List().TitlesChanged();

@@ -4,6 +4,7 @@
 #include "dialogs/placement.h"
 #include "editing/shift.h"
 #include "model/numbers.h"
+#include "model/step.h"
 #include "model/times.h"
 #include "platform/errorgate.h"
 #include "platform/updown.h"
@@ -107,10 +108,12 @@ void frmShift::cmdOK_Click() {
         return Unload();
     const double amount = Amount->Amount();
     const std::vector<std::int32_t> rows = List().SelectedRows();
-    ShiftTitles(Subt(), rows, optBeginning->isChecked() ? -amount : amount);
+    {
+        const Step step(Subt(), "Shift", Step::Undo::Emptied);
+        ShiftTitles(Subt(), rows, optBeginning->isChecked() ? -amount : amount);
+    }
     List().ShowAllEdited(rows);
     List().LoadList();
-    Subt().ClearUndo();
     List().TitlesChanged();
     Unload();
 }

@@ -3,6 +3,7 @@
 #include "dialogs/minutesecondentry.h"
 #include "dialogs/placement.h"
 #include "model/numbers.h"
+#include "model/step.h"
 #include "model/times.h"
 #include "platform/errorgate.h"
 #include "platform/settings.h"
@@ -73,12 +74,14 @@ void frmStretch::cmdOK_Click() {
         return Unload();
     const TimeMap map = Map();
     const std::vector<std::int32_t> rows = List().SelectedRows();
-    MapTitles(Subt(), rows, map);
+    {
+        const Step step(Subt(), "Stretch", Step::Undo::Emptied);
+        MapTitles(Subt(), rows, map);
+    }
     List().ShowAllEdited(rows);
     if (!rows.empty())
-        session().SubtitlesChanged = true;
+        document().SubtitlesChanged = true;
     List().LoadList();
-    Subt().ClearUndo();
     List().TitlesChanged();
     Unload();
 }

@@ -21,8 +21,8 @@ class ListDialog : public QDialog {
     ListDialog(TitleList& list, QWidget* parent, const QString& name, const QString& caption);
 
     TitleList& List() { return m_list; }
-    Session& session() { return m_list.session(); }
-    SUBTITLES& Subt() { return m_list.session().Subt; }
+    Document& document() { return m_list.document(); }
+    SUBTITLES& Subt() { return m_list.document().Subt; }
 
     /// Closes the dialog, shown or not.
     void Unload() { done(0); }

@@ -45,23 +45,23 @@ MinuteSecondEntry::MinuteSecondEntry(QWidget* panel, SecondsRule rule)
             [this] { Guarded([this] { txtSec_Change(); }); });
     connect(Timer1, &QTimer::timeout, this, [this] { Guarded([this] { Timer1_Timer(); }); });
     Add(UpDown1,
-        [this](Step step) { StepBox(*txtMin, StepMinutes(txtMin->text().toStdString(), step)); });
+        [this](Spin step) { StepBox(*txtMin, StepMinutes(txtMin->text().toStdString(), step)); });
     Add(UpDown2,
-        [this](Step step) { StepBox(*txtSec, StepSeconds(txtSec->text().toStdString(), step)); });
+        [this](Spin step) { StepBox(*txtSec, StepSeconds(txtSec->text().toStdString(), step)); });
 }
 
 void MinuteSecondEntry::AddTimeSpinner(UpDown* spinner, QLineEdit* box) {
     Add(spinner,
-        [this, box](Step step) { StepBox(*box, StepTime(box->text().toStdString(), step)); });
+        [this, box](Spin step) { StepBox(*box, StepTime(box->text().toStdString(), step)); });
 }
 
 void MinuteSecondEntry::Add(UpDown* spinner, StepHandler step) {
     const std::size_t number = m_steps.size();
     m_steps.push_back(std::move(step));
     connect(spinner, &UpDown::DownClick, this,
-            [this, number] { Guarded([&] { Click(number, Step::Down); }); });
+            [this, number] { Guarded([&] { Click(number, Spin::Down); }); });
     connect(spinner, &UpDown::UpClick, this,
-            [this, number] { Guarded([&] { Click(number, Step::Up); }); });
+            [this, number] { Guarded([&] { Click(number, Spin::Up); }); });
     connect(spinner, &UpDown::MouseDown, this, [this, number, spinner](int y) {
         m_repeat.MouseDown(static_cast<int>(number) + 1, y, spinner->height());
         Timer1->start(m_repeat.Interval());
@@ -101,7 +101,7 @@ void MinuteSecondEntry::Timer1_Timer() {
         Timer1->setInterval(m_repeat.Interval());
 }
 
-void MinuteSecondEntry::Click(std::size_t spinner, Step step) {
+void MinuteSecondEntry::Click(std::size_t spinner, Spin step) {
     if (m_repeat.TakeClick())
         m_steps[spinner](step);
 }

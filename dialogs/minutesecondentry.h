@@ -36,13 +36,13 @@ class MinuteSecondEntry : public QObject {
     void SetBoxes(const MinutesSeconds& texts);
 
   private:
-    using StepHandler = std::function<void(Step)>;
+    using StepHandler = std::function<void(Spin)>;
 
     void txtMin_Change();
     void txtSec_Change();
     void Timer1_Timer();
     void Add(UpDown* spinner, StepHandler step);
-    void Click(std::size_t spinner, Step step);
+    void Click(std::size_t spinner, Spin step);
     void StepBox(QLineEdit& box, std::optional<std::string> text);
 
     SecondsRule m_rule;

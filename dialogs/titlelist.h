@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/session.h"
+#include "model/document.h"
 
 #include <QFont>
 #include <QString>
@@ -17,7 +17,7 @@ class TitleList {
   public:
     virtual ~TitleList() = default;
 
-    virtual Session& session() = 0;
+    virtual Document& document() = 0;
     /// The list window itself: dialogs open beside it.
     virtual QWidget* Window() = 0;
     virtual QFont ListFont() const = 0;

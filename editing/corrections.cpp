@@ -1,5 +1,7 @@
 #include "editing/corrections.h"
 
+#include "model/step.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -47,9 +49,10 @@ std::string LineWithTags(std::string_view line, bool& changed) {
     return tagged;
 }
 
-std::vector<std::int32_t> CorrectAll(SUBTITLES& titles, std::string (*correct)(std::string_view)) {
+std::vector<std::int32_t> CorrectAll(SUBTITLES& titles, const char* name,
+                                     std::string (*correct)(std::string_view)) {
     std::vector<std::int32_t> changed;
-    titles.UndoEnabled(false);
+    const Step step(titles, name, Step::Undo::Emptied);
     for (std::int32_t i = 1; i <= titles.Count(); ++i) {
         std::string corrected = correct(titles.Text(i));
         if (corrected.empty())
@@ -57,8 +60,6 @@ std::vector<std::int32_t> CorrectAll(SUBTITLES& titles, std::string (*correct)(s
         titles.Text(i, std::move(corrected));
         changed.push_back(i);
     }
-    titles.ClearUndo();
-    titles.UndoEnabled(true);
     return changed;
 }
 
@@ -96,9 +97,9 @@ std::string SlashesToTags(std::string_view text) {
 }
 
 std::vector<std::int32_t> CorrectSpelling(SUBTITLES& titles) {
-    return CorrectAll(titles, CorrectText);
+    return CorrectAll(titles, "Spelling correction", CorrectText);
 }
 
 std::vector<std::int32_t> ConvertItalics(SUBTITLES& titles) {
-    return CorrectAll(titles, SlashesToTags);
+    return CorrectAll(titles, "Italics", SlashesToTags);
 }

@@ -1,6 +1,7 @@
 #include "editing/edittitle.h"
 
 #include "model/numbers.h"
+#include "model/step.h"
 #include "model/times.h"
 
 #include <cmath>
@@ -64,11 +65,10 @@ bool StoreTitle(SUBTITLES& titles, std::int32_t index, const std::string& text, 
     if (titles.Text(index) == text && SameTime(titles.StartTime(index), start) &&
         SameTime(titles.EndTime(index), end))
         return false;
+    const Step step(titles, Step::Undo::Once);
     titles.Text(index, text);
-    titles.UndoEnabled(false);
     titles.StartTime(index, start);
     titles.EndTime(index, end);
-    titles.UndoEnabled(true);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "editing/listcommands.h"
 
 #include "model/numbers.h"
+#include "model/step.h"
 
 #include <algorithm>
 
@@ -11,16 +12,10 @@ constexpr double DurationStep = 0.05;
 constexpr double SmallestDuration = 0.25;
 constexpr double LargestInserted = 2.0;
 
-/// The second write to a title within one command is part of the first one's undo step.
-void SetEndUnrecorded(SUBTITLES& titles, std::int32_t index, double end) {
-    titles.UndoEnabled(false);
-    titles.EndTime(index, end);
-    titles.UndoEnabled(true);
-}
-
-void Move(SUBTITLES& titles, std::int32_t index, double step) {
-    titles.StartTime(index, titles.StartTime(index) + step);
-    SetEndUnrecorded(titles, index, titles.EndTime(index) + step);
+void Move(SUBTITLES& titles, std::int32_t index, double seconds) {
+    const Step step(titles, Step::Undo::Once);
+    titles.StartTime(index, titles.StartTime(index) + seconds);
+    titles.EndTime(index, titles.EndTime(index) + seconds);
 }
 
 } // namespace
@@ -38,20 +33,22 @@ bool ShowLater(SUBTITLES& titles, std::int32_t index) {
 }
 
 bool ShowShorter(SUBTITLES& titles, std::int32_t index) {
+    const Step step(titles, Step::Undo::Once);
     const double minEnd = titles.StartTime(index) + SmallestDuration;
     titles.EndTime(index, titles.EndTime(index) - DurationStep);
     if (!(titles.EndTime(index) < minEnd))
         return false;
-    SetEndUnrecorded(titles, index, minEnd);
+    titles.EndTime(index, minEnd);
     return true;
 }
 
 bool ShowLonger(SUBTITLES& titles, std::int32_t index) {
+    const Step step(titles, Step::Undo::Once);
     const double limit = titles.StartTime(index + 1) - SmallestDuration;
     titles.EndTime(index, titles.EndTime(index) + DurationStep);
     if (!(limit > 0 && titles.EndTime(index) > limit))
         return false;
-    SetEndUnrecorded(titles, index, limit);
+    titles.EndTime(index, limit);
     return true;
 }
 
@@ -66,6 +63,7 @@ InsertedTitle InsertBefore(SUBTITLES& titles, std::int32_t index) {
 std::vector<std::int32_t> DeleteTitles(SUBTITLES& titles, std::vector<std::int32_t> selected) {
     if (!selected.empty() && selected.size() == static_cast<std::size_t>(titles.Count()))
         selected.pop_back();
+    const Step step(titles, selected.size() > 1 ? "Delete" : "");
     titles.DeleteAll(selected);
     return selected;
 }

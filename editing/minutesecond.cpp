@@ -12,8 +12,8 @@ constexpr int LastMinute = 3600;
 constexpr double Minute = 60;
 constexpr double SecondsStep = 0.1;
 
-double By(Step step, double amount) {
-    return step == Step::Up ? amount : -amount;
+double By(Spin step, double amount) {
+    return step == Spin::Up ? amount : -amount;
 }
 
 MinutesSeconds Carry(std::string_view minutes, double seconds) {
@@ -57,23 +57,23 @@ std::optional<MinutesSeconds> SecondsInRange(std::string_view minutes, std::stri
     return Carry(minutes, number);
 }
 
-std::optional<std::string> StepMinutes(std::string_view minutes, Step step) {
+std::optional<std::string> StepMinutes(std::string_view minutes, Spin step) {
     const int number = RoundToInteger(Val(minutes) + By(step, 1));
-    if (step == Step::Up ? number >= LastMinute : number < 0)
+    if (step == Spin::Up ? number >= LastMinute : number < 0)
         return std::nullopt;
     return NumberText(number);
 }
 
-std::optional<std::string> StepSeconds(std::string_view seconds, Step step) {
+std::optional<std::string> StepSeconds(std::string_view seconds, Spin step) {
     const double number = ToNumber(seconds) + By(step, SecondsStep);
-    if (step == Step::Up ? number >= Minute : number < 0)
+    if (step == Spin::Up ? number >= Minute : number < 0)
         return std::nullopt;
     return ThousandthsText(number);
 }
 
-std::optional<std::string> StepTime(std::string_view time, Step step) {
+std::optional<std::string> StepTime(std::string_view time, Spin step) {
     const double moment = ParseTime(time) + By(step, 1);
-    if (step == Step::Down && !(moment > 0))
+    if (step == Spin::Down && !(moment > 0))
         return std::nullopt;
     return FormatTime(moment);
 }

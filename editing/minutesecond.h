@@ -29,11 +29,11 @@ std::optional<std::string> MinutesInRange(std::string_view minutes);
 std::optional<MinutesSeconds> SecondsInRange(std::string_view minutes, std::string_view seconds,
                                              SecondsRule rule);
 
-enum class Step { Down, Up };
+enum class Spin { Down, Up };
 
 /// A minute less or more, within 0 to 3599.
-std::optional<std::string> StepMinutes(std::string_view minutes, Step step);
+std::optional<std::string> StepMinutes(std::string_view minutes, Spin step);
 /// A tenth of a second less or more, within 0 and 60 (excluded).
-std::optional<std::string> StepSeconds(std::string_view seconds, Step step);
+std::optional<std::string> StepSeconds(std::string_view seconds, Spin step);
 /// A second less, while that is above 0, or more.
-std::optional<std::string> StepTime(std::string_view time, Step step);
+std::optional<std::string> StepTime(std::string_view time, Spin step);

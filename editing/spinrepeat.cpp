@@ -21,7 +21,7 @@ std::optional<SpinRepeat::Held> SpinRepeat::TimerStarts() {
     m_fired = false;
     if (m_direction == 0)
         return std::nullopt;
-    return Held{m_spinner, m_direction > 0 ? Step::Up : Step::Down};
+    return Held{m_spinner, m_direction > 0 ? Spin::Up : Spin::Down};
 }
 
 void SpinRepeat::TimerDone() {

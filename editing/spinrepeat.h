@@ -13,7 +13,7 @@ class SpinRepeat {
 
     struct Held {
         int spinner;
-        Step step;
+        Spin step;
     };
 
     void MouseDown(int spinner, int y, int height);

@@ -1,6 +1,7 @@
 #include "formats/load.h"
 
 #include "formats/encoding.h"
+#include "model/step.h"
 
 namespace {
 
@@ -37,6 +38,7 @@ LoadResult ReadTitles(const std::filesystem::path& file, std::string_view text, 
 
 LoadResult LoadTitles(const std::filesystem::path& file, const std::string& codePage,
                       SUBTITLES& titles, FileStyle& style, const LoadHooks& hooks) {
+    const Step step(titles, "Open");
     titles.UndoEnabled(false);
     titles.Clear();
     style = {};

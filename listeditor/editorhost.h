@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/session.h"
+#include "model/document.h"
 
 #include <cstdint>
 
@@ -9,7 +9,7 @@ class EditorHost {
   public:
     virtual ~EditorHost() = default;
 
-    virtual Session& session() = 0;
+    virtual Document& document() = 0;
     /// Moves the player, in seconds; does nothing without media.
     virtual void MediaPosition(double seconds) = 0;
     /// The title that the main window is showing or about to show; at least 1.

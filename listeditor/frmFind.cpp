@@ -82,7 +82,7 @@ void frmFind::LayOut() {
 }
 
 void frmFind::Form_Load() {
-    session().FindOpen = true;
+    document().FindOpen = true;
     optAll->setChecked(true);
     cmdSearch->setDefault(true);
     adjustSize();
@@ -92,7 +92,7 @@ void frmFind::Form_Load() {
 }
 
 void frmFind::Form_Unload() {
-    session().FindOpen = false;
+    document().FindOpen = false;
 }
 
 void frmFind::Form_Deactivate() {
@@ -141,12 +141,12 @@ bool frmFind::Show(TitleSearch::Result result) {
 }
 
 void frmFind::cmdSearch_Click() {
-    if (Show(m_search.First(session().Subt, txtFind->text().toStdString(), Mode())))
+    if (Show(m_search.First(document().Subt, txtFind->text().toStdString(), Mode())))
         cmdNext->setDefault(true);
 }
 
 void frmFind::cmdNext_Click() {
-    Show(m_search.Next(session().Subt, txtFind->text().toStdString(), Mode()));
+    Show(m_search.Next(document().Subt, txtFind->text().toStdString(), Mode()));
 }
 
 void frmFind::cmdExit_Click() {

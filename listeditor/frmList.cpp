@@ -84,14 +84,13 @@ void frmList::Form_Load() {
     UndoPossible(Subt().UndoCount() > 0);
     Form_Resize();
     LoadList();
-    session().ListWindowOpen = true;
+    document().ListWindowOpen = true;
     MarkDocumentEnds();
     SelectionChanged();
 }
 
 void frmList::MarkDocumentEnds() {
-    session().BlueMark = Subt().StartTime(1);
-    session().GreenMark = Subt().StartTime(RowCount());
+    document().Marks(Subt().StartTime(1), Subt().StartTime(RowCount()));
     MarkEnds();
 }
 
@@ -138,7 +137,7 @@ void frmList::Form_QueryUnload() {
 void frmList::Form_Unload() {
     if (m_find != nullptr)
         m_find->cmdExit_Click();
-    session().ListWindowOpen = false;
+    document().ListWindowOpen = false;
     SaveSettings();
     m_host.EditButtonsEnabled(true);
 }

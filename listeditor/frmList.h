@@ -58,7 +58,7 @@ class frmList final : public QMainWindow, public TitleList {
     void mnuViewFont_Click();
     void mnuViewToolbar_Click();
 
-    Session& session() override { return m_host.session(); }
+    Document& document() override { return m_host.document(); }
     QWidget* Window() override { return this; }
     QFont ListFont() const override;
     std::int32_t RowCount() const override;
@@ -110,7 +110,7 @@ class frmList final : public QMainWindow, public TitleList {
     void RemoveRows(const std::vector<std::int32_t>& rows, bool lastStaysSelected);
     void OpenEdit();
 
-    SUBTITLES& Subt() { return m_host.session().Subt; }
+    SUBTITLES& Subt() { return m_host.document().Subt; }
     void SelectionChanged();
     void SelectRow(std::int32_t row);
     void ScrollTo(std::int32_t row);

@@ -8,6 +8,7 @@
 #include "listeditor/frmFind.h"
 #include "listeditor/rowmodel.h"
 #include "listeditor/titleview.h"
+#include "model/step.h"
 #include "model/times.h"
 
 #include <QItemSelectionModel>
@@ -26,7 +27,7 @@ void frmList::DoCommand(const QString& key) {
 void frmList::RunByKey(const ListCommand& command) {
     command.run(*this);
     if (command.keyIsChange)
-        session().SubtitlesChanged = true;
+        document().SubtitlesChanged = true;
 }
 
 void frmList::Undo() {
@@ -73,6 +74,7 @@ void frmList::FindNext() {
 }
 
 void frmList::MoveTitles(bool (*change)(SUBTITLES&, std::int32_t)) {
+    const Step step(Subt());
     std::vector<std::int32_t> moved;
     for (const std::int32_t row : SelectedRows()) {
         if (!change(Subt(), row))
@@ -83,7 +85,7 @@ void frmList::MoveTitles(bool (*change)(SUBTITLES&, std::int32_t)) {
     if (moved.empty())
         return;
     ShowAllEdited(moved);
-    session().SubtitlesChanged = true;
+    document().SubtitlesChanged = true;
     // Each title in turn takes the player along; only where it ends up is seen.
     m_host.MediaPosition(Subt().StartTime(moved.back()));
     TitlesChanged();
@@ -95,7 +97,7 @@ void frmList::ChangeDuration(bool (*change)(SUBTITLES&, std::int32_t)) {
         return;
     // Only a duration that met its limit counts as a change of the document.
     if (change(Subt(), row))
-        session().SubtitlesChanged = true;
+        document().SubtitlesChanged = true;
     m_rows->SetDuration(row, RoundTime(Subt().EndTime(row) - Subt().StartTime(row)));
     ShowEdited(row);
     m_rows->Show(row, row);
@@ -110,7 +112,7 @@ void frmList::Insert() {
     const InsertedTitle title = InsertBefore(Subt(), row);
     m_rows->Insert(row, "New Title", title.start, title.duration);
     ShowEdited(row);
-    session().SubtitlesChanged = true;
+    document().SubtitlesChanged = true;
     MarkEnds();
     UpdateDelete();
     TitlesChanged();
@@ -122,7 +124,7 @@ void frmList::Delete() {
     const std::vector<std::int32_t> deleted = DeleteTitles(Subt(), selected);
     RemoveRows(deleted, selected.size() > deleted.size());
     UpdateDelete();
-    session().SubtitlesChanged = true;
+    document().SubtitlesChanged = true;
     MarkEnds();
     if (!deleted.empty())
         TitlesChanged();

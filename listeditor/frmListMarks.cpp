@@ -140,7 +140,7 @@ void frmList::LV_AfterLabelEdit(std::int32_t row, const QString& newString) {
     m_rows->SetText(row, text);
     ShowEdited(row);
     m_rows->Show(row, row);
-    session().SubtitlesChanged = true;
+    document().SubtitlesChanged = true;
     TitlesChanged();
 }
 

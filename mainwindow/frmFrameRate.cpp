@@ -22,9 +22,9 @@ QString RateText(double rate) {
 
 } // namespace
 
-frmFrameRate::frmFrameRate(Session& session, QWidget* parent)
+frmFrameRate::frmFrameRate(Document& document, QWidget* parent)
     : QDialog(parent)
-    , m_session(session)
+    , m_document(document)
     , cboFramerate(new QComboBox(this))
     , cmdOK(new QPushButton(tr("OK"), this)) {
     setObjectName("frmFrameRate");
@@ -56,7 +56,7 @@ void frmFrameRate::Form_Load() {
     cboFramerate->clear();
     for (const double rate : OfferedRates)
         cboFramerate->addItem(RateText(rate));
-    cboFramerate->setEditText(RateText(m_session.FrameRate));
+    cboFramerate->setEditText(RateText(m_document.FrameRate));
     cboFramerate->lineEdit()->selectAll();
 }
 
@@ -66,6 +66,6 @@ void frmFrameRate::cmdOK_Click() {
         ShowMessage(this, tr("Illegal frame rate!"), MessageIcon::Exclamation);
         return;
     }
-    m_session.FrameRate = *rate;
+    m_document.FrameRate = *rate;
     accept();
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "model/session.h"
+#include "model/document.h"
 
 #include <QDialog>
 
@@ -13,13 +13,13 @@ class frmFrameRate : public QDialog {
     Q_OBJECT
 
   public:
-    frmFrameRate(Session& session, QWidget* parent);
+    frmFrameRate(Document& document, QWidget* parent);
 
   private:
     void Form_Load();
     void cmdOK_Click();
 
-    Session& m_session;
+    Document& m_document;
     QComboBox* cboFramerate;
     QPushButton* cmdOK;
 };

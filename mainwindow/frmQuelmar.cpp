@@ -160,7 +160,7 @@ void frmQuelmar::Form_Load() {
     picButtons->raise();
     optShow_Click();
     ActionKey = SpaceKey;
-    m_session.SubtitlesChanged = false;
+    m_document.SubtitlesChanged = false;
     setFocus();
 }
 
@@ -180,7 +180,7 @@ void frmQuelmar::ReadSettings() {
     move(place.topLeft());
     resize(place.size());
     DLG.FileName = settings.String("MRU");
-    m_session.FrameRate = StoredFrameRate(settings.String("LastFrameRate"));
+    m_document.FrameRate = StoredFrameRate(settings.String("LastFrameRate"));
     m_codePage = settings.String("CodePage").toStdString();
     m_lagMilliseconds = settings.Dword("LagMs");
 }
@@ -194,7 +194,7 @@ void frmQuelmar::WriteSettings() const {
         settings.SetDword("Height", ToTwips(height()));
     }
     settings.SetString("LastFrameRate",
-                       QString::fromStdString(NumberText(RoundTime(m_session.FrameRate))));
+                       QString::fromStdString(NumberText(RoundTime(m_document.FrameRate))));
     settings.SetString("MRU", DLG.FileName);
 }
 
@@ -222,7 +222,7 @@ void frmQuelmar::Form_Resize() {
 bool frmQuelmar::Form_Unload() {
     if (frmList* list = OpenList())
         list->close();
-    if (m_session.SubtitlesChanged) {
+    if (m_document.SubtitlesChanged) {
         if (!AskYesNo(this, QStringLiteral("Save subtitles?"), MessageIcon::Question))
             emit SaveDeclined();
         else if (!SaveSubtitles())

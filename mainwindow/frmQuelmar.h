@@ -6,7 +6,7 @@
 #include "mainwindow/displaywalker.h"
 #include "mainwindow/placing.h"
 #include "mainwindow/timespinner.h"
-#include "model/session.h"
+#include "model/document.h"
 #include "platform/commondialogs.h"
 #include "platform/keyrepeat.h"
 #include "player/player.h"
@@ -44,14 +44,14 @@ class frmQuelmar : public QWidget, public EditorHost {
     static constexpr int FirstRepeatInterval = 750;
     static constexpr int NextRepeatInterval = 250;
 
-    Session m_session;
+    Document m_document;
 
   public:
     frmQuelmar();
     explicit frmQuelmar(std::unique_ptr<Player> player);
     ~frmQuelmar() override;
 
-    SUBTITLES& Subt = m_session.Subt;
+    SUBTITLES& Subt = m_document.Subt;
     /// The media file named in `txtAVI` exists and the player took it.
     bool AVIFileOK = false;
     /// The virtual-key code of the key that places titles: the space bar at every start.
@@ -62,10 +62,10 @@ class frmQuelmar : public QWidget, public EditorHost {
 
     /// What belongs to the document beside its titles.
     RecoveryNotes Notes() const;
-    /// Puts the document of an earlier session in place of this one, as changed.
+    /// Puts recovered work in place of this document, as changed.
     void RestoreDocument(RecoveredDocument document);
 
-    Session& session() override { return m_session; }
+    Document& document() override { return m_document; }
     void MediaPosition(double seconds) override;
     std::int32_t ShownTitle() const override { return m_walker.CurrentTitle(); }
     void EditButtonsEnabled(bool enabled) override;
@@ -175,7 +175,6 @@ class frmQuelmar : public QWidget, public EditorHost {
     void Subt_UndoPossible(bool possible);
 
     std::unique_ptr<Player> m_player;
-    FileStyle m_fileStyle;
     std::string m_codePage;
     std::int32_t m_lagMilliseconds = 0;
     CommonDialog DLG;
@@ -183,7 +182,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     bool m_subtitleFileExists = false;
     bool m_mediaActive = false;
     bool m_timeBoxUpdating = false;
-    DisplayWalker m_walker{m_session.Subt};
+    DisplayWalker m_walker{m_document.Subt};
     Placing m_placing;
     KeyRepeat m_keyRepeat;
     /// The position of a release that may turn out to be a repeat's.

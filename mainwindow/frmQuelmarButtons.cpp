@@ -54,9 +54,9 @@ void frmQuelmar::ShowSelection() {
 }
 
 void frmQuelmar::cmdBlue_Click() {
-    m_session.BlueMark = m_player->CurrentPosition();
+    m_document.BlueMark(m_player->CurrentPosition());
 }
 
 void frmQuelmar::cmdGreen_Click() {
-    m_session.GreenMark = m_player->CurrentPosition();
+    m_document.GreenMark(m_player->CurrentPosition());
 }

@@ -23,18 +23,18 @@ void frmQuelmar::cmdEdit_Click() {
 }
 
 frmList* frmQuelmar::OpenList() const {
-    return m_session.ListWindowOpen ? m_list.data() : nullptr;
+    return m_document.ListWindowOpen ? m_list.data() : nullptr;
 }
 
 void frmQuelmar::cmdAdjust_Click() {
-    if (!(m_session.BlueMark < m_session.GreenMark))
+    if (!(m_document.BlueMark() < m_document.GreenMark()))
         return ShowMessage(this, QStringLiteral("Title times have been set to an illegal order."));
     frmList* list = OpenList();
     if (list == nullptr)
         return;
     auto* stretch = new frmStretch(*list, list);
-    stretch->txtFirstSubtitle->setText(QString::fromStdString(FormatTime(m_session.BlueMark)));
-    stretch->txtLastSubtitle->setText(QString::fromStdString(FormatTime(m_session.GreenMark)));
+    stretch->txtFirstSubtitle->setText(QString::fromStdString(FormatTime(m_document.BlueMark())));
+    stretch->txtLastSubtitle->setText(QString::fromStdString(FormatTime(m_document.GreenMark())));
     stretch->show();
     stretch->cmdOK_Click();
 }
@@ -50,6 +50,7 @@ void frmQuelmar::Subt_UndoPossible(bool possible) {
 }
 
 void frmQuelmar::DocumentReplaced() {
+    m_document.Saved();
     emit DocumentHeld();
     if (frmList* list = OpenList())
         list->DocumentReplaced();

@@ -7,6 +7,7 @@
 #include "mainwindow/frmLoading.h"
 #include "mainwindow/startingname.h"
 #include "mainwindow/transportstrip.h"
+#include "model/step.h"
 #include "platform/messageboxes.h"
 #include "platform/updown.h"
 #include "player/mediaplayercontrol.h"
@@ -77,6 +78,7 @@ void frmQuelmar::cmdBrowseAVI_Click() {
 }
 
 void frmQuelmar::txtAVI_Change() {
+    m_document.MediaFile = txtAVI->text().toStdString();
     AVIFileOK = Exists(txtAVI->text());
     if (AVIFileOK) {
         m_player->FileName(txtAVI->text());
@@ -92,16 +94,16 @@ void frmQuelmar::EnableMediaControls() {
     txtTime->setEnabled(AVIFileOK);
     UDTime->setEnabled(AVIFileOK);
     picButtons->setEnabled(AVIFileOK && m_player->State() != Player::Playing);
-    cmdBlue->setEnabled(AVIFileOK && m_session.ListWindowOpen);
+    cmdBlue->setEnabled(AVIFileOK && m_document.ListWindowOpen);
     cmdGreen->setEnabled(cmdBlue->isEnabled());
     cmdAdjust->setEnabled(cmdBlue->isEnabled());
 }
 
 void frmQuelmar::cmdBrowseSRT_Click() {
-    if (m_session.SubtitlesChanged) {
+    if (m_document.SubtitlesChanged) {
         if (AskSaveFirst() && !SaveSubtitles())
             return;
-        m_session.SubtitlesChanged = false;
+        m_document.SubtitlesChanged = false;
     }
     PrepareStartingName();
     DLG.Filter = QString::fromStdString(FormatFilter());
@@ -120,7 +122,8 @@ void frmQuelmar::cmdBrowseSRT_Click() {
 }
 
 void frmQuelmar::txtSRT_Change() {
-    if (m_session.SubtitlesChanged && AskSaveFirst())
+    m_document.SubtitleFile = txtSRT->text().toStdString();
+    if (m_document.SubtitlesChanged && AskSaveFirst())
         SaveSubtitles();
     m_subtitleFileExists = Exists(txtSRT->text());
     if (m_subtitleFileExists && txtSRT->text().size() >= ShortestName)
@@ -142,11 +145,13 @@ void frmQuelmar::PrepareStartingName() {
 
 void frmQuelmar::StartNewFile() {
     emit DocumentReplacing();
-    m_fileStyle = {};
-    Subt.Clear();
-    Subt.Add(FirstSubtitleStart, FirstSubtitleEnd, "First subtitle");
-    Subt.ClearUndo();
-    Subt.UndoEnabled(true);
+    m_document.Style = {};
+    {
+        const Step step(Subt, "New file", Step::Undo::Emptied);
+        Subt.Clear();
+        Subt.Add(FirstSubtitleStart, FirstSubtitleEnd, "First subtitle");
+        Subt.UndoEnabled(true);
+    }
     cmdEdit->setEnabled(true);
     cmdSave->setEnabled(true);
     DocumentReplaced();
@@ -166,10 +171,10 @@ void frmQuelmar::LoadSubtitles() {
         return !loading || loading->Progress(done);
     };
     const LoadResult result =
-        LoadTitles(PathOf(txtSRT->text()), m_codePage, Subt, m_fileStyle, hooks);
+        LoadTitles(PathOf(txtSRT->text()), m_codePage, Subt, m_document.Style, hooks);
     loading.reset();
     if (result.outcome != LoadOutcome::NotOpened) {
-        m_session.SubtitlesChanged = false;
+        m_document.SubtitlesChanged = false;
         cmdEdit->setEnabled(true);
         cmdSave->setEnabled(true);
     }
@@ -197,11 +202,13 @@ bool frmQuelmar::SaveSubtitles() {
         emit FileEmptying();
     };
     const SaveResult result =
-        SaveTitles(PathOf(DLG.FileName), m_codePage, Subt, m_fileStyle, hooks);
-    m_session.SubtitlesChanged = false;
+        SaveTitles(PathOf(DLG.FileName), m_codePage, Subt, m_document.Style, hooks);
+    m_document.SubtitlesChanged = false;
     emit DocumentTouched();
-    if (result.written && result.format != nullptr)
+    if (result.written && result.format != nullptr) {
+        m_document.Saved();
         emit DocumentHeld();
+    }
     if (!result.message.empty())
         ShowMessage(this, MessageText(result.message));
     return result.written;
@@ -212,7 +219,7 @@ void frmQuelmar::cmdSave_Click() {
 }
 
 double frmQuelmar::AskFrameRate() {
-    frmFrameRate dialog(m_session, this);
+    frmFrameRate dialog(m_document, this);
     dialog.exec();
-    return m_session.FrameRate;
+    return m_document.FrameRate;
 }

@@ -174,7 +174,7 @@ void frmQuelmar::tmrRelease_Timer() {
 void frmQuelmar::ActionKeyPressed(double position) {
     if (!m_placing.Press(position))
         return;
-    m_session.SubtitlesChanged = true;
+    m_document.SubtitlesChanged = true;
     emit DocumentTouched();
 }
 

@@ -8,10 +8,10 @@
 
 RecoveryNotes frmQuelmar::Notes() const {
     RecoveryNotes notes;
-    notes.mediaFile = txtAVI->text().toStdString();
-    notes.subtitleFile = txtSRT->text().toStdString();
-    notes.frameRate = m_session.FrameRate;
-    notes.style = m_fileStyle;
+    notes.mediaFile = m_document.MediaFile;
+    notes.subtitleFile = m_document.SubtitleFile;
+    notes.frameRate = m_document.FrameRate;
+    notes.style = m_document.Style;
     return notes;
 }
 
@@ -22,13 +22,12 @@ void frmQuelmar::RestoreDocument(RecoveredDocument document) {
         const QSignalBlocker blocker(txtSRT);
         txtSRT->setText(QString::fromStdString(document.notes.subtitleFile));
     }
-    document.titles.UndoChangedListLength = std::move(Subt.UndoChangedListLength);
-    document.titles.UndoPossible = std::move(Subt.UndoPossible);
-    Subt = std::move(document.titles);
-    m_fileStyle = std::move(document.notes.style);
+    m_document.SubtitleFile = document.notes.subtitleFile;
+    Subt.Replace(std::move(document.titles));
+    m_document.Style = std::move(document.notes.style);
     if (document.notes.frameRate > 0)
-        m_session.FrameRate = document.notes.frameRate;
-    m_session.SubtitlesChanged = true;
+        m_document.FrameRate = document.notes.frameRate;
+    m_document.SubtitlesChanged = true;
     cmdEdit->setEnabled(true);
     cmdSave->setEnabled(true);
     TitlesChanged();

@@ -64,8 +64,7 @@ frmRecover::frmRecover(std::vector<RecoverableWork>& works, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 16, 16, 16);
     layout->setSpacing(12);
-    layout->addWidget(
-        new QLabel(tr("Work of earlier sessions that was not saved to a file:"), this));
+    layout->addWidget(new QLabel(tr("Work that was not saved to a file:"), this));
     layout->addWidget(lstWork);
     layout->addLayout(buttons);
     resize(640, 320);

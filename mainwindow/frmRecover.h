@@ -24,7 +24,7 @@ std::vector<RecoverableWork> FindRecoverableWork(const QString& folder);
 /// One line per piece of work, for a terminal.
 QString WorkText(const RecoverableWork& work, std::int64_t now);
 
-/// Shows unsaved work of earlier sessions and lets the user restore or discard it.
+/// Shows the unsaved work that was kept and lets the user restore or discard it.
 class frmRecover : public QDialog {
     Q_OBJECT
 

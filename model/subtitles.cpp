@@ -20,8 +20,63 @@ void Raise(const EVENT& event, ARGUMENTS... arguments) {
 
 } // namespace
 
+/// One change, and so a step of its own unless a `Step` is open. Costs a list that
+/// nobody watches next to nothing.
+class SUBTITLES::Scope {
+  public:
+    Scope(SUBTITLES& titles, Change::Kind kind, std::int32_t first, std::int32_t last)
+        : Scope(titles) {
+        if (m_watched)
+            titles.Touch(kind, first, last);
+    }
+    explicit Scope(SUBTITLES& titles)
+        : m_titles(titles)
+        , m_watched(titles.m_watch.watcher != nullptr) {
+        ++titles.m_changes;
+        if (m_watched)
+            ++titles.m_watch.depth;
+    }
+    ~Scope() {
+        if (m_watched)
+            m_titles.EndStep();
+    }
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+  private:
+    SUBTITLES& m_titles;
+    const bool m_watched;
+};
+
+void SUBTITLES::BeginStep(std::string name) {
+    ++m_watch.depth;
+    if (m_watch.step.empty() && !m_watch.pending)
+        m_watch.step = std::move(name);
+}
+
+void SUBTITLES::EndStep() {
+    if (--m_watch.depth > 0)
+        return;
+    std::optional<Change> change = std::exchange(m_watch.pending, std::nullopt);
+    m_watch.step.clear();
+    if (change && change->kind == Change::Kind::Replaced)
+        change->last = Count();
+    if (m_watch.watcher != nullptr)
+        m_watch.watcher->StepEnded(change);
+}
+
+void SUBTITLES::Touch(Change::Kind kind, std::int32_t first, std::int32_t last) {
+    const Change change{kind, first, last};
+    if (m_watch.pending) {
+        m_watch.pending = Merged(*m_watch.pending, change);
+        return;
+    }
+    m_watch.watcher->Changing(m_watch.step);
+    m_watch.pending = change;
+}
+
 void SUBTITLES::Clear() {
-    ++m_changes;
+    const Scope scope(*this, Change::Kind::Replaced, 1, 0);
     m_starts = {};
     m_ends = {};
     m_texts = {};
@@ -41,7 +96,7 @@ void SUBTITLES::Reserve(std::int32_t count) {
 }
 
 void SUBTITLES::Add(double start, double end, std::string text, TitleExtra extra) {
-    ++m_changes;
+    const Scope scope(*this, Change::Kind::Inserted, Count() + 1, Count() + 1);
     if (Count() >= m_upperBound)
         m_upperBound += GrowthStep;
     m_extras.Insert(m_starts.size(), std::move(extra));
@@ -65,6 +120,7 @@ std::int32_t SUBTITLES::Locate(double time) const {
 void SUBTITLES::SetTimes(std::int32_t index, double start, double end) {
     if (!Holds(index))
         return;
+    const Scope scope(*this, Change::Kind::Times, index, index);
     Record(UndoHistory::Kind::Changed, index);
     m_starts[Place(index)] = start;
     m_ends[Place(index)] = end;
@@ -77,6 +133,7 @@ double SUBTITLES::StartTime(std::int32_t index) const {
 void SUBTITLES::StartTime(std::int32_t index, double value) {
     if (!Holds(index))
         return;
+    const Scope scope(*this, Change::Kind::Times, index, index);
     Record(UndoHistory::Kind::Changed, index);
     m_starts[Place(index)] = value;
 }
@@ -88,6 +145,7 @@ double SUBTITLES::EndTime(std::int32_t index) const {
 void SUBTITLES::EndTime(std::int32_t index, double value) {
     if (!Holds(index))
         return;
+    const Scope scope(*this, Change::Kind::Times, index, index);
     Record(UndoHistory::Kind::Changed, index);
     m_ends[Place(index)] = value;
 }
@@ -99,6 +157,7 @@ const std::string& SUBTITLES::Text(std::int32_t index) const {
 void SUBTITLES::Text(std::int32_t index, std::string value) {
     if (!Holds(index))
         return;
+    const Scope scope(*this, Change::Kind::Text, index, index);
     Record(UndoHistory::Kind::Changed, index);
     m_texts[Place(index)] = std::move(value);
 }
@@ -111,6 +170,7 @@ const TitleExtra& SUBTITLES::Extra(std::int32_t index) const {
 void SUBTITLES::Extra(std::int32_t index, TitleExtra value) {
     if (!Holds(index))
         return;
+    const Scope scope(*this, Change::Kind::Text, index, index);
     Record(UndoHistory::Kind::Changed, index);
     m_extras.Put(Place(index), std::move(value));
 }
@@ -118,6 +178,7 @@ void SUBTITLES::Extra(std::int32_t index, TitleExtra value) {
 void SUBTITLES::Delete(std::int32_t index) {
     if (!Holds(index))
         return;
+    const Scope scope(*this, Change::Kind::Deleted, index, index);
     Record(UndoHistory::Kind::Deleted, index);
     m_starts.erase(m_starts.begin() + (index - 1));
     m_ends.erase(m_ends.begin() + (index - 1));
@@ -126,7 +187,14 @@ void SUBTITLES::Delete(std::int32_t index) {
 }
 
 void SUBTITLES::DeleteAll(const std::vector<std::int32_t>& indexes) {
-    ++m_changes;
+    const auto first = std::lower_bound(indexes.begin(), indexes.end(), 1);
+    const auto past = std::upper_bound(first, indexes.end(), Count());
+    if (first == past)
+        return;
+    const std::int32_t last = *std::prev(past);
+    const bool unbroken = last - *first == past - first - 1;
+    const Scope scope(*this, unbroken ? Change::Kind::Deleted : Change::Kind::Replaced, *first,
+                      last);
     std::size_t kept = 0;
     std::int32_t deleted = 0;
     auto next = indexes.begin();
@@ -135,12 +203,9 @@ void SUBTITLES::DeleteAll(const std::vector<std::int32_t>& indexes) {
         next = std::find_if(next, indexes.end(), [&](std::int32_t i) { return i >= index; });
         if (next != indexes.end() && *next == index) {
             // One by one, each title would have moved down by those before it.
-            if (m_undoEnabled && !m_undoing) {
-                if (m_history.Empty())
-                    Raise(UndoPossible, true);
-                m_history.Push({UndoHistory::Kind::Deleted, index - deleted, m_starts[place],
-                                m_ends[place], std::move(m_texts[place]), m_extras.At(place)});
-            }
+            if (Records())
+                Push({UndoHistory::Kind::Deleted, index - deleted, m_starts[place], m_ends[place],
+                      std::move(m_texts[place]), m_extras.At(place)});
             ++deleted;
             continue;
         }
@@ -162,6 +227,7 @@ void SUBTITLES::Insert(std::int32_t index, double start, double end, std::string
                        TitleExtra extra) {
     if (index < 1 || index > Count() + 1)
         return;
+    const Scope scope(*this, Change::Kind::Inserted, index, index);
     Record(UndoHistory::Kind::Inserted, index);
     if (Count() >= m_upperBound)
         m_upperBound += GrowthStep;
@@ -171,26 +237,36 @@ void SUBTITLES::Insert(std::int32_t index, double start, double end, std::string
     m_extras.Insert(Place(index), std::move(extra));
 }
 
-void SUBTITLES::Record(UndoHistory::Kind kind, std::int32_t index) {
-    ++m_changes;
-    if (!m_undoEnabled || m_undoing)
-        return;
+bool SUBTITLES::Records() const {
+    return m_undoEnabled && !m_undoing && m_watch.recording != Recording::Off;
+}
+
+void SUBTITLES::Push(UndoHistory::Record record) {
     if (m_history.Empty())
         Raise(UndoPossible, true);
+    if (m_watch.recording == Recording::OnForOne)
+        m_watch.recording = Recording::Off;
+    m_history.Push(std::move(record));
+}
+
+void SUBTITLES::Record(UndoHistory::Kind kind, std::int32_t index) {
+    if (!Records())
+        return;
     if (kind == UndoHistory::Kind::Inserted)
-        m_history.Push({kind, index, 0, 0, {}, {}});
+        Push({kind, index, 0, 0, {}, {}});
     else
-        m_history.Push({kind, index, m_starts[Place(index)], m_ends[Place(index)],
-                        m_texts[Place(index)], m_extras.At(Place(index))});
+        Push({kind, index, m_starts[Place(index)], m_ends[Place(index)], m_texts[Place(index)],
+              m_extras.At(Place(index))});
 }
 
 std::int32_t SUBTITLES::Undo() {
     if (m_history.Empty())
         return 0;
-    ++m_changes;
+    const Scope scope(*this);
     const UndoHistory::Record record = m_history.Newest();
     if (record.kind == UndoHistory::Kind::Changed) {
         if (Holds(record.title)) {
+            const Scope change(*this, Change::Kind::Text, record.title, record.title);
             m_starts[Place(record.title)] = record.start;
             m_ends[Place(record.title)] = record.end;
             m_texts[Place(record.title)] = record.text;
@@ -217,6 +293,20 @@ void SUBTITLES::ClearUndo() {
     ++m_changes;
     Raise(UndoPossible, false);
     m_history.Clear();
+}
+
+void SUBTITLES::Replace(SUBTITLES titles) {
+    const Scope scope(*this, Change::Kind::Replaced, 1, 0);
+    ClearUndo();
+    m_starts = std::move(titles.m_starts);
+    m_ends = std::move(titles.m_ends);
+    m_texts = std::move(titles.m_texts);
+    m_extras = std::move(titles.m_extras);
+    m_upperBound = titles.m_upperBound;
+    m_undoEnabled = titles.m_undoEnabled;
+    if (!titles.m_history.Empty())
+        Raise(UndoPossible, true);
+    m_history = std::move(titles.m_history);
 }
 
 void SUBTITLES::RestoreHistory(std::vector<UndoHistory::Record> records) {

@@ -1,12 +1,26 @@
 #pragma once
 
+#include "model/change.h"
 #include "model/titleextra.h"
 #include "model/undohistory.h"
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
+
+/// Follows a list step by step (see model/step.h). The document is the one who does.
+class TitlesWatcher {
+  public:
+    virtual ~TitlesWatcher() = default;
+
+    /// The titles are about to change for the first time within the step of that name,
+    /// which is empty for a step without one.
+    virtual void Changing(const std::string& step) = 0;
+    /// The outermost step has ended; nothing when no title was touched.
+    virtual void StepEnded(const std::optional<Change>& change) = 0;
+};
 
 /// The subtitle document in memory: titles numbered from 1 to `Count`, each with
 /// start and end (seconds) and text (UTF-8; lines joined by carriage return +
@@ -73,10 +87,44 @@ class SUBTITLES {
     /// Puts a stored history back, oldest record first in the vector.
     void RestoreHistory(std::vector<UndoHistory::Record> records);
 
+    /// Takes over the titles, the history and the recording switch of another list. The
+    /// events and the watcher stay.
+    void Replace(SUBTITLES titles);
+
     /// Another number after every change of the titles or their history.
     std::uint64_t Changes() const { return m_changes; }
 
+    /// At most one watcher, which lives as long as the list or takes itself away with
+    /// null; not within a step. A list that is copied, moved or assigned to another one
+    /// leaves its watcher where it is.
+    void Watch(TitlesWatcher* watcher) { m_watch.watcher = watcher; }
+    bool InStep() const { return m_watch.depth > 0; }
+
   private:
+    friend class Step;
+    class Scope;
+
+    /// Whether the next change makes an undo record.
+    enum class Recording : std::uint8_t { On, OnForOne, Off };
+
+    /// What belongs to the place and not to the titles in it.
+    struct Watching {
+        Watching() = default;
+        Watching(const Watching& /*other*/) {}
+        Watching& operator=(const Watching& /*other*/) { return *this; }
+
+        TitlesWatcher* watcher = nullptr;
+        std::int32_t depth = 0;
+        std::string step;
+        std::optional<Change> pending;
+        Recording recording = Recording::On;
+    };
+
+    void BeginStep(std::string name);
+    void EndStep();
+    void Touch(Change::Kind kind, std::int32_t first, std::int32_t last);
+    bool Records() const;
+    void Push(UndoHistory::Record record);
     bool Holds(std::int32_t index) const { return index >= 1 && index <= Count(); }
     static std::size_t Place(std::int32_t index) { return static_cast<std::size_t>(index - 1); }
     void Record(UndoHistory::Kind kind, std::int32_t index);
@@ -89,6 +137,7 @@ class SUBTITLES {
     std::int32_t m_upperBound = 0;
     UndoHistory m_history;
     std::uint64_t m_changes = 0;
+    Watching m_watch;
     bool m_undoEnabled = false;
     bool m_undoing = false;
 };

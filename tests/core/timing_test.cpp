@@ -33,7 +33,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, Minutes,
 
 TEST(MinuteSecond, MinutesBeyondSixteenBitsAreAnError) {
     EXPECT_THROW(MinutesInRange("32768"), RuntimeError);
-    EXPECT_THROW(StepMinutes("99999", Step::Up), RuntimeError);
+    EXPECT_THROW(StepMinutes("99999", Spin::Up), RuntimeError);
 }
 
 struct SecondsRow {
@@ -74,13 +74,13 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(MinuteSecond, SecondsThatAreNoNumberAreAnError) {
     for (const char* text : {"", "abc", "1,5", "-"}) {
         EXPECT_THROW(SecondsInRange("0", text, SecondsRule::Clamp), RuntimeError) << text;
-        EXPECT_THROW(StepSeconds(text, Step::Up), RuntimeError) << text;
+        EXPECT_THROW(StepSeconds(text, Spin::Up), RuntimeError) << text;
     }
 }
 
 struct StepRow {
     const char* text;
-    Step step;
+    Spin step;
     const char* expected; ///< empty: the box stays
 };
 
@@ -91,11 +91,11 @@ TEST_P(MinuteSteps, StayInRange) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, MinuteSteps,
-                         testing::Values(StepRow{"3599", Step::Up, ""},
-                                         StepRow{"3598", Step::Up, "3599"},
-                                         StepRow{"0", Step::Down, ""},
-                                         StepRow{"1", Step::Down, "0"}, StepRow{"", Step::Up, "1"},
-                                         StepRow{"3600", Step::Down, "3599"}));
+                         testing::Values(StepRow{"3599", Spin::Up, ""},
+                                         StepRow{"3598", Spin::Up, "3599"},
+                                         StepRow{"0", Spin::Down, ""},
+                                         StepRow{"1", Spin::Down, "0"}, StepRow{"", Spin::Up, "1"},
+                                         StepRow{"3600", Spin::Down, "3599"}));
 
 class SecondSteps : public testing::TestWithParam<StepRow> {};
 
@@ -105,10 +105,10 @@ TEST_P(SecondSteps, StayInRange) {
 
 INSTANTIATE_TEST_SUITE_P(
     Texts, SecondSteps,
-    testing::Values(StepRow{"59.95", Step::Up, ""}, StepRow{"59.9", Step::Up, ""},
-                    StepRow{"60", Step::Up, ""}, StepRow{"60", Step::Down, "59.900"},
-                    StepRow{"59.8", Step::Up, "59.900"}, StepRow{"0.05", Step::Down, ""},
-                    StepRow{"0.1", Step::Down, "0.000"}, StepRow{"0.000", Step::Up, "0.100"}));
+    testing::Values(StepRow{"59.95", Spin::Up, ""}, StepRow{"59.9", Spin::Up, ""},
+                    StepRow{"60", Spin::Up, ""}, StepRow{"60", Spin::Down, "59.900"},
+                    StepRow{"59.8", Spin::Up, "59.900"}, StepRow{"0.05", Spin::Down, ""},
+                    StepRow{"0.1", Spin::Down, "0.000"}, StepRow{"0.000", Spin::Up, "0.100"}));
 
 class TimeSteps : public testing::TestWithParam<StepRow> {};
 
@@ -117,10 +117,10 @@ TEST_P(TimeSteps, StayAboveZero) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Texts, TimeSteps,
-                         testing::Values(StepRow{"00:00:01,000", Step::Down, ""},
-                                         StepRow{"00:00:01,001", Step::Down, "00:00:00,001"},
-                                         StepRow{"98:59:59,000", Step::Up, "99:00:00,000"},
-                                         StepRow{"00:00:59,500", Step::Up, "00:01:00,500"}));
+                         testing::Values(StepRow{"00:00:01,000", Spin::Down, ""},
+                                         StepRow{"00:00:01,001", Spin::Down, "00:00:00,001"},
+                                         StepRow{"98:59:59,000", Spin::Up, "99:00:00,000"},
+                                         StepRow{"00:00:59,500", Spin::Up, "00:01:00,500"}));
 
 TEST(MinuteSecond, AmountReadsBothAsNumbers) {
     EXPECT_EQ(AmountOf("2", "5.500"), 125.5);
@@ -139,7 +139,7 @@ TEST(SpinRepeat, SpeedsUpWhileHeld) {
         const auto held = repeat.TimerStarts();
         ASSERT_TRUE(held);
         EXPECT_EQ(held->spinner, 2);
-        EXPECT_EQ(held->step, Step::Up);
+        EXPECT_EQ(held->step, Spin::Up);
         EXPECT_EQ(repeat.Interval(), steps < 10 ? 200 : steps < 30 ? 100 : 50);
         repeat.TimerDone();
     }
@@ -151,9 +151,9 @@ TEST(SpinRepeat, SpeedsUpWhileHeld) {
 TEST(SpinRepeat, LowerHalfStepsDown) {
     SpinRepeat repeat;
     repeat.MouseDown(1, 11, 20);
-    EXPECT_EQ(repeat.TimerStarts()->step, Step::Down);
+    EXPECT_EQ(repeat.TimerStarts()->step, Spin::Down);
     repeat.MouseDown(1, 10, 20);
-    EXPECT_EQ(repeat.TimerStarts()->step, Step::Up);
+    EXPECT_EQ(repeat.TimerStarts()->step, Spin::Up);
 }
 
 TEST(SpinRepeat, AClickAfterATimerStepIsSwallowedOnce) {

@@ -72,7 +72,7 @@ class Person {
         m_window.Subt.StartTime(1, 1);
         m_window.Subt.Text(1, "edit " + std::to_string(m_edit));
         // Some of the program's ways to change titles do not set its mark.
-        m_window.session().SubtitlesChanged = Random(2) == 0;
+        m_window.document().SubtitlesChanged = Random(2) == 0;
         m_window.TitlesChanged();
         Tell();
         if (m_edit == m_failingEdit)

@@ -92,7 +92,7 @@ class Worker {
     }
 
     frmList* Editor() {
-        return m_window.session().ListWindowOpen ? m_window.findChild<frmList*>() : nullptr;
+        return m_window.document().ListWindowOpen ? m_window.findChild<frmList*>() : nullptr;
     }
 
     void OpenOrCloseEditor() {
@@ -171,7 +171,7 @@ int Soak(double minutes, unsigned seed) {
         std::fflush(stdout);
     }
     acting.stop();
-    window.session().SubtitlesChanged = false;
+    window.document().SubtitlesChanged = false;
     window.close();
     InstallErrorReporter(nullptr);
     const bool grew = last > settled + Slack;

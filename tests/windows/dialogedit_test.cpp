@@ -59,7 +59,7 @@ TEST_F(DialogEdit, WithoutATitleThereIsNothingToEdit) {
     const Modals modals;
     dialog.cmdOK->click();
     EXPECT_TRUE(Closed());
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 struct Refused {
@@ -84,7 +84,7 @@ TEST_P(DialogEditRefuses, AndStaysOpen) {
     EXPECT_EQ(dialog.txtSubt->toPlainText(), "typed");
     EXPECT_EQ(Subt().Text(GetParam().row), "title " + std::to_string(GetParam().row));
     EXPECT_EQ(Subt().UndoCount(), 0);
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, DialogEditRefuses,
@@ -115,7 +115,7 @@ TEST_P(DialogEditAccepts, AsOneUndoStep) {
     EXPECT_DOUBLE_EQ(Subt().EndTime(row.row), row.newEnd);
     EXPECT_EQ(Cell(row.row, 1), row.start);
     EXPECT_EQ(Subt().UndoCount(), 1);
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
     EXPECT_EQ(host.changes, 1);
     Subt().Undo();
     EXPECT_EQ(Subt().StartTime(row.row), row.row * 10);
@@ -177,7 +177,7 @@ TEST_F(DialogEdit, WithoutAChangeNothingIsWritten) {
         Edit(row).cmdOK->click();
         EXPECT_TRUE(Closed());
     }
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
     EXPECT_EQ(Subt().UndoCount(), 0);
     EXPECT_EQ(host.changes, 0);
     EXPECT_EQ(Subt().Text(1), "a\nlone feed\xC2\xA0");

@@ -101,12 +101,12 @@ TEST_F(DialogShift, TheButtonCountsAsAChangeAndTheEntryDoesNot) {
         const Modals modals({AnswerWindow("frmShift", cancel)});
         QTest::keyClick(List().LV, Qt::Key_H, Qt::ControlModifier);
     }
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
     {
         const Modals modals({AnswerWindow("frmShift", cancel)});
         List().DoCommand("Shift");
     }
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
 }
 
 struct TypedRow {

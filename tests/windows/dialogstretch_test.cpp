@@ -76,7 +76,7 @@ TEST_F(DialogStretch, ByTitle) {
     EXPECT_EQ(Cell(2, 2), "2.2");
     EXPECT_EQ(Colour(2), Edited);
     EXPECT_EQ(Colour(1), First);
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
     EXPECT_EQ(Subt().UndoCount(), 0);
 }
 
@@ -105,7 +105,7 @@ TEST_F(DialogStretch, WithNothingSelectedNothingIsSet) {
     List().LV->clearSelection();
     Subt().Text(1, "changed");
     OpenDialog().cmdOK->click();
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
     EXPECT_EQ(Subt().UndoCount(), 0);
 }
 
@@ -146,7 +146,7 @@ TEST_F(DialogStretch, EqualRatesStillCount) {
     EXPECT_EQ(Subt().StartTime(2), 60);
     EXPECT_EQ(Colour(2), Edited);
     EXPECT_EQ(Subt().UndoCount(), 0);
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
 }
 
 TEST_F(DialogStretch, ATypedRateCounts) {
@@ -259,12 +259,12 @@ TEST_F(DialogStretch, TheButtonCountsAsAChangeAndTheEntryDoesNot) {
         const Modals modals({AnswerWindow("frmStretch", cancel)});
         QTest::keyClick(List().LV, Qt::Key_T, Qt::ControlModifier);
     }
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
     {
         const Modals modals({AnswerWindow("frmStretch", cancel)});
         List().DoCommand("Stretch");
     }
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
 }
 
 } // namespace

@@ -69,7 +69,7 @@ class Evening : public testing::Test {
         The<QLineEdit>("txtSRT").setText(m_file);
     }
     ~Evening() override {
-        m_window->session().SubtitlesChanged = false;
+        m_window->document().SubtitlesChanged = false;
         m_window->close();
     }
 
@@ -99,7 +99,7 @@ class Evening : public testing::Test {
     }
     void OpenEditor() {
         The("cmdEdit").click();
-        ASSERT_TRUE(m_window->session().ListWindowOpen);
+        ASSERT_TRUE(m_window->document().ListWindowOpen);
     }
 
     void SaveAs(const QString& name, std::vector<Answer> more = {}) {
@@ -107,7 +107,7 @@ class Evening : public testing::Test {
         answers.insert(answers.end(), more.begin(), more.end());
         const Modals modals(std::move(answers));
         The("cmdSave").click();
-        EXPECT_FALSE(m_window->session().SubtitlesChanged);
+        EXPECT_FALSE(m_window->document().SubtitlesChanged);
     }
 
     static Answer Rate25() {
@@ -147,7 +147,7 @@ TEST_F(Evening, PlacesByKeyWhileTheFilmPlays) {
     }
     EXPECT_EQ(The<QPlainTextEdit>("txtSubtitle").toPlainText(), "Title number 3");
     EXPECT_EQ(Subt().UndoCount(), 2);
-    EXPECT_TRUE(m_window->session().SubtitlesChanged);
+    EXPECT_TRUE(m_window->document().SubtitlesChanged);
 }
 
 TEST_F(Evening, TakesEverySingleChangeBackToTheStart) {
@@ -258,8 +258,8 @@ TEST_F(Evening, RetimesShiftsCorrectsAndSavesInThreeFormats) {
     m_player->CurrentPosition(15.1);
     ASSERT_TRUE(QTest::qWaitFor([this] { return m_player->CurrentPosition() > 15.2; }, Patience));
     The("cmdGreen").click();
-    const double blue = ParseTime(FormatTime(m_window->session().BlueMark));
-    const double green = ParseTime(FormatTime(m_window->session().GreenMark));
+    const double blue = ParseTime(FormatTime(m_window->document().BlueMark()));
+    const double green = ParseTime(FormatTime(m_window->document().GreenMark()));
     The("cmdAdjust").click();
     EXPECT_NEAR(Subt().StartTime(2), blue, 1e-9);
     EXPECT_NEAR(Subt().StartTime(5), green, 1e-9);

@@ -25,13 +25,13 @@ TEST_F(ListCommands, SoonerPassesJustBelowZero) {
     EXPECT_NEAR(Subt().EndTime(1), 1.9, 1e-9);
     EXPECT_EQ(Cell(1, 1), "-00:00:00,100");
     EXPECT_EQ(Cell(1, 2), "2");
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
     EXPECT_EQ(Subt().UndoCount(), 1);
-    session().SubtitlesChanged = false;
+    document().SubtitlesChanged = false;
     host.positions.clear();
     Do(2, "Sooner");
     EXPECT_EQ(Subt().StartTime(2), -0.45);
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
     EXPECT_TRUE(host.positions.empty());
 }
 
@@ -63,12 +63,12 @@ TEST_F(ListCommands, ShorterSetsTheFlagAtItsLimitOnly) {
     Open({{1, 1.1, "a"}, {10, 13, "b"}});
     Do(1, "Shorter");
     EXPECT_EQ(Cell(1, 2), "0.25");
-    EXPECT_TRUE(session().SubtitlesChanged);
-    session().SubtitlesChanged = false;
+    EXPECT_TRUE(document().SubtitlesChanged);
+    document().SubtitlesChanged = false;
     Do(2, "Shorter");
     EXPECT_EQ(Cell(2, 2), "2.95");
     EXPECT_NEAR(Subt().EndTime(2), 12.95, 1e-9);
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 TEST_F(ListCommands, LongerStopsAQuarterSecondBeforeTheNext) {
@@ -76,11 +76,11 @@ TEST_F(ListCommands, LongerStopsAQuarterSecondBeforeTheNext) {
     Do(1, "Longer");
     EXPECT_EQ(Subt().EndTime(1), 4.75);
     EXPECT_EQ(Cell(1, 2), "3.75");
-    EXPECT_TRUE(session().SubtitlesChanged);
-    session().SubtitlesChanged = false;
+    EXPECT_TRUE(document().SubtitlesChanged);
+    document().SubtitlesChanged = false;
     Do(2, "Longer");
     EXPECT_EQ(Cell(2, 2), "1.05");
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 TEST_F(ListCommands, CommandsOnTheCurrentTitleDoNothingWithoutOne) {
@@ -109,7 +109,7 @@ TEST_F(ListCommands, InsertBetweenTwoTitles) {
     EXPECT_EQ(Colour(2), Edited);
     EXPECT_EQ(Colour(4), Second);
     EXPECT_EQ(List().SecondMark, 4);
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
     EXPECT_EQ(List().SelectedRows(), std::vector<std::int32_t>{3});
     Do(4, "Insert");
     EXPECT_NEAR(Subt().StartTime(4), 20.1, 1e-9);
@@ -151,7 +151,7 @@ TEST_F(ListCommands, DeleteTakesTheSelectedAndResetsTheMarks) {
     EXPECT_EQ(Colour(2), Plain);
     EXPECT_EQ(Colour(3), Second);
     EXPECT_TRUE(ButtonEnabled("Delete"));
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
     EXPECT_EQ(List().SelectedItem(), 0);
 }
 
@@ -176,14 +176,14 @@ TEST_F(ListCommands, UndoGoesBackToTheStart) {
 TEST_F(ListCommands, UndoShowsAndSelectsItsRow) {
     Open();
     Do(3, "Later");
-    session().SubtitlesChanged = false;
+    document().SubtitlesChanged = false;
     host.positions.clear();
     Select({5});
     List().DoCommand("Undo");
     EXPECT_EQ(Colour(3), Plain);
     EXPECT_EQ(Cell(3, 1), "00:00:30,000");
     EXPECT_EQ(List().SelectedRows(), std::vector<std::int32_t>{3});
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
     EXPECT_TRUE(host.positions.empty());
     List().DoCommand("Undo");
     EXPECT_EQ(List().SelectedRows(), std::vector<std::int32_t>{1}) << "there was nothing left";
@@ -203,7 +203,7 @@ TEST_F(ListCommands, SpellingGoesOverAllTitles) {
     EXPECT_EQ(Cell(2, 0), "It was l.");
     EXPECT_EQ(Subt().Text(3), "Hello. It");
     EXPECT_EQ(Colour(2), Edited);
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
     EXPECT_EQ(Subt().UndoCount(), 0);
     EXPECT_FALSE(ButtonEnabled("Undo"));
 }
@@ -212,7 +212,7 @@ TEST_F(ListCommands, TheSpellingEntryDoesNotSetTheFlag) {
     Open({{1, 2, "lt"}});
     Child<QAction>(List(), "mnuEditSpell").trigger();
     EXPECT_EQ(Subt().Text(1), "It");
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 TEST_F(ListCommands, ItalicGoesOverAllTitles) {
@@ -220,7 +220,7 @@ TEST_F(ListCommands, ItalicGoesOverAllTitles) {
     QTest::mouseClick(&Child<QToolButton>(List(), "Italic"), Qt::LeftButton);
     EXPECT_EQ(Cell(2, 0), "<i>Hello world</i> again");
     EXPECT_EQ(Colour(2), Edited);
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
 }
 
 struct KeyRow {
@@ -352,7 +352,7 @@ TEST_F(ListCommands, SelectAllIsACommand) {
     Open();
     List().DoCommand("SelectAll");
     EXPECT_EQ(List().SelectedRows(), (std::vector<std::int32_t>{1, 2, 3, 4, 5}));
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 TEST_F(ListCommands, KeysAreExact) {
@@ -360,7 +360,7 @@ TEST_F(ListCommands, KeysAreExact) {
     for (const char* key : {"sooner", "SOONER", "Sooner ", "", "Font"})
         Do(2, key);
     EXPECT_EQ(Subt().StartTime(2), 20);
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 struct ShortcutRow {

@@ -35,14 +35,14 @@ class ListFind : public ListTest {
 TEST_F(ListFind, LoadsReadyToSearchForAllWords) {
     frmFind& find = Find({"one"});
     EXPECT_EQ(find.windowTitle(), "Find title");
-    EXPECT_TRUE(session().FindOpen);
+    EXPECT_TRUE(document().FindOpen);
     EXPECT_TRUE(find.optAll->isChecked());
     EXPECT_TRUE(find.cmdSearch->isDefault());
     EXPECT_EQ(find.cmdExit->text(), "&Close");
     EXPECT_EQ(find.cmdNext->text(), "Find &Next");
     EXPECT_EQ(find.cmdSearch->text(), "Find &First");
     QTest::mouseClick(find.cmdExit, Qt::LeftButton);
-    EXPECT_FALSE(session().FindOpen);
+    EXPECT_FALSE(document().FindOpen);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(List().findChild<frmFind*>(), nullptr);
 }
@@ -95,7 +95,7 @@ TEST_F(ListFind, AfterNoMatchEnterCloses) {
     }
     EXPECT_TRUE(find.cmdExit->isDefault());
     QTest::keyClick(find.txtFind, Qt::Key_Return);
-    EXPECT_FALSE(session().FindOpen);
+    EXPECT_FALSE(document().FindOpen);
 }
 
 TEST_F(ListFind, TypingMakesFindFirstTheDefaultAgain) {
@@ -122,7 +122,7 @@ TEST_F(ListFind, HidesWhenAnotherWindowIsUsedAndComesBack) {
     List().activateWindow();
     WaitUntilActive(List());
     EXPECT_FALSE(find.isVisible());
-    EXPECT_TRUE(session().FindOpen);
+    EXPECT_TRUE(document().FindOpen);
     QTest::keyClick(List().LV, Qt::Key_F3);
     EXPECT_EQ(Selected(), Rows{4});
     EXPECT_FALSE(find.isVisible());
@@ -134,13 +134,13 @@ TEST_F(ListFind, HidesWhenAnotherWindowIsUsedAndComesBack) {
 TEST_F(ListFind, GoesWithTheList) {
     Find({"one"});
     host.Close();
-    EXPECT_FALSE(session().FindOpen);
+    EXPECT_FALSE(document().FindOpen);
 }
 
 TEST_F(ListFind, EscapeClosesIt) {
     frmFind& find = Find({"one"});
     QTest::keyClick(find.txtFind, Qt::Key_Escape);
-    EXPECT_FALSE(session().FindOpen);
+    EXPECT_FALSE(document().FindOpen);
 }
 
 } // namespace

@@ -8,12 +8,12 @@
 #include <stdexcept>
 
 ListHost::ListHost() {
-    m_session.Subt.UndoEnabled(true);
-    m_session.Subt.UndoChangedListLength = [this] {
+    m_document.Subt.UndoEnabled(true);
+    m_document.Subt.UndoChangedListLength = [this] {
         if (frmList* open = list.data())
             open->LoadList();
     };
-    m_session.Subt.UndoPossible = [this](bool possible) {
+    m_document.Subt.UndoPossible = [this](bool possible) {
         if (frmList* open = list.data())
             open->UndoPossible(possible);
     };

@@ -10,13 +10,13 @@
 #include <string>
 #include <vector>
 
-/// Stands for the main window: owns the session, forwards the list's events as
+/// Stands for the main window: owns the document, forwards the list's events as
 /// the main window does, and keeps what the list editor asked of it.
 class ListHost : public EditorHost {
   public:
     ListHost();
 
-    Session& session() override { return m_session; }
+    Document& document() override { return m_document; }
     void MediaPosition(double seconds) override { positions.push_back(seconds); }
     std::int32_t ShownTitle() const override { return shownTitle; }
     void EditButtonsEnabled(bool enabled) override { editButtons = enabled; }
@@ -34,7 +34,7 @@ class ListHost : public EditorHost {
     QPointer<frmList> list;
 
   private:
-    Session m_session;
+    Document m_document;
 };
 
 struct TestTitle {

@@ -55,7 +55,7 @@ TEST_F(ListMarks, MarkingMovesTheColour) {
     MarkSecond(4);
     EXPECT_EQ(Colour(5), Plain);
     EXPECT_EQ(Colour(4), Second);
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 TEST_F(ListMarks, MarksChangePlacesButColoursStay) {
@@ -148,7 +148,7 @@ TEST_F(ListMarks, F2EditsTheTextInPlace) {
     EXPECT_EQ(Subt().Text(3), "one\r\ntwo");
     EXPECT_EQ(Cell(3, 0), "one\r\ntwo");
     EXPECT_EQ(Colour(3), Edited);
-    EXPECT_TRUE(session().SubtitlesChanged);
+    EXPECT_TRUE(document().SubtitlesChanged);
     EXPECT_EQ(Subt().UndoCount(), 1);
     EXPECT_EQ(host.changes, 1);
 }
@@ -160,7 +160,7 @@ TEST_F(ListMarks, EscapeLeavesTheText) {
     QTest::keyClicks(&LabelEditor(), "typed");
     QTest::keyClick(&LabelEditor(), Qt::Key_Escape);
     EXPECT_EQ(Subt().Text(3), "title 3");
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
 }
 
 TEST_F(ListMarks, F2NeedsASelectedRow) {

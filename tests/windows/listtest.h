@@ -19,8 +19,8 @@ class ListTest : public testing::Test {
     ListTest() { QSettings("Tevo", "Quelmar").clear(); }
     ~ListTest() override { host.Close(); }
 
-    SUBTITLES& Subt() { return host.session().Subt; }
-    Session& session() { return host.session(); }
+    SUBTITLES& Subt() { return host.document().Subt; }
+    Document& document() { return host.document(); }
     frmList& List() { return host.List(); }
 
     void Fill(const std::vector<TestTitle>& titles) {

@@ -33,12 +33,12 @@ TEST_F(ListWindow, ShowsARowPerTitle) {
 TEST_F(ListWindow, OpeningTellsTheMainWindowAndClosingToo) {
     Open();
     EXPECT_EQ(host.editButtons, false);
-    EXPECT_TRUE(session().ListWindowOpen);
-    EXPECT_EQ(session().BlueMark, 10);
-    EXPECT_EQ(session().GreenMark, 50);
+    EXPECT_TRUE(document().ListWindowOpen);
+    EXPECT_EQ(document().BlueMark(), 10);
+    EXPECT_EQ(document().GreenMark(), 50);
     host.Close();
     EXPECT_EQ(host.editButtons, true);
-    EXPECT_FALSE(session().ListWindowOpen);
+    EXPECT_FALSE(document().ListWindowOpen);
     EXPECT_EQ(host.list, nullptr);
 }
 
@@ -47,7 +47,7 @@ TEST_F(ListWindow, ByeClosesIt) {
     List().DoCommand("Bye");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(host.list, nullptr);
-    EXPECT_FALSE(session().ListWindowOpen);
+    EXPECT_FALSE(document().ListWindowOpen);
 }
 
 TEST_F(ListWindow, MarksTheFirstAndTheLastRow) {
@@ -324,8 +324,8 @@ TEST_F(ListWindow, AnotherDocumentStartsAfresh) {
     EXPECT_EQ(Cell(3, 0), "new");
     EXPECT_EQ(Colour(3), Plain);
     EXPECT_EQ(Colour(5), Second);
-    EXPECT_EQ(session().BlueMark, 2);
-    EXPECT_EQ(session().GreenMark, 14);
+    EXPECT_EQ(document().BlueMark(), 2);
+    EXPECT_EQ(document().GreenMark(), 14);
     EXPECT_EQ(List().SelectedItem(), 0);
     EXPECT_FALSE(ButtonEnabled("Undo"));
     EXPECT_FALSE(ButtonEnabled("Edit"));
@@ -335,7 +335,7 @@ TEST_F(ListWindow, AnotherDocumentStartsAfresh) {
     List().DocumentReplaced();
     EXPECT_EQ(List().RowCount(), 1);
     EXPECT_FALSE(ButtonEnabled("Delete"));
-    EXPECT_EQ(session().GreenMark, 7);
+    EXPECT_EQ(document().GreenMark(), 7);
 }
 
 TEST_F(ListWindow, APlacementRefreshesItsRow) {

@@ -15,7 +15,7 @@ TEST_F(MainWindow, FirstRunHasTheDesignPlaceAndTheDefaults) {
     EXPECT_LE((window->frameGeometry().center() - screen.center()).manhattanLength(), 40);
     EXPECT_GE(window->width(), qMin(1000, screen.width() - 20));
     EXPECT_GE(window->height(), qMin(680, screen.height() - 60));
-    EXPECT_EQ(window->session().FrameRate, 25);
+    EXPECT_EQ(window->document().FrameRate, 25);
     CloseWindow();
     EXPECT_EQ(StoredSettings().value("MRU").toString(), "");
     EXPECT_EQ(StoredSettings().value("LastFrameRate").toString(), "25");
@@ -152,7 +152,7 @@ TEST_F(MainWindow, AWindowThatCouldNotBeSeenComesBackToTheScreen) {
 TEST_F(MainWindow, MaximizedItKeepsTheStoredPlaceButStoresTheRest) {
     StoredSettings().setValue("Left", 300);
     StoredSettings().setValue("Width", 10500);
-    window->session().FrameRate = 23.976;
+    window->document().FrameRate = 23.976;
     window->showMaximized();
     CloseWindow();
     EXPECT_EQ(StoredSettings().value("Left").toInt(), 300);
@@ -163,9 +163,9 @@ TEST_F(MainWindow, MaximizedItKeepsTheStoredPlaceButStoresTheRest) {
 }
 
 TEST_F(MainWindow, TheFrameRateComesBackRoundedToTheThousandth) {
-    window->session().FrameRate = 23.97602;
+    window->document().FrameRate = 23.97602;
     Reopen();
-    EXPECT_EQ(window->session().FrameRate, 23.976);
+    EXPECT_EQ(window->document().FrameRate, 23.976);
 }
 
 TEST_F(MainWindow, AStoredFrameRateThatIsNoneGivesTheDefault) {
@@ -173,7 +173,7 @@ TEST_F(MainWindow, AStoredFrameRateThatIsNoneGivesTheDefault) {
         CloseWindow();
         StoredSettings().setValue("LastFrameRate", text);
         OpenWindow();
-        EXPECT_EQ(window->session().FrameRate, 25) << text;
+        EXPECT_EQ(window->document().FrameRate, 25) << text;
     }
 }
 
@@ -227,11 +227,11 @@ TEST_F(MainWindow, ExitClosesAndEscapeDoesNot) {
 TEST_F(MainWindow, ClosingClosesTheListEditorFirst) {
     OpenTitles();
     Click("cmdEdit");
-    ASSERT_TRUE(window->session().ListWindowOpen);
+    ASSERT_TRUE(window->document().ListWindowOpen);
     Changed() = true;
     {
         const Modals modals({AnswerWindow("", [this](QWidget& box) {
-            EXPECT_FALSE(window->session().ListWindowOpen);
+            EXPECT_FALSE(window->document().ListWindowOpen);
             dynamic_cast<QMessageBox&>(box).button(QMessageBox::No)->click();
         })});
         EXPECT_TRUE(window->close());

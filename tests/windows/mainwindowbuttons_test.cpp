@@ -177,8 +177,8 @@ TEST_F(MainWindowMarks, TwoMarksStretchTheSelectedTitles) {
     Click("cmdBlue");
     player->CurrentPosition(12);
     Click("cmdGreen");
-    EXPECT_EQ(window->session().BlueMark, 2);
-    EXPECT_EQ(window->session().GreenMark, 12);
+    EXPECT_EQ(window->document().BlueMark(), 2);
+    EXPECT_EQ(window->document().GreenMark(), 12);
     Click("cmdAdjust");
     EXPECT_DOUBLE_EQ(Subt().StartTime(1), 2);
     EXPECT_DOUBLE_EQ(Subt().StartTime(2), 8);

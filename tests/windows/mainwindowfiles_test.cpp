@@ -176,7 +176,7 @@ TEST_F(MainWindowFiles, AFrameCountingFileAsksForItsRateFirst) {
         })});
         Line("txtSRT").setText(In("film.sub"));
     }
-    EXPECT_EQ(window->session().FrameRate, 12.5);
+    EXPECT_EQ(window->document().FrameRate, 12.5);
     EXPECT_EQ(Subt().StartTime(1), 2);
 }
 
@@ -447,8 +447,8 @@ TEST_F(MainWindowFiles, LoadingReloadsAnOpenListEditor) {
     EXPECT_EQ(list.RowCount(), 2);
     EXPECT_EQ(list.RowText(1), "a");
     EXPECT_EQ(list.SecondMark, 2);
-    EXPECT_EQ(window->session().BlueMark, 11);
-    EXPECT_EQ(window->session().GreenMark, 13);
+    EXPECT_EQ(window->document().BlueMark(), 11);
+    EXPECT_EQ(window->document().GreenMark(), 13);
 }
 
 } // namespace

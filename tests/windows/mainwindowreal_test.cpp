@@ -34,7 +34,7 @@ class MainWindowReal : public testing::Test {
         window->OpenFiles(MakeFilm({}), titles.fileName());
     }
     ~MainWindowReal() override {
-        window->session().SubtitlesChanged = false;
+        window->document().SubtitlesChanged = false;
         window->close();
     }
 

@@ -52,7 +52,7 @@ class MainWindowTest : public testing::Test {
     void CloseWindow() {
         if (window == nullptr)
             return;
-        window->session().SubtitlesChanged = false;
+        window->document().SubtitlesChanged = false;
         window->close();
         window.reset();
     }
@@ -92,7 +92,7 @@ class MainWindowTest : public testing::Test {
         OpenTitles();
     }
     SUBTITLES& Subt() { return window->Subt; }
-    bool& Changed() { return window->session().SubtitlesChanged; }
+    bool& Changed() { return window->document().SubtitlesChanged; }
 
     QTemporaryDir folder;
     FakePlayer* player = nullptr;

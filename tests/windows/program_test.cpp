@@ -92,7 +92,7 @@ TEST(Program, HasNothingToRecoverAtFirst) {
     const QTemporaryDir state;
     const Result result = Call({"--recover"}, {"XDG_STATE_HOME=" + state.path()});
     EXPECT_EQ(result.code, 0);
-    EXPECT_EQ(result.output.toStdString(), "There is no unsaved work of earlier sessions.\n");
+    EXPECT_EQ(result.output.toStdString(), "There is no unsaved work.\n");
 }
 
 QString WriteTitles(const QTemporaryDir& home) {

@@ -65,7 +65,7 @@ class RecoveryTest : public testing::Test {
         /// As the list editor does it: the window's own mark of changes is set apart.
         void Edit(const std::string& text, bool marked = true) {
             window.Subt.Text(1, text);
-            window.session().SubtitlesChanged = marked;
+            window.document().SubtitlesChanged = marked;
             window.TitlesChanged();
         }
         bool Save(const QString& name, std::vector<Answer> more = {}) {
@@ -142,9 +142,9 @@ TEST_F(RecoveryTest, WorkComesBackExactly) {
         run.Type(source);
         run.Edit("first");
         run.window.Subt.SetTimes(2, 0.1 + 0.2, 1.0 / 3);
-        run.window.session().FrameRate = 23.976;
+        run.window.document().FrameRate = 23.976;
         run.recovery.Flush();
-        run.window.session().SubtitlesChanged = false;
+        run.window.document().SubtitlesChanged = false;
     }
     Run run(folder);
     QString question;
@@ -154,8 +154,8 @@ TEST_F(RecoveryTest, WorkComesBackExactly) {
     }
     EXPECT_TRUE(question.contains("film.srt")) << question.toStdString();
     EXPECT_TRUE(question.contains("2 titles, last changed today at")) << question.toStdString();
-    EXPECT_TRUE(run.window.session().SubtitlesChanged);
-    EXPECT_EQ(run.window.session().FrameRate, 23.976);
+    EXPECT_TRUE(run.window.document().SubtitlesChanged);
+    EXPECT_EQ(run.window.document().FrameRate, 23.976);
     EXPECT_EQ(Child<QLineEdit>(run.window, "txtSRT").text(), source);
     EXPECT_TRUE(Child<QPushButton>(run.window, "cmdEdit").isEnabled());
     EXPECT_TRUE(Child<QPushButton>(run.window, "cmdSave").isEnabled());
@@ -169,7 +169,7 @@ TEST_F(RecoveryTest, WorkComesBackExactly) {
     // It is this run's work now: kept, and nobody else's.
     EXPECT_EQ(Kept(), "");
     EXPECT_TRUE(run.recovery.Flush());
-    run.window.session().SubtitlesChanged = false;
+    run.window.document().SubtitlesChanged = false;
 }
 
 TEST_F(RecoveryTest, WorkCanWaitOrBeDiscarded) {
@@ -268,7 +268,7 @@ TEST_F(RecoveryTest, ASaveInNoFormatKeepsTheCopy) {
         run.Type(source);
         run.Edit("written nowhere");
         EXPECT_TRUE(run.Save(home.filePath("out")));
-        EXPECT_FALSE(run.window.session().SubtitlesChanged);
+        EXPECT_FALSE(run.window.document().SubtitlesChanged);
     }
     EXPECT_EQ(Kept(), "written nowhere;");
 }
@@ -413,7 +413,7 @@ TEST_F(RecoveryTest, TheListShowsDeclinedWorkToo) {
     EXPECT_EQ(run.window.Subt.Text(1), "crashed");
     works.clear();
     EXPECT_EQ(Kept(), "");
-    run.window.session().SubtitlesChanged = false;
+    run.window.document().SubtitlesChanged = false;
 }
 
 TEST(RecoveryTexts, NameTheMoment) {

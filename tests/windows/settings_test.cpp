@@ -44,7 +44,7 @@ class DamagedSettings : public testing::Test {
         EXPECT_GE(window.width() * 15, 10000) << what;
         EXPECT_GE(window.height() * 15, 5000) << what;
         EXPECT_LE(window.width(), 20000) << what;
-        EXPECT_GT(window.session().FrameRate, 0) << what;
+        EXPECT_GT(window.document().FrameRate, 0) << what;
     }
 };
 
@@ -72,7 +72,7 @@ TEST_F(DamagedSettings, ARateThatIsNoneGivesTwentyFive) {
     for (const char* rate : {"abc", "0", "-24", "nan", "inf", "", "1e999", "25 frames"}) {
         Write(QByteArray("[General]\nLastFrameRate=") + rate + '\n');
         frmQuelmar window(std::make_unique<FakePlayer>());
-        EXPECT_EQ(window.session().FrameRate, 25) << rate;
+        EXPECT_EQ(window.document().FrameRate, 25) << rate;
     }
 }
 

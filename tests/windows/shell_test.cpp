@@ -121,7 +121,7 @@ class FrameRateDialog : public testing::Test {
     /// message and closes the dialog. Answers whether it was accepted.
     bool Enter(const QString& text) {
         bool accepted = false;
-        frmFrameRate dialog(session, nullptr);
+        frmFrameRate dialog(document, nullptr);
         QTimer::singleShot(0, &dialog, [&] {
             Child<QComboBox>(dialog, "cboFramerate").setEditText(text);
             {
@@ -143,7 +143,7 @@ class FrameRateDialog : public testing::Test {
         return accepted;
     }
 
-    Session session;
+    Document document;
     QString message;
     QMessageBox::Icon icon = QMessageBox::NoIcon;
 };
@@ -155,27 +155,27 @@ TEST_F(FrameRateDialog, AcceptsRatesBetweenTenAndFifty) {
                                      {" 29.97 ", 29.97},
                                      {"12.3456789", 12.3456789}}) {
         EXPECT_TRUE(Enter(text)) << text;
-        EXPECT_EQ(session.FrameRate, rate);
+        EXPECT_EQ(document.FrameRate, rate);
     }
     EXPECT_EQ(message.toStdString(), "");
 }
 
 TEST_F(FrameRateDialog, RefusesAllOthers) {
-    session.FrameRate = 24;
+    document.FrameRate = 24;
     for (const char* text :
          {"10", "50", "0", "-25", "1000", "", "abc", "25 frames", "25,5", "nan", "inf"}) {
         message.clear();
         EXPECT_FALSE(Enter(text)) << text;
         EXPECT_EQ(message.toStdString(), "Illegal frame rate!") << text;
         EXPECT_EQ(icon, QMessageBox::Warning);
-        EXPECT_EQ(session.FrameRate, 24) << text;
+        EXPECT_EQ(document.FrameRate, 24) << text;
     }
 }
 
 TEST_F(FrameRateDialog, AlwaysOffersTheFiveRates) {
     for (const double rate : {25.0, 17.5, 23.976}) {
-        session.FrameRate = rate;
-        frmFrameRate dialog(session, nullptr);
+        document.FrameRate = rate;
+        frmFrameRate dialog(document, nullptr);
         EXPECT_EQ(dialog.windowTitle().toStdString(), "Micro-DVD Frame Rate");
         const auto& cboFramerate = Child<QComboBox>(dialog, "cboFramerate");
         QStringList offered;
@@ -187,7 +187,7 @@ TEST_F(FrameRateDialog, AlwaysOffersTheFiveRates) {
 }
 
 TEST_F(FrameRateDialog, WhatIsTypedIsTakenAtTheFirstReturn) {
-    frmFrameRate dialog(session, nullptr);
+    frmFrameRate dialog(document, nullptr);
     dialog.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
     auto* box = Child<QComboBox>(dialog, "cboFramerate").lineEdit();
@@ -198,24 +198,24 @@ TEST_F(FrameRateDialog, WhatIsTypedIsTakenAtTheFirstReturn) {
     box->selectAll();
     QTest::keyClick(box, Qt::Key_Return);
     EXPECT_FALSE(dialog.isVisible());
-    EXPECT_EQ(session.FrameRate, 24);
+    EXPECT_EQ(document.FrameRate, 24);
 }
 
 TEST_F(FrameRateDialog, ARateSurvivesTheSettings) {
     EXPECT_TRUE(Enter("23.976"));
     Settings().SetString("LastFrameRate",
-                         QString::fromStdString(NumberText(RoundTime(session.FrameRate))));
+                         QString::fromStdString(NumberText(RoundTime(document.FrameRate))));
     EXPECT_EQ(RoundTime(ToNumber(Settings().String("LastFrameRate").toStdString())), 23.976);
 }
 
 TEST_F(FrameRateDialog, ItsCloseBoxKeepsTheRate) {
-    session.FrameRate = 24;
+    document.FrameRate = 24;
     const Modals modals({AnswerWindow("frmFrameRate", [](QWidget& window) {
         Child<QComboBox>(window, "cboFramerate").setEditText("30");
         window.close();
     })});
-    frmFrameRate(session, nullptr).exec();
-    EXPECT_EQ(session.FrameRate, 24);
+    frmFrameRate(document, nullptr).exec();
+    EXPECT_EQ(document.FrameRate, 24);
 }
 
 TEST_F(FrameRateDialog, EnterIsOK) {
@@ -226,8 +226,8 @@ TEST_F(FrameRateDialog, EnterIsOK) {
         QTest::keyClicks(Child<QComboBox>(window, "cboFramerate").lineEdit(), "30");
         QTest::keyClick(&window, Qt::Key_Return);
     })});
-    frmFrameRate(session, nullptr).exec();
-    EXPECT_EQ(session.FrameRate, 30);
+    frmFrameRate(document, nullptr).exec();
+    EXPECT_EQ(document.FrameRate, 30);
 }
 
 class Loading : public testing::Test {
