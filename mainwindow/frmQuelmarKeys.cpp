@@ -2,6 +2,7 @@
 
 #include "listeditor/frmList.h"
 #include "mainwindow/frmPickKey.h"
+#include "model/step.h"
 #include "platform/errorgate.h"
 #include "platform/eventage.h"
 #include "platform/keycodes.h"
@@ -181,7 +182,10 @@ void frmQuelmar::ActionKeyPressed(double position) {
 void frmQuelmar::ActionKeyReleased(double position) {
     m_placing.Release(position);
     const std::int32_t placed = m_walker.CurrentTitle();
-    Subt.SetTimes(placed, m_placing.KeyDownTime(), m_placing.KeyUpTime());
+    {
+        const Step step(Subt, {"Placing by key", StepName::Series::OneAfterTheOther});
+        Subt.SetTimes(placed, m_placing.KeyDownTime(), m_placing.KeyUpTime());
+    }
     if (frmList* list = OpenList(); list != nullptr && placed <= Subt.Count())
         list->RowTimesChanged(placed);
     ShowTexts(m_walker.Advance());

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
+#include <utility>
 
 /// What changed in a document, and which titles it concerns.
 struct Change {
@@ -27,6 +29,28 @@ struct Change {
     std::int32_t last = 0;
 
     bool operator==(const Change&) const = default;
+};
+
+/// What a step of work on the titles is called, for people; empty for one that is of no
+/// note. A name says that the titles as they were before the step are worth keeping.
+struct StepName {
+    enum class Series : std::uint8_t {
+        /// Each step is one of its own.
+        Each,
+        /// Steps of that name on one title after the other, with nothing between them,
+        /// are one piece of work.
+        OneAfterTheOther,
+    };
+
+    StepName() = default;
+    StepName(std::string aText, Series aSeries = Series::Each)
+        : text(std::move(aText))
+        , series(aSeries) {}
+    StepName(const char* aText)
+        : text(aText) {}
+
+    std::string text;
+    Series series = Series::Each;
 };
 
 /// Both changes, one after the other, as one. Titles only, not `Marks` and `Saved`.

@@ -1,8 +1,22 @@
 #include "model/document.h"
 
+#include "model/step.h"
+#include "model/versions.h"
+
+#include <chrono>
 #include <utility>
 
-Document::Document() {
+namespace {
+
+std::int64_t Now() {
+    using namespace std::chrono;
+    return duration_cast<seconds>(system_clock::now().time_since_epoch()).count();
+}
+
+} // namespace
+
+Document::Document()
+    : m_earlier(std::make_unique<Versions>()) {
     Subt.Watch(this);
 }
 
@@ -20,35 +34,75 @@ void Document::Saved() {
     Tell(Change::Kind::Saved, m_savedWaits);
 }
 
-Connection Document::Subscribe(Observer observer) {
-    auto held = std::make_shared<const Observer>(std::move(observer));
-    m_observers.emplace_back(held);
-    return Connection(std::const_pointer_cast<Observer>(std::move(held)));
+template <typename OBSERVER>
+Connection Document::Add(Observers<OBSERVER>& observers, OBSERVER observer) {
+    auto held = std::make_shared<OBSERVER>(std::move(observer));
+    observers.emplace_back(held);
+    return Connection(std::move(held));
 }
 
-void Document::Changing(const std::string& /*step*/) {}
+template <typename OBSERVER, typename... ARGUMENTS>
+void Document::Call(Observers<OBSERVER>& observers, const ARGUMENTS&... arguments) {
+    std::erase_if(observers, [](const auto& observer) { return observer.expired(); });
+    // Of a copy, as observers may come and go meanwhile.
+    const auto called = observers;
+    for (const auto& observer : called)
+        if (const auto held = observer.lock())
+            (*held)(arguments...);
+}
+
+Connection Document::Subscribe(Observer observer) {
+    return Add(m_observers, std::move(observer));
+}
+
+Connection Document::BeforeOther(std::function<void()> observer) {
+    return Add(m_beforeOther, std::move(observer));
+}
+
+void Document::BeginOther() {
+    Call(m_beforeOther);
+    ++m_number;
+}
+
+void Document::GoBack(std::size_t age) {
+    if (age >= m_earlier->Count())
+        return;
+    const Version version = m_earlier->At(age);
+    {
+        const Step step(Subt, "Going back", Step::Undo::Emptied);
+        Subt.Replace(TitlesOf(version));
+        Style = version.style;
+        SubtitleFile = version.subtitleFile;
+        SubtitlesChanged = true;
+    }
+}
+
+void Document::Changing(const StepName& step, std::int32_t first) {
+    const bool inSeries = step.series == StepName::Series::OneAfterTheOther;
+    const std::int32_t before = std::exchange(m_seriesTitle, inSeries ? first : 0);
+    const bool goesOn = inSeries && before > 0 && (first == before || first == before + 1);
+    if (step.text.empty() || goesOn || Subt.Count() == 0)
+        return;
+    Version about;
+    about.step = step.text;
+    about.time = Now();
+    about.subtitleFile = SubtitleFile;
+    about.style = Style;
+    m_earlier->Keep(Subt, std::move(about));
+}
 
 void Document::StepEnded(const std::optional<Change>& change) {
     if (change)
-        Notify(*change);
+        Call(m_observers, *change);
     if (std::exchange(m_marksWait, false))
-        Notify({Change::Kind::Marks, 0, 0});
+        Call(m_observers, Change{Change::Kind::Marks, 0, 0});
     if (std::exchange(m_savedWaits, false))
-        Notify({Change::Kind::Saved, 0, 0});
+        Call(m_observers, Change{Change::Kind::Saved, 0, 0});
 }
 
 void Document::Tell(Change::Kind kind, bool& waits) {
     if (Subt.InStep())
         waits = true;
     else
-        Notify({kind, 0, 0});
-}
-
-void Document::Notify(const Change& change) {
-    std::erase_if(m_observers, [](const auto& observer) { return observer.expired(); });
-    // Of a copy, as observers may come and go meanwhile.
-    const auto observers = m_observers;
-    for (const auto& observer : observers)
-        if (const auto held = observer.lock())
-            (*held)(change);
+        Call(m_observers, Change{kind, 0, 0});
 }

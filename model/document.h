@@ -9,6 +9,8 @@
 #include <string>
 #include <vector>
 
+class Versions;
+
 /// Ends a subscription when it goes. It may outlive the document.
 class Connection {
   public:
@@ -53,8 +55,24 @@ class Document : private TitlesWatcher {
     void GreenMark(double position) { Marks(m_blueMark, position); }
     void Marks(double blue, double green);
 
+    /// Another document takes this one's place: its titles follow, best within the same
+    /// step. Those who asked for it hear of it while the titles are still the old ones.
+    void BeginOther();
+    [[nodiscard]] Connection BeforeOther(std::function<void()> observer);
+    /// How often another document has taken the place.
+    std::uint32_t Number() const { return m_number; }
+
     /// Tells the observers that the titles are those of a file now.
     void Saved();
+
+    /// What the document was before the latest steps with a name.
+    const Versions& Earlier() const { return *m_earlier; }
+    /// For whoever brings the versions of a recovered document back.
+    Versions& Earlier() { return *m_earlier; }
+    /// Puts the version of that age (0: the newest) in place of the titles, their style
+    /// and the name of their file. What they were is kept as a version, the undo history
+    /// is emptied, and the titles count as changed. Without such a version nothing happens.
+    void GoBack(std::size_t age);
 
     /// The observer hears of each step's change of the titles once, when the step is
     /// over; of marks and of a save after that. It may change the titles, subscribe and
@@ -62,15 +80,24 @@ class Document : private TitlesWatcher {
     [[nodiscard]] Connection Subscribe(Observer observer);
 
   private:
-    void Changing(const std::string& step) override;
+    void Changing(const StepName& step, std::int32_t first) override;
     void StepEnded(const std::optional<Change>& change) override;
+    template <typename OBSERVER>
+    using Observers = std::vector<std::weak_ptr<const OBSERVER>>;
+    template <typename OBSERVER>
+    static Connection Add(Observers<OBSERVER>& observers, OBSERVER observer);
+    template <typename OBSERVER, typename... ARGUMENTS>
+    static void Call(Observers<OBSERVER>& observers, const ARGUMENTS&... arguments);
     /// At once, or at the end of the step.
     void Tell(Change::Kind kind, bool& waits);
-    void Notify(const Change& change);
-
     double m_blueMark = 0;
     double m_greenMark = 0;
+    std::unique_ptr<Versions> m_earlier;
+    /// The title that the series at work has come to; 0 when there is none.
+    std::int32_t m_seriesTitle = 0;
     bool m_marksWait = false;
     bool m_savedWaits = false;
-    std::vector<std::weak_ptr<const Observer>> m_observers;
+    std::uint32_t m_number = 0;
+    Observers<Observer> m_observers;
+    Observers<std::function<void()>> m_beforeOther;
 };

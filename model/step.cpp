@@ -2,7 +2,7 @@
 
 #include <utility>
 
-Step::Step(SUBTITLES& titles, std::string name, Undo undo)
+Step::Step(SUBTITLES& titles, StepName name, Undo undo)
     : m_titles(titles)
     , m_undo(undo)
     , m_before(titles.m_watch.recording) {

@@ -2,8 +2,6 @@
 
 #include "model/subtitles.h"
 
-#include <string>
-
 /// A scope within which all changes of the titles are one step of work: whoever watches
 /// them hears of it once, when the outermost scope ends. A change outside of any scope is
 /// a step of its own. Scopes nest; of their names the outermost one counts.
@@ -21,9 +19,7 @@ class Step {
         Emptied,
     };
 
-    /// The name is for people, such as "Stretch", and says that the titles as they were
-    /// before the step are worth keeping.
-    explicit Step(SUBTITLES& titles, std::string name = {}, Undo undo = Undo::Each);
+    explicit Step(SUBTITLES& titles, StepName name = {}, Undo undo = Undo::Each);
     Step(SUBTITLES& titles, Undo undo)
         : Step(titles, {}, undo) {}
     ~Step();

@@ -48,9 +48,9 @@ class SUBTITLES::Scope {
     const bool m_watched;
 };
 
-void SUBTITLES::BeginStep(std::string name) {
+void SUBTITLES::BeginStep(StepName name) {
     ++m_watch.depth;
-    if (m_watch.step.empty() && !m_watch.pending)
+    if (m_watch.step.text.empty() && !m_watch.pending)
         m_watch.step = std::move(name);
 }
 
@@ -58,7 +58,7 @@ void SUBTITLES::EndStep() {
     if (--m_watch.depth > 0)
         return;
     std::optional<Change> change = std::exchange(m_watch.pending, std::nullopt);
-    m_watch.step.clear();
+    m_watch.step = {};
     if (change && change->kind == Change::Kind::Replaced)
         change->last = Count();
     if (m_watch.watcher != nullptr)
@@ -71,7 +71,7 @@ void SUBTITLES::Touch(Change::Kind kind, std::int32_t first, std::int32_t last) 
         m_watch.pending = Merged(*m_watch.pending, change);
         return;
     }
-    m_watch.watcher->Changing(m_watch.step);
+    m_watch.watcher->Changing(m_watch.step, first);
     m_watch.pending = change;
 }
 

@@ -15,9 +15,9 @@ class TitlesWatcher {
   public:
     virtual ~TitlesWatcher() = default;
 
-    /// The titles are about to change for the first time within the step of that name,
-    /// which is empty for a step without one.
-    virtual void Changing(const std::string& step) = 0;
+    /// The titles are about to change for the first time within that step, from title
+    /// `first` on.
+    virtual void Changing(const StepName& step, std::int32_t first) = 0;
     /// The outermost step has ended; nothing when no title was touched.
     virtual void StepEnded(const std::optional<Change>& change) = 0;
 };
@@ -115,12 +115,12 @@ class SUBTITLES {
 
         TitlesWatcher* watcher = nullptr;
         std::int32_t depth = 0;
-        std::string step;
+        StepName step;
         std::optional<Change> pending;
         Recording recording = Recording::On;
     };
 
-    void BeginStep(std::string name);
+    void BeginStep(StepName name);
     void EndStep();
     void Touch(Change::Kind kind, std::int32_t first, std::int32_t last);
     bool Records() const;

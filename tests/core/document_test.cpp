@@ -334,6 +334,25 @@ TEST(DocumentConnection, MayOutliveTheDocument) {
     connection = {};
 }
 
+TEST_F(ObservedDocument, TellsBeforeAnotherOneTakesItsPlace) {
+    std::vector<std::int32_t> counts;
+    Connection before = document.BeforeOther([&] { counts.push_back(titles.Count()); });
+    {
+        const Step step(titles, "Open");
+        document.BeginOther();
+        titles.Clear();
+        titles.Add(1, 2, "other");
+        document.Saved();
+        EXPECT_TRUE(heard.empty());
+    }
+    EXPECT_EQ(counts, std::vector<std::int32_t>{6});
+    EXPECT_EQ(document.Number(), 1U);
+    EXPECT_EQ(heard, (std::vector<Change>{{Kind::Replaced, 1, 1}, {Kind::Saved, 0, 0}}));
+    before = {};
+    document.BeginOther();
+    EXPECT_EQ(counts.size(), 1U);
+}
+
 TEST_F(ObservedDocument, IsInAStepWhileOneIsOpen) {
     EXPECT_FALSE(titles.InStep());
     {
