@@ -109,9 +109,10 @@ void FilledStart(Clock::time_point start, const QString& film, const QString& su
     frmQuelmar window;
     window.show();
     Settle();
-    QObject::connect(
-        &window, &frmQuelmar::DocumentTouched, &window,
-        [&] { Print("titles are in", Since(start)); }, Qt::SingleShotConnection);
+    Connection connection = window.document().Subscribe([&](const Change&) {
+        Print("titles are in", Since(start));
+        connection = {};
+    });
     window.OpenFiles(film, subtitles);
     Settle();
     Print("film is ready too", Since(start));

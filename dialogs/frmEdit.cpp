@@ -182,7 +182,6 @@ void frmEdit::cmdOK_Click() {
         document().SubtitlesChanged = true;
         List().SetRow(m_index, QString::fromStdString(text), start, RoundTime(end - start));
         List().ShowEdited(m_index);
-        List().TitlesChanged();
     }
     Unload();
 }

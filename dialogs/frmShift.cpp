@@ -114,6 +114,5 @@ void frmShift::cmdOK_Click() {
     }
     List().ShowAllEdited(rows);
     List().LoadList();
-    List().TitlesChanged();
     Unload();
 }

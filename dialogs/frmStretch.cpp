@@ -82,7 +82,6 @@ void frmStretch::cmdOK_Click() {
     if (!rows.empty())
         document().SubtitlesChanged = true;
     List().LoadList();
-    List().TitlesChanged();
     Unload();
 }
 

@@ -46,8 +46,10 @@ class TitleList {
     virtual void ShowAllEdited(std::span<const std::int32_t> rows) = 0;
     /// Rebuilds all rows from the titles.
     virtual void LoadList() = 0;
+    /// Shows other titles in plain rows until `ShowOwn`, which brings the rows, their
+    /// colours and the selection back.
+    virtual void ShowInstead(const SUBTITLES& titles) = 0;
+    virtual void ShowOwn() = 0;
     /// Selects the title, scrolls to it and moves the player to its start.
     virtual void GoToTitle(std::int32_t index) = 0;
-    /// A dialog has changed titles; told when the rows are right again.
-    virtual void TitlesChanged() = 0;
 };

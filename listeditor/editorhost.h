@@ -16,6 +16,4 @@ class EditorHost {
     virtual std::int32_t ShownTitle() const = 0;
     /// Enables or disables `cmdEdit`, `cmdAdjust`, `cmdGreen` and `cmdBlue` together.
     virtual void EditButtonsEnabled(bool enabled) = 0;
-    /// The titles were changed from the list editor or one of its dialogs.
-    virtual void TitlesChanged() = 0;
 };

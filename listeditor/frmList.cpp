@@ -5,6 +5,7 @@
 #include "listeditor/rowdelegate.h"
 #include "listeditor/rowmodel.h"
 #include "listeditor/titleview.h"
+#include "model/times.h"
 #include "platform/commondialogs.h"
 #include "platform/errorgate.h"
 #include "platform/twips.h"
@@ -36,7 +37,7 @@ frmList::frmList(EditorHost& host, QWidget* parent)
     , m_rows(new RowModel(this))
     , m_actions(
           *this, Commands(), [this](const ListCommand& command) { RunByKey(command); },
-          [this](const ListCommand& command) { command.run(*this); }) {
+          [this](const ListCommand& command) { Run(command); }) {
     TB = m_actions.TB();
     setObjectName("frmList");
     setWindowTitle("Subtitle Editor");
@@ -44,6 +45,8 @@ frmList::frmList(EditorHost& host, QWidget* parent)
     LayOut();
     ConnectList();
     Form_Load();
+    m_connection = document().Subscribe(
+        [this](const Change& change) { Guarded([&] { Document_Change(change); }); });
 }
 
 frmList::~frmList() = default;
@@ -81,6 +84,8 @@ void frmList::ConnectList() {
 void frmList::Form_Load() {
     m_host.EditButtonsEnabled(false);
     LoadSettings();
+    UpdateVersions();
+    m_number = document().Number();
     UndoPossible(Subt().UndoCount() > 0);
     Form_Resize();
     LoadList();
@@ -164,7 +169,38 @@ void frmList::LoadList() {
         m_host.MediaPosition(Subt().StartTime(item));
 }
 
-void frmList::DocumentReplaced() {
+void frmList::Document_Change(const Change& change) {
+    UpdateVersions();
+    if (m_ownChange)
+        return;
+    switch (change.kind) {
+    case Change::Kind::Times:
+    case Change::Kind::Text:
+        return RowsChanged(change);
+    case Change::Kind::Inserted:
+    case Change::Kind::Deleted:
+        return LoadList();
+    case Change::Kind::Replaced:
+        return std::exchange(m_number, document().Number()) == document().Number()
+                   ? LoadList()
+                   : AnotherDocument();
+    case Change::Kind::Marks:
+    case Change::Kind::Saved:
+        return;
+    }
+}
+
+void frmList::RowsChanged(const Change& change) {
+    for (std::int32_t i = change.first; i <= change.last; ++i) {
+        if (change.kind == Change::Kind::Text)
+            m_rows->SetText(i, Subt().Text(i));
+        m_rows->SetStart(i, Subt().StartTime(i));
+        m_rows->SetDuration(i, RoundTime(Subt().EndTime(i) - Subt().StartTime(i)));
+    }
+    m_rows->Show(change.first, change.last);
+}
+
+void frmList::AnotherDocument() {
     LV->clearSelection();
     for (std::int32_t row = 1; row <= RowCount(); ++row)
         m_rows->SetColour(row, RowColour::Plain);

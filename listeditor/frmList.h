@@ -8,9 +8,12 @@
 #include <QPointer>
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <vector>
 
 class RowModel;
+class Versions;
 enum class RowColour : std::uint8_t;
 class TitleView;
 class frmFind;
@@ -40,10 +43,6 @@ class frmList final : public QMainWindow, public TitleList {
     /// Keeps the first mark before the second. The rows keep their colours.
     void MarkChanged();
 
-    /// The list got another document.
-    void DocumentReplaced();
-    /// The main window gave title i other times.
-    void RowTimesChanged(std::int32_t i);
     /// The main window has come to title i while playing.
     void FollowTitle(std::int32_t i);
     void UndoPossible(bool possible);
@@ -74,8 +73,9 @@ class frmList final : public QMainWindow, public TitleList {
     void ShowEdited(std::int32_t row) override;
     void ShowAllEdited(std::span<const std::int32_t> rows) override;
     void LoadList() override;
+    void ShowInstead(const SUBTITLES& titles) override;
+    void ShowOwn() override;
     void GoToTitle(std::int32_t index) override;
-    void TitlesChanged() override { m_host.TitlesChanged(); }
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -96,6 +96,7 @@ class frmList final : public QMainWindow, public TitleList {
     void UpdateColours();
 
     void RunByKey(const ListCommand& command);
+    void Run(const ListCommand& command);
     void Undo();
     void Edit();
     void Find();
@@ -111,6 +112,13 @@ class frmList final : public QMainWindow, public TitleList {
     void OpenEdit();
 
     SUBTITLES& Subt() { return m_host.document().Subt; }
+    /// Somebody else than this window may have changed the titles.
+    void Document_Change(const Change& change);
+    void RowsChanged(const Change& change);
+    void AnotherDocument();
+    void UpdateVersions();
+    void GoBack();
+    void OpenVersions();
     void SelectionChanged();
     void SelectRow(std::int32_t row);
     void ScrollTo(std::int32_t row);
@@ -127,6 +135,21 @@ class frmList final : public QMainWindow, public TitleList {
     RowModel* m_rows;
     ListActions m_actions;
     QPointer<frmFind> m_find;
+    Connection m_connection;
+    /// Of the document that the rows show.
+    std::uint32_t m_number = 0;
+    /// A command of this window is at work, which writes its rows itself.
+    bool m_ownChange = false;
+    /// What was selected and seen before other titles were shown.
+    struct View {
+        std::vector<std::int32_t> selected;
+        std::int32_t current;
+        int scrolled;
+    };
+    std::optional<View> m_before;
     bool m_shown = false;
     bool m_unloaded = false;
 };
+
+/// "Go back to before “Stretch”", after the latest of the versions.
+QString GoBackCaption(const Versions& versions);

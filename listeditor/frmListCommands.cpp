@@ -12,6 +12,7 @@
 #include "model/times.h"
 
 #include <QItemSelectionModel>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -25,9 +26,14 @@ void frmList::DoCommand(const QString& key) {
 }
 
 void frmList::RunByKey(const ListCommand& command) {
-    command.run(*this);
+    Run(command);
     if (command.keyIsChange)
         document().SubtitlesChanged = true;
+}
+
+void frmList::Run(const ListCommand& command) {
+    const QScopedValueRollback own(m_ownChange, true);
+    command.run(*this);
 }
 
 void frmList::Undo() {
@@ -41,7 +47,6 @@ void frmList::Undo() {
     ScrollTo(index);
     SetRow(index, QString::fromStdString(Subt().Text(index)), Subt().StartTime(index),
            RoundTime(Subt().EndTime(index) - Subt().StartTime(index)));
-    TitlesChanged();
 }
 
 void frmList::Edit() {
@@ -88,7 +93,6 @@ void frmList::MoveTitles(bool (*change)(SUBTITLES&, std::int32_t)) {
     document().SubtitlesChanged = true;
     // Each title in turn takes the player along; only where it ends up is seen.
     m_host.MediaPosition(Subt().StartTime(moved.back()));
-    TitlesChanged();
 }
 
 void frmList::ChangeDuration(bool (*change)(SUBTITLES&, std::int32_t)) {
@@ -101,7 +105,6 @@ void frmList::ChangeDuration(bool (*change)(SUBTITLES&, std::int32_t)) {
     m_rows->SetDuration(row, RoundTime(Subt().EndTime(row) - Subt().StartTime(row)));
     ShowEdited(row);
     m_rows->Show(row, row);
-    TitlesChanged();
 }
 
 void frmList::Insert() {
@@ -115,7 +118,6 @@ void frmList::Insert() {
     document().SubtitlesChanged = true;
     MarkEnds();
     UpdateDelete();
-    TitlesChanged();
 }
 
 void frmList::Delete() {
@@ -126,8 +128,6 @@ void frmList::Delete() {
     UpdateDelete();
     document().SubtitlesChanged = true;
     MarkEnds();
-    if (!deleted.empty())
-        TitlesChanged();
 }
 
 void frmList::RemoveRows(const std::vector<std::int32_t>& rows, bool lastStaysSelected) {
@@ -148,13 +148,14 @@ void frmList::ShowCorrected(const std::vector<std::int32_t>& rows) {
     for (const std::int32_t row : rows)
         m_rows->SetText(row, Subt().Text(row));
     ShowAllEdited(rows);
-    TitlesChanged();
 }
 
 void frmList::CorrectSpelling() {
+    const QScopedValueRollback own(m_ownChange, true);
     ShowCorrected(::CorrectSpelling(Subt()));
 }
 
 void frmList::ConvertItalics() {
+    const QScopedValueRollback own(m_ownChange, true);
     ShowCorrected(::ConvertItalics(Subt()));
 }

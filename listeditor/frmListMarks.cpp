@@ -3,12 +3,12 @@
 #include "editing/edittitle.h"
 #include "listeditor/rowmodel.h"
 #include "listeditor/titleview.h"
-#include "model/times.h"
 #include "platform/errorgate.h"
 #include "platform/messageboxes.h"
 
 #include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <utility>
@@ -88,12 +88,6 @@ void frmList::FollowTitle(std::int32_t i) {
         ScrollTo(std::min(i + LookAhead, RowCount()));
 }
 
-void frmList::RowTimesChanged(std::int32_t i) {
-    m_rows->SetStart(i, Subt().StartTime(i));
-    m_rows->SetDuration(i, RoundTime(Subt().EndTime(i) - Subt().StartTime(i)));
-    m_rows->Show(i, i);
-}
-
 void frmList::LV_ItemClick(std::int32_t row) {
     SelectionChanged();
     m_host.MediaPosition(Subt().StartTime(row));
@@ -135,13 +129,13 @@ bool frmList::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmList::LV_AfterLabelEdit(std::int32_t row, const QString& newString) {
+    const QScopedValueRollback own(m_ownChange, true);
     const std::string text = BlanksForLoneBreaks(newString.toStdString());
     Subt().Text(row, text);
     m_rows->SetText(row, text);
     ShowEdited(row);
     m_rows->Show(row, row);
     document().SubtitlesChanged = true;
-    TitlesChanged();
 }
 
 void frmList::ShowEdited(std::int32_t row) {

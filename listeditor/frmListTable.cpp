@@ -195,6 +195,25 @@ std::span<const ListCommand> frmList::Commands() {
                         [](frmList& list) {
                             list.LV->selectAll();
                         }},
+        ListCommand{.entry = "mnuEditBack",
+                    .entryCaption = "&Go back",
+                    .menu = ListMenu::Edit,
+                    .place = 12,
+                    .shortcut = "Ctrl+Shift+Z",
+                    .needs = Needs::EarlierVersions,
+                    .run =
+                        [](frmList& list) {
+                            list.GoBack();
+                        }},
+        ListCommand{.entry = "mnuEditVersions",
+                    .entryCaption = "Earlier &versions...",
+                    .menu = ListMenu::Edit,
+                    .place = 14,
+                    .needs = Needs::EarlierVersions,
+                    .run =
+                        [](frmList& list) {
+                            list.OpenVersions();
+                        }},
         ListCommand{.entry = "mnuTimeFirst",
                     .entryCaption = "Mark as &first for stretch timing",
                     .menu = ListMenu::Timing,

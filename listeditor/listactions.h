@@ -15,7 +15,7 @@ class QToolBar;
 class frmList;
 
 /// What a command of the list editor needs to make sense.
-enum class Needs { Nothing, CurrentTitle, TwoRows, UndoSteps };
+enum class Needs { Nothing, CurrentTitle, TwoRows, UndoSteps, EarlierVersions };
 
 /// Where a command's entry stands. Those of `Edit`, `List` and `Timing` are also in the
 /// menu beside the pointer, in this order; those of `List` are nowhere else.

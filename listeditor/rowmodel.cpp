@@ -91,6 +91,26 @@ void RowModel::Fill(const SUBTITLES& titles, std::int32_t equalTexts) {
     }
 }
 
+void RowModel::ShowInstead(const SUBTITLES& titles) {
+    for (std::int32_t i = 1; i <= titles.Count(); ++i)
+        RequireShowable(titles.StartTime(i));
+    beginResetModel();
+    if (!m_own)
+        m_own = std::move(m_rows);
+    m_rows.assign(static_cast<std::size_t>(titles.Count()), Row());
+    Fill(titles, 0);
+    endResetModel();
+}
+
+void RowModel::ShowOwn() {
+    if (!m_own)
+        return;
+    beginResetModel();
+    m_rows = std::move(*m_own);
+    m_own.reset();
+    endResetModel();
+}
+
 void RowModel::Insert(std::int32_t row, const std::string& text, double start, double duration) {
     if (row < 1 || row > Count() + 1)
         return;

@@ -6,6 +6,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,10 @@ class RowModel : public QAbstractTableModel {
     /// A row per title. The colours stay while the number of rows stays; otherwise
     /// all rows become plain.
     void Load(const SUBTITLES& titles);
+    /// Plain rows of other titles, until `ShowOwn` brings the rows and colours back.
+    /// Nothing may be written meanwhile.
+    void ShowInstead(const SUBTITLES& titles);
+    void ShowOwn();
     void Insert(std::int32_t row, const std::string& text, double start, double duration);
     /// In one pass; the rows ascend.
     void Remove(const std::vector<std::int32_t>& rows);
@@ -77,5 +82,6 @@ class RowModel : public QAbstractTableModel {
     QString ToolTip(std::int32_t row) const;
 
     std::vector<Row> m_rows;
+    std::optional<std::vector<Row>> m_own;
     bool m_dark = false;
 };

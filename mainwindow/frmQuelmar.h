@@ -22,6 +22,7 @@
 #include <optional>
 #include <string>
 
+struct LoadResult;
 class MediaPlayerControl;
 class QKeyEvent;
 class QLabel;
@@ -69,15 +70,8 @@ class frmQuelmar : public QWidget, public EditorHost {
     void MediaPosition(double seconds) override;
     std::int32_t ShownTitle() const override { return m_walker.CurrentTitle(); }
     void EditButtonsEnabled(bool enabled) override;
-    void TitlesChanged() override;
 
   signals:
-    /// The titles, or what their file was made of, may have changed.
-    void DocumentTouched();
-    /// The titles are about to give way to another document's.
-    void DocumentReplacing();
-    /// The titles are those of a file now: just read, just written, or just begun.
-    void DocumentHeld();
     /// The user answered No when asked to save.
     void SaveDeclined();
     /// An existing file is about to be emptied for writing.
@@ -116,7 +110,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     bool AskSaveFirst();
     void StartNewFile();
     void LoadSubtitles();
-    void DocumentReplaced();
+    LoadResult LoadDocument();
     bool SaveSubtitles();
     void cmdSave_Click();
     double AskFrameRate();

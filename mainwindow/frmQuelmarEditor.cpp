@@ -49,14 +49,6 @@ void frmQuelmar::Subt_UndoPossible(bool possible) {
         list->UndoPossible(possible);
 }
 
-void frmQuelmar::DocumentReplaced() {
-    m_document.Saved();
-    emit DocumentHeld();
-    if (frmList* list = OpenList())
-        list->DocumentReplaced();
-    emit DocumentTouched();
-}
-
 void frmQuelmar::MediaPosition(double seconds) {
     if (m_player->ReadyState() != 0)
         m_player->CurrentPosition(seconds);
@@ -65,8 +57,4 @@ void frmQuelmar::MediaPosition(double seconds) {
 void frmQuelmar::EditButtonsEnabled(bool enabled) {
     for (QPushButton* button : {cmdEdit, cmdAdjust, cmdGreen, cmdBlue})
         button->setEnabled(enabled);
-}
-
-void frmQuelmar::TitlesChanged() {
-    emit DocumentTouched();
 }

@@ -144,21 +144,26 @@ void frmQuelmar::PrepareStartingName() {
 }
 
 void frmQuelmar::StartNewFile() {
-    emit DocumentReplacing();
+    const Step step(Subt, "New file", Step::Undo::Emptied);
+    m_document.BeginOther();
+    Subt.Clear();
     m_document.Style = {};
-    {
-        const Step step(Subt, "New file", Step::Undo::Emptied);
-        Subt.Clear();
-        Subt.Add(FirstSubtitleStart, FirstSubtitleEnd, "First subtitle");
-        Subt.UndoEnabled(true);
-    }
+    Subt.Add(FirstSubtitleStart, FirstSubtitleEnd, "First subtitle");
+    Subt.UndoEnabled(true);
     cmdEdit->setEnabled(true);
     cmdSave->setEnabled(true);
-    DocumentReplaced();
+    m_document.Saved();
 }
 
 void frmQuelmar::LoadSubtitles() {
-    emit DocumentReplacing();
+    const LoadResult result = LoadDocument();
+    if (!result.message.empty())
+        ShowMessage(this, MessageText(result.message));
+}
+
+LoadResult frmQuelmar::LoadDocument() {
+    const Step step(Subt);
+    m_document.BeginOther();
     std::optional<frmLoading> loading;
     LoadHooks hooks;
     hooks.askFrameRate = [this] {
@@ -170,7 +175,7 @@ void frmQuelmar::LoadSubtitles() {
     hooks.progress = [&](double done) {
         return !loading || loading->Progress(done);
     };
-    const LoadResult result =
+    LoadResult result =
         LoadTitles(PathOf(txtSRT->text()), m_codePage, Subt, m_document.Style, hooks);
     loading.reset();
     if (result.outcome != LoadOutcome::NotOpened) {
@@ -178,9 +183,8 @@ void frmQuelmar::LoadSubtitles() {
         cmdEdit->setEnabled(true);
         cmdSave->setEnabled(true);
     }
-    DocumentReplaced();
-    if (!result.message.empty())
-        ShowMessage(this, MessageText(result.message));
+    m_document.Saved();
+    return result;
 }
 
 bool frmQuelmar::SaveSubtitles() {
@@ -204,11 +208,8 @@ bool frmQuelmar::SaveSubtitles() {
     const SaveResult result =
         SaveTitles(PathOf(DLG.FileName), m_codePage, Subt, m_document.Style, hooks);
     m_document.SubtitlesChanged = false;
-    emit DocumentTouched();
-    if (result.written && result.format != nullptr) {
+    if (result.written && result.format != nullptr)
         m_document.Saved();
-        emit DocumentHeld();
-    }
     if (!result.message.empty())
         ShowMessage(this, MessageText(result.message));
     return result.written;

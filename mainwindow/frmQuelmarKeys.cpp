@@ -1,6 +1,5 @@
 #include "mainwindow/frmQuelmar.h"
 
-#include "listeditor/frmList.h"
 #include "mainwindow/frmPickKey.h"
 #include "model/step.h"
 #include "platform/errorgate.h"
@@ -173,10 +172,8 @@ void frmQuelmar::tmrRelease_Timer() {
 }
 
 void frmQuelmar::ActionKeyPressed(double position) {
-    if (!m_placing.Press(position))
-        return;
-    m_document.SubtitlesChanged = true;
-    emit DocumentTouched();
+    if (m_placing.Press(position))
+        m_document.SubtitlesChanged = true;
 }
 
 void frmQuelmar::ActionKeyReleased(double position) {
@@ -186,10 +183,7 @@ void frmQuelmar::ActionKeyReleased(double position) {
         const Step step(Subt, {"Placing by key", StepName::Series::OneAfterTheOther});
         Subt.SetTimes(placed, m_placing.KeyDownTime(), m_placing.KeyUpTime());
     }
-    if (frmList* list = OpenList(); list != nullptr && placed <= Subt.Count())
-        list->RowTimesChanged(placed);
     ShowTexts(m_walker.Advance());
-    emit DocumentTouched();
 }
 
 /// While playing, no typed character reaches a text box.

@@ -1,5 +1,7 @@
 #include "mainwindow/frmQuelmar.h"
 
+#include "model/step.h"
+
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -22,6 +24,8 @@ void frmQuelmar::RestoreDocument(RecoveredDocument document) {
         const QSignalBlocker blocker(txtSRT);
         txtSRT->setText(QString::fromStdString(document.notes.subtitleFile));
     }
+    const Step step(Subt);
+    m_document.BeginOther();
     m_document.SubtitleFile = document.notes.subtitleFile;
     Subt.Replace(std::move(document.titles));
     m_document.Style = std::move(document.notes.style);
@@ -30,5 +34,4 @@ void frmQuelmar::RestoreDocument(RecoveredDocument document) {
     m_document.SubtitlesChanged = true;
     cmdEdit->setEnabled(true);
     cmdSave->setEnabled(true);
-    TitlesChanged();
 }

@@ -3,6 +3,7 @@
 #include "mainwindow/recovery.h"
 #include "platform/errorgate.h"
 #include "platform/messageboxes.h"
+#include "platform/moment.h"
 
 #include <QDateTime>
 #include <QHBoxLayout>

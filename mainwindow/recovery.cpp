@@ -1,10 +1,10 @@
 #include "mainwindow/recovery.h"
 
 #include "mainwindow/frmQuelmar.h"
+#include "platform/errorgate.h"
+#include "platform/moment.h"
 
 #include <QDateTime>
-#include <QElapsedTimer>
-#include <QLocale>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -15,8 +15,9 @@
 
 namespace {
 
-// Changes are on the disk within a second: this, the writing, and room to spare.
-constexpr auto PollInterval = std::chrono::milliseconds(300);
+// Changes are on the disk within 300 ms: the pause between two copies, and the writing.
+constexpr auto ShortestWait = std::chrono::milliseconds(20);
+constexpr auto ShortestPause = std::chrono::milliseconds(200);
 constexpr qint64 RestFactor = 4;
 
 std::int64_t Now() {
@@ -50,18 +51,6 @@ QString DocumentName(const RecoveryNotes& notes) {
     return name.isEmpty() ? Recovery::tr("a document without a file name") : name;
 }
 
-QString MomentText(std::int64_t time, std::int64_t now) {
-    const QDateTime moment = QDateTime::fromSecsSinceEpoch(time);
-    const QDate today = QDateTime::fromSecsSinceEpoch(now).date();
-    const QString clock = moment.toString("HH:mm");
-    if (moment.date() == today)
-        return Recovery::tr("today at %1").arg(clock);
-    if (moment.date() == today.addDays(-1))
-        return Recovery::tr("yesterday at %1").arg(clock);
-    return Recovery::tr("on %1 at %2")
-        .arg(QLocale::c().toString(moment.date(), "d MMMM yyyy"), clock);
-}
-
 RecoveryQuestion::RecoveryQuestion(const RecoveredDocument& document, std::int64_t now)
     : text(Recovery::tr("There is unsaved work from the last time: %1")
                .arg(DocumentName(document.notes)))
@@ -72,21 +61,34 @@ RecoveryQuestion::RecoveryQuestion(const RecoveredDocument& document, std::int64
 
 Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
     : m_window(window)
-    , m_store(store) {
-    connect(&window, &frmQuelmar::DocumentReplacing, this, &Recovery::DocumentReplacing);
-    connect(&window, &frmQuelmar::DocumentHeld, this, &Recovery::DocumentHeld);
+    , m_store(store)
+    , m_connection(window.document().Subscribe(
+          [this](const Change& change) { Guarded([&] { Document_Change(change); }); }))
+    , m_beforeOther(window.document().BeforeOther([this] { DocumentReplacing(); }))
+    , m_pause(ShortestPause) {
     connect(&window, &frmQuelmar::SaveDeclined, this, &Recovery::SaveDeclined);
     connect(&window, &frmQuelmar::FileEmptying, this, &Recovery::Flush);
-    connect(&m_poll, &QTimer::timeout, this, &Recovery::Poll);
-    m_poll.start(PollInterval);
+    connect(&m_soon, &QTimer::timeout, this, [this] { Guarded([this] { KeepChanges(); }); });
+    m_soon.setSingleShot(true);
+    m_soon.setTimerType(Qt::PreciseTimer);
+    m_sinceCopy.start();
     DocumentHeld();
 }
 
 Recovery::~Recovery() {
-    Poll();
+    KeepChanges();
 }
 
-void Recovery::Poll() {
+void Recovery::Document_Change(const Change& change) {
+    if (change.kind == Change::Kind::Saved)
+        return DocumentHeld();
+    if (change.kind == Change::Kind::Marks || m_soon.isActive())
+        return;
+    const std::chrono::milliseconds past(m_sinceCopy.elapsed());
+    m_soon.start(std::max(ShortestWait, m_pause - past));
+}
+
+void Recovery::KeepChanges() {
     if (m_replacing || m_window.Subt.Changes() == m_keptChanges)
         return;
     m_declined = false;
@@ -102,8 +104,8 @@ void Recovery::Keep(Fate fate) {
     m_keptChanges = m_window.Subt.Changes();
     const auto body = std::make_shared<const RecoveryBody>(m_window.Subt, m_window.Notes());
     const RecoveryStamp stamp{Now(), m_declined};
-    m_poll.setInterval(
-        std::max(PollInterval, std::chrono::milliseconds(layingOut.elapsed() * RestFactor)));
+    m_pause = std::max(ShortestPause, std::chrono::milliseconds(layingOut.elapsed() * RestFactor));
+    m_sinceCopy.start();
     auto maker = [body, stamp, fate, offers = m_offers,
                   held = m_heldTitles]() -> std::optional<std::string> {
         const bool kept = !held || body->TitlesFingerprint() != *held;
@@ -128,7 +130,7 @@ void Recovery::ForgetCurrent() {
 }
 
 bool Recovery::Flush() {
-    Poll();
+    KeepChanges();
     m_store.Flush();
     return m_store.HasCopy() && (m_offers->current || m_offers->archived);
 }
@@ -175,7 +177,6 @@ bool Recovery::OfferOrphans() {
 
 // The old copy goes only when the new one is on the disk.
 void Recovery::Restore(OrphanCopy& orphan, RecoveredDocument document) {
-    DocumentReplacing();
     m_window.RestoreDocument(std::move(document));
     m_replacing = false;
     m_declined = false;

@@ -1,13 +1,16 @@
 #pragma once
 
 #include "formats/recoverycopy.h"
+#include "model/document.h"
 #include "platform/recoverystore.h"
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QString>
 #include <QTimer>
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -35,7 +38,8 @@ class Recovery : public QObject {
     /// What is to become of the document's copy.
     enum class Fate { Current, Archived };
 
-    void Poll();
+    void Document_Change(const Change& change);
+    void KeepChanges();
     void Keep(Fate fate);
     void ForgetCurrent();
     void DocumentReplacing();
@@ -44,7 +48,12 @@ class Recovery : public QObject {
 
     frmQuelmar& m_window;
     RecoveryStore& m_store;
-    QTimer m_poll;
+    Connection m_connection;
+    Connection m_beforeOther;
+    QTimer m_soon;
+    /// Since the last copy, and how long the next one waits for at least.
+    QElapsedTimer m_sinceCopy;
+    std::chrono::milliseconds m_pause;
     /// Of the titles that the file holds; nothing after a restoring.
     std::optional<std::uint64_t> m_heldTitles;
     std::uint64_t m_heldChanges = 0;
@@ -70,8 +79,6 @@ struct RecoveryQuestion {
 
 /// The name of a document for people: the subtitle file's, without its folder.
 QString DocumentName(const RecoveryNotes& notes);
-/// "today at 14:05", "yesterday at 9:30", or the date.
-QString MomentText(std::int64_t time, std::int64_t now);
 
 /// Copies that were declined or cannot be read are kept that long.
 inline constexpr std::int64_t KeepDeclinedSeconds = std::int64_t{7} * 24 * 60 * 60;

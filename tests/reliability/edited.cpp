@@ -73,7 +73,6 @@ class Person {
         m_window.Subt.Text(1, "edit " + std::to_string(m_edit));
         // Some of the program's ways to change titles do not set its mark.
         m_window.document().SubtitlesChanged = Random(2) == 0;
-        m_window.TitlesChanged();
         Tell();
         if (m_edit == m_failingEdit)
             throw RuntimeError(RuntimeError::Number::Overflow);

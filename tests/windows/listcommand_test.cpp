@@ -85,6 +85,7 @@ TEST_F(ListCommands, LongerStopsAQuarterSecondBeforeTheNext) {
 
 TEST_F(ListCommands, CommandsOnTheCurrentTitleDoNothingWithoutOne) {
     Open();
+    host.changes = 0;
     List().LV->clearSelection();
     for (const char* key : {"Shorter", "Longer", "Insert", "Edit"})
         List().DoCommand(key);
@@ -248,6 +249,8 @@ const std::vector<KeyRow> Keys{
     {"Bye", "", "", Needs::Nothing},
     {"FindNext", "mnuListFindNext", "F3", Needs::Nothing},
     {"SelectAll", "mnuListSelectAll", "Ctrl+A", Needs::Nothing},
+    {"", "mnuEditBack", "Ctrl+Shift+Z", Needs::EarlierVersions},
+    {"", "mnuEditVersions", "", Needs::EarlierVersions},
     {"", "mnuTimeFirst", "Ctrl+1", Needs::CurrentTitle},
     {"", "mnuTimeSecond", "Ctrl+2", Needs::CurrentTitle},
     {"", "mnuViewFont", "", Needs::Nothing},
@@ -345,6 +348,11 @@ INSTANTIATE_TEST_SUITE_P(Rows, ListNeed,
                                          NeedRow{"UndoSteps", Needs::UndoSteps,
                                                  [](frmList&, SUBTITLES& titles) {
                                                      titles.Text(1, "other");
+                                                 }},
+                                         NeedRow{"EarlierVersions", Needs::EarlierVersions,
+                                                 [](frmList& list, SUBTITLES& titles) {
+                                                     titles.Text(1, "lt");
+                                                     list.DoCommand("Spelling");
                                                  }}),
                          [](const auto& row) { return std::string(row.param.name); });
 

@@ -9,6 +9,9 @@
 
 ListHost::ListHost() {
     m_document.Subt.UndoEnabled(true);
+    m_connection = m_document.Subscribe([this](const Change& change) {
+        changes += change.kind != Change::Kind::Marks && change.kind != Change::Kind::Saved;
+    });
     m_document.Subt.UndoChangedListLength = [this] {
         if (frmList* open = list.data())
             open->LoadList();

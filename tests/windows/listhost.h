@@ -20,7 +20,6 @@ class ListHost : public EditorHost {
     void MediaPosition(double seconds) override { positions.push_back(seconds); }
     std::int32_t ShownTitle() const override { return shownTitle; }
     void EditButtonsEnabled(bool enabled) override { editButtons = enabled; }
-    void TitlesChanged() override { ++changes; }
 
     frmList& Open();
     /// The open list editor; throws when there is none.
@@ -30,11 +29,13 @@ class ListHost : public EditorHost {
     std::vector<double> positions;
     std::int32_t shownTitle = 1;
     std::optional<bool> editButtons;
+    /// Steps that changed titles.
     int changes = 0;
     QPointer<frmList> list;
 
   private:
     Document m_document;
+    Connection m_connection;
 };
 
 struct TestTitle {

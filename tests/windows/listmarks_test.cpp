@@ -139,6 +139,7 @@ TEST_F(ListMarks, EnterAndDoubleClickOpenTheEditDialog) {
 
 TEST_F(ListMarks, F2EditsTheTextInPlace) {
     Open();
+    host.changes = 0;
     Click(3);
     QTest::keyClick(List().LV, Qt::Key_F2);
     QTest::keyClicks(&LabelEditor(), "one");

@@ -1,6 +1,7 @@
 #include "tests/windows/listtest.h"
 
 #include "listeditor/rowdelegate.h"
+#include "model/step.h"
 #include "platform/twips.h"
 
 #include <QAction>
@@ -73,7 +74,6 @@ TEST_F(ListWindow, AnEmptyListIsNoReasonToFail) {
     EXPECT_FALSE(ButtonEnabled("Delete"));
     List().GoToTitle(1);
     List().FollowTitle(5);
-    List().RowTimesChanged(1);
     List().LoadList();
     List().mnuTimeFirst_Click();
     EXPECT_TRUE(host.positions.empty());
@@ -249,9 +249,10 @@ TEST_F(ListWindow, TheMenusAsTheyAreNamed) {
     const std::vector<std::pair<const char*, QStringList>> menus{
         {"mnuView", {"mnuViewFont &Font...", "mnuViewToolbar &Toolbar"}},
         {"mnuEdit",
-         {"mnuEditUndo &Undo", "mnuEditSepa1 ", "mnuEditEdit &Open Title...",
-          "mnuEditSpell &Spelling correction", "mnuEditSepa2 ", "mnuEditFind &Find",
-          "mnuTimeSepa3 ", "mnuEditInsert &Insert", "mnuEditDelete &Delete"}},
+         {"mnuEditUndo &Undo", "mnuEditBack &Go back", "mnuEditVersions Earlier &versions...",
+          "mnuEditSepa1 ", "mnuEditEdit &Open Title...", "mnuEditSpell &Spelling correction",
+          "mnuEditSepa2 ", "mnuEditFind &Find", "mnuTimeSepa3 ", "mnuEditInsert &Insert",
+          "mnuEditDelete &Delete"}},
         {"mnuTiming",
          {"mnuTimeSooner Show &Earlier", "mnuTimeLater Show &Later", "mnuTimeShorter Show &Shorter",
           "mnuTimeLonger Show &Longer", "mnuTimeSepa1 ",
@@ -315,12 +316,14 @@ TEST_F(ListWindow, AnotherDocumentStartsAfresh) {
     Open();
     Click(3);
     List().DoCommand("Later");
-    Subt().Clear();
-    Subt().ClearUndo();
-    for (int i = 0; i < 5; ++i)
-        Subt().Add(i * 3 + 2, i * 3 + 4, "new");
     host.positions.clear();
-    List().DocumentReplaced();
+    {
+        const Step step(Subt(), Step::Undo::Emptied);
+        document().BeginOther();
+        Subt().Clear();
+        for (int i = 0; i < 5; ++i)
+            Subt().Add(i * 3 + 2, i * 3 + 4, "new");
+    }
     EXPECT_EQ(Cell(3, 0), "new");
     EXPECT_EQ(Colour(3), Plain);
     EXPECT_EQ(Colour(5), Second);
@@ -330,9 +333,12 @@ TEST_F(ListWindow, AnotherDocumentStartsAfresh) {
     EXPECT_FALSE(ButtonEnabled("Undo"));
     EXPECT_FALSE(ButtonEnabled("Edit"));
     EXPECT_TRUE(host.positions.empty());
-    Subt().Clear();
-    Subt().Add(7, 8, "one");
-    List().DocumentReplaced();
+    {
+        const Step step(Subt());
+        document().BeginOther();
+        Subt().Clear();
+        Subt().Add(7, 8, "one");
+    }
     EXPECT_EQ(List().RowCount(), 1);
     EXPECT_FALSE(ButtonEnabled("Delete"));
     EXPECT_EQ(document().GreenMark(), 7);
@@ -341,9 +347,32 @@ TEST_F(ListWindow, AnotherDocumentStartsAfresh) {
 TEST_F(ListWindow, APlacementRefreshesItsRow) {
     Open();
     Subt().SetTimes(2, 21, 22.5);
-    List().RowTimesChanged(2);
     EXPECT_EQ(Cell(2, 1), "00:00:21,000");
     EXPECT_EQ(Cell(2, 2), "1.5");
+    EXPECT_EQ(Cell(2, 0), "title 2");
+}
+
+TEST_F(ListWindow, FollowsChangesThatAreMadeElsewhere) {
+    Open();
+    Click(3);
+    List().DoCommand("Later");
+    Subt().Text(2, "other");
+    EXPECT_EQ(Cell(2, 0), "other");
+    EXPECT_EQ(Colour(3), Edited);
+    {
+        const Step step(Subt());
+        Subt().Text(1, "a");
+        Subt().SetTimes(5, 90, 92);
+        EXPECT_EQ(Cell(1, 0), "title 1") << "the step is not over";
+    }
+    EXPECT_EQ(Cell(1, 0), "a");
+    EXPECT_EQ(Cell(5, 1), "00:01:30,000");
+    Subt().Insert(1, 0, 1, "first");
+    EXPECT_EQ(List().RowCount(), 6);
+    EXPECT_EQ(Cell(1, 0), "first");
+    EXPECT_EQ(List().SecondMark, 6);
+    Subt().Delete(1);
+    EXPECT_EQ(List().RowCount(), 5);
 }
 
 TEST_F(ListWindow, FollowsThePlayer) {

@@ -7,7 +7,6 @@
 #include <QComboBox>
 #include <QDir>
 #include <QFileDialog>
-#include <QSignalSpy>
 
 namespace {
 
@@ -128,14 +127,17 @@ TEST_F(MainWindowFiles, TheLastNameIsRememberedWhole) {
 }
 
 TEST_F(MainWindowFiles, LoadingSubtitles) {
-    const QSignalSpy touched(window.get(), &frmQuelmar::DocumentTouched);
+    std::vector<Change> heard;
+    const Connection connection =
+        window->document().Subscribe([&](const Change& change) { heard.push_back(change); });
     OpenTitles();
     EXPECT_EQ(Subt().Count(), 3);
     EXPECT_TRUE(Subt().UndoEnabled());
     EXPECT_FALSE(Changed());
     EXPECT_TRUE(The("cmdEdit").isEnabled());
     EXPECT_TRUE(The("cmdSave").isEnabled());
-    EXPECT_GE(touched.size(), 1);
+    EXPECT_EQ(heard,
+              (std::vector<Change>{{Change::Kind::Replaced, 1, 3}, {Change::Kind::Saved, 0, 0}}));
     EXPECT_EQ(window->findChild<QWidget*>("frmLoading"), nullptr);
 }
 

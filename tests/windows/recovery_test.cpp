@@ -2,6 +2,7 @@
 #include "mainwindow/frmQuelmar.h"
 #include "mainwindow/frmRecover.h"
 #include "mainwindow/recovery.h"
+#include "platform/moment.h"
 #include "platform/recoverystore.h"
 #include "tests/windows/drive.h"
 #include "tests/windows/fakeplayer.h"
@@ -66,7 +67,6 @@ class RecoveryTest : public testing::Test {
         void Edit(const std::string& text, bool marked = true) {
             window.Subt.Text(1, text);
             window.document().SubtitlesChanged = marked;
-            window.TitlesChanged();
         }
         bool Save(const QString& name, std::vector<Answer> more = {}) {
             more.insert(more.begin(), AnswerFileDialog(name));
