@@ -41,7 +41,12 @@ bool Same(const TitleTimes& one, const TitleTimes& other) {
 }
 
 std::size_t SizeOf(const TitleTexts& texts) {
-    return sizeof texts + texts.bytes.capacity() + texts.ends.capacity() * sizeof(std::uint32_t);
+    std::size_t size = sizeof texts + texts.bytes.capacity() +
+                       texts.ends.capacity() * sizeof(std::uint32_t) +
+                       texts.extras.capacity() * sizeof(TitleExtra);
+    for (const TitleExtra& extra : texts.extras)
+        size += extra.Bytes().size();
+    return size;
 }
 
 std::size_t SizeOf(const TitleTimes& times) {
@@ -57,6 +62,10 @@ std::string_view TextAt(const TitleTexts& texts, std::size_t at) {
     return std::string_view(texts.bytes).substr(from, texts.ends[at] - from);
 }
 
+TitleExtra ExtraAt(const TitleTexts& texts, std::size_t at) {
+    return at < texts.extras.size() ? texts.extras[at] : TitleExtra();
+}
+
 /// How often each title occurs in blocks.
 class Titles {
   public:
@@ -65,7 +74,9 @@ class Titles {
             const std::size_t time =
                 HashOf(BytesOf(block.times->startsAndEnds)
                            .substr(i * 2 * sizeof(double), 2 * sizeof(double)));
-            m_balance[HashOf(TextAt(*block.texts, i)) * 31 + time] += times;
+            const std::size_t words =
+                HashOf(TextAt(*block.texts, i)) * 31 + HashOf(ExtraAt(*block.texts, i).Bytes());
+            m_balance[words * 31 + time] += times;
         }
     }
 
@@ -89,7 +100,7 @@ SUBTITLES TitlesOf(const Version& version) {
     for (const TitleBlock& block : version.blocks)
         for (std::size_t i = 0; i < block.texts->ends.size(); ++i)
             titles.Add(block.times->startsAndEnds[2 * i], block.times->startsAndEnds[2 * i + 1],
-                       std::string(TextAt(*block.texts, i)));
+                       std::string(TextAt(*block.texts, i)), ExtraAt(*block.texts, i));
     titles.UndoEnabled(true);
     return titles;
 }
@@ -158,12 +169,17 @@ Version Versions::Present(const SUBTITLES& titles) const {
              sharedTimes ? std::move(sharedTimes) : std::make_shared<const TitleTimes>(times)});
         texts.bytes.clear();
         texts.ends.clear();
+        texts.extras.clear();
         times.startsAndEnds.clear();
     };
     for (std::int32_t i = 1; i <= titles.Count(); ++i) {
         const std::string& text = titles.Text(i);
         texts.bytes += text;
         texts.ends.push_back(static_cast<std::uint32_t>(texts.bytes.size()));
+        if (const TitleExtra& extra = titles.Extra(i); !extra.Empty()) {
+            texts.extras.resize(texts.ends.size());
+            texts.extras.back() = extra;
+        }
         times.startsAndEnds.push_back(titles.StartTime(i));
         times.startsAndEnds.push_back(titles.EndTime(i));
         const std::size_t count = texts.ends.size();

@@ -17,6 +17,8 @@ struct TitleTexts {
     std::string bytes;
     /// Where each text ends in them.
     std::vector<std::uint32_t> ends;
+    /// What each title carries beside times and text; empty when none does.
+    std::vector<TitleExtra> extras;
 
     bool operator==(const TitleTexts&) const = default;
 };
@@ -48,8 +50,8 @@ struct Version {
 /// The titles of a version, without an undo history and with recording on.
 SUBTITLES TitlesOf(const Version& version);
 
-/// How many titles one has that the other has not, by times and text, the larger of
-/// both ways: 1 after one edit, insertion or deletion; all of them after a shift.
+/// How many titles one has that the other has not, by times, text and what it carries, the larger
+/// of both ways: 1 after one edit, insertion or deletion; all of them after a shift.
 std::int32_t DifferingTitles(const Version& one, const Version& other);
 
 /// The latest versions of the document, in storage that they share: a version costs what

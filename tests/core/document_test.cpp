@@ -56,6 +56,10 @@ const OneStep Steps[]{
     {"start", [](SUBTITLES& t) { t.StartTime(1, 7); }, {{Kind::Times, 1, 1}}, 1},
     {"end", [](SUBTITLES& t) { t.EndTime(6, 7); }, {{Kind::Times, 6, 6}}, 1},
     {"text", [](SUBTITLES& t) { t.Text(3, "x"); }, {{Kind::Text, 3, 3}}, 1},
+    {"what a title carries",
+     [](SUBTITLES& t) { t.Extra(3, TitleExtra("x")); },
+     {{Kind::Text, 3, 3}},
+     1},
     {"a title out of range", [](SUBTITLES& t) { t.Text(7, "x"); }, {}, 0},
     {"appended", [](SUBTITLES& t) { t.Add(9, 10, "x"); }, {{Kind::Inserted, 7, 7}}, 0},
     {"inserted", [](SUBTITLES& t) { t.Insert(3, 1, 2, "x"); }, {{Kind::Inserted, 3, 3}}, 1},
@@ -263,7 +267,7 @@ TEST_F(ObservedDocument, KeepsItsObserversAndEventsWhenTheTitlesAreReplaced) {
     SUBTITLES others;
     others.UndoEnabled(true);
     others.Add(1, 2, "a");
-    others.Add(3, 4, "b");
+    others.Add(3, 4, "b", TitleExtra("red"));
     others.Text(2, "c");
     const std::uint64_t before = titles.Changes();
     titles.Replace(std::move(others));
@@ -272,6 +276,7 @@ TEST_F(ObservedDocument, KeepsItsObserversAndEventsWhenTheTitlesAreReplaced) {
     EXPECT_EQ(possible, std::vector<bool>{true});
     EXPECT_EQ(titles.Undo(), 2);
     EXPECT_EQ(titles.Text(2), "b");
+    EXPECT_EQ(titles.Extra(2), TitleExtra("red"));
     titles.Text(1, "x");
     EXPECT_EQ(heard.size(), 3U);
 }

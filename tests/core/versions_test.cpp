@@ -160,6 +160,21 @@ TEST(Versions, KeepTimesThatAreNoNumbers) {
     EXPECT_EQ(back.Text(1), std::string("a\0b", 3));
 }
 
+TEST(Versions, KeepWhatTitlesCarry) {
+    Versions versions;
+    SUBTITLES titles = TitlesOf(40);
+    titles.Extra(3, TitleExtra("italic"));
+    titles.Extra(35, TitleExtra("red"));
+    versions.Keep(titles, About("a"));
+    titles.Extra(35, TitleExtra("blue"));
+    EXPECT_EQ(DifferingTitles(versions.At(0), versions.Present(titles)), 1);
+    const SUBTITLES back = TitlesOf(versions.At(0));
+    EXPECT_EQ(back.Extra(3), TitleExtra("italic"));
+    EXPECT_EQ(back.Extra(35), TitleExtra("red"));
+    EXPECT_TRUE(back.Extra(4).Empty());
+    EXPECT_TRUE(back.Extra(40).Empty());
+}
+
 TEST(Versions, OneOfOneLetterLinesIsNoLargerThanItsTitles) {
     Versions versions;
     SUBTITLES titles;
