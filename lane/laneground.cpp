@@ -1,0 +1,166 @@
+#include "lane/laneground.h"
+
+#include "sound/soundmap.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+/// A shape of plain loudness would leave most of the lane empty.
+double Height(double amplitude) {
+    return std::sqrt(std::clamp(amplitude, 0.0, 1.0));
+}
+
+constexpr double PeakShare = 0.45;
+constexpr double BlockShare = 0.30;
+constexpr double ChosenShare = 0.55;
+constexpr double EdgeShare = 0.85;
+/// Below this many pixels the edges of a block would hide the sound.
+constexpr int NarrowestEdged = 5;
+/// Times that lie on a pixel's edge are not to fall to either side of it by chance.
+constexpr double Slack = 1e-6;
+constexpr double DecibelsPerFactor = 20;
+constexpr int ChannelBits = 8;
+constexpr LanePixel ChannelMask = 0xff;
+constexpr LanePixel Opaque = 0xff000000;
+
+int RowOf(double y) {
+    return static_cast<int>(std::lround(y));
+}
+
+} // namespace
+
+LanePixel Mixed(LanePixel colour, LanePixel other, double share) {
+    LanePixel mixed = Opaque;
+    for (int shift = 0; shift < 3 * ChannelBits; shift += ChannelBits) {
+        const double one = (colour >> shift) & ChannelMask;
+        const double two = (other >> shift) & ChannelMask;
+        mixed |= static_cast<LanePixel>(std::lround(one + (two - one) * share)) << shift;
+    }
+    return mixed;
+}
+
+void LaneGround::Colours(const LaneColours& colours) {
+    m_colours = colours;
+    for (std::size_t tint = 0; tint < Tints; ++tint) {
+        const double speech = static_cast<double>(tint) / (Tints - 1);
+        const LanePixel ground = Mixed(colours.ground, colours.speechGround, speech);
+        const LanePixel wave = Mixed(colours.wave, colours.speechWave, speech);
+        const Shades plain{ground, Mixed(ground, wave, PeakShare), wave};
+        const auto cover = [&](Cover kind, LanePixel colour, double share) {
+            // The sound stays to be seen through a block.
+            m_shades[kind][tint] = {Mixed(plain.outside, colour, share),
+                                    Mixed(plain.peak, colour, share * 0.8),
+                                    Mixed(plain.loud, colour, share * 0.6)};
+        };
+        m_shades[Free][tint] = plain;
+        cover(Block, colours.block, BlockShare);
+        cover(Chosen, colours.chosen, ChosenShare);
+        const LanePixel edge = Mixed(colours.ground, colours.block, EdgeShare);
+        m_shades[BlockEdge][tint] = {edge, edge, edge};
+        m_shades[ChosenEdge][tint] = {colours.chosen, colours.chosen, colours.chosen};
+        m_rims[Block] = m_rims[BlockEdge] = edge;
+    }
+    m_rims[Chosen] = m_rims[ChosenEdge] = colours.chosen;
+}
+
+bool LaneGround::MeasureSound(const LanePiece& piece, const SoundMap* sound) {
+    const auto width = static_cast<std::size_t>(piece.width);
+    std::vector<SoundColumn> heard(width);
+    if (sound != nullptr)
+        sound->Columns(piece.from, piece.step, heard);
+    m_columns.resize(width);
+    m_tints.resize(width);
+    m_known.resize(width);
+    const double half = (piece.shape.height - piece.shape.ruler) / 2;
+    const double middle = piece.shape.ruler + half;
+    bool complete = true;
+    for (std::size_t x = 0; x < width; ++x) {
+        const SoundColumn& column = heard[x];
+        const double least = std::min(0.0, static_cast<double>(column.least));
+        const double greatest = std::max(0.0, static_cast<double>(column.greatest));
+        const double loud =
+            Height(std::pow(10.0, (column.loudness <= Silence ? -200.0 : double{column.loudness}) /
+                                      DecibelsPerFactor));
+        m_columns[x] = {RowOf(middle - half * Height(greatest)),
+                        RowOf(middle + half * Height(-least)), RowOf(middle - half * loud),
+                        RowOf(middle + half * loud)};
+        m_tints[x] = static_cast<std::uint8_t>(
+            std::lround(std::clamp(double{column.speech}, 0.0, 1.0) * (Tints - 1)));
+        m_known[x] = column.known ? 1 : 0;
+        complete = complete && column.known;
+    }
+    return complete;
+}
+
+void LaneGround::CoverTrack(const LanePiece& piece, const LaneContents& contents, int track) {
+    m_cover.assign(static_cast<std::size_t>(piece.width), Free);
+    if (contents.titles == nullptr)
+        return;
+    const LaneTitles& titles = *contents.titles;
+    const double to = piece.from + piece.width * piece.step;
+    // A block that begins to the left still has its edge there.
+    titles.Within(piece.from - piece.step, to, [&](std::int32_t title) {
+        if (titles.Track(title) != track)
+            return;
+        const auto place = [&](double time) {
+            const double pixel = (time - piece.from) / piece.step + Slack;
+            return std::floor(
+                std::clamp<double>(pixel, -NarrowestEdged, piece.width + NarrowestEdged));
+        };
+        const int left = static_cast<int>(place(titles.Start(title)));
+        const int right = std::max(
+            left + 1, static_cast<int>(place(std::max(titles.Start(title), titles.End(title)))));
+        const auto index = static_cast<std::size_t>(title) - 1;
+        const bool chosen = index < contents.chosen.size() && contents.chosen[index] != 0;
+        const bool edged = right - left >= NarrowestEdged;
+        const std::uint8_t inside = chosen ? Chosen : Block;
+        const std::uint8_t edge = chosen ? ChosenEdge : BlockEdge;
+        for (int x = std::max(0, left); x < std::min(right, piece.width); ++x)
+            m_cover[static_cast<std::size_t>(x)] =
+                edged && (x == left || x == right - 1) ? edge : inside;
+    });
+}
+
+void LaneGround::PaintTrack(const LanePiece& piece, int track) {
+    const auto width = static_cast<std::size_t>(piece.width);
+    m_shade.resize(width);
+    for (std::size_t x = 0; x < width; ++x) {
+        m_shade[x] = m_shades[m_cover[x]][m_tints[x]];
+        if (m_known[x] == 0 && m_cover[x] == Free)
+            m_shade[x] = {m_colours.unknown, m_colours.unknown, m_colours.unknown};
+    }
+    const int top = RowOf(piece.shape.TrackTop(track));
+    const int bottom = std::min(RowOf(piece.shape.TrackTop(track + 1)), RowOf(piece.shape.height));
+    for (int y = top; y < bottom; ++y) {
+        LanePixel* const row = piece.pixels + static_cast<std::size_t>(y) * piece.stride;
+        for (std::size_t x = 0; x < width; ++x) {
+            const Column& column = m_columns[x];
+            const Shades& shade = m_shade[x];
+            const LanePixel quiet =
+                y >= column.peakTop && y < column.peakBottom ? shade.peak : shade.outside;
+            row[x] = y >= column.loudTop && y < column.loudBottom ? shade.loud : quiet;
+        }
+    }
+    // The blocks' upper and lower rims.
+    for (const int y : {top, bottom - 1}) {
+        LanePixel* const row = piece.pixels + static_cast<std::size_t>(y) * piece.stride;
+        for (std::size_t x = 0; x < width; ++x)
+            if (m_cover[x] != Free)
+                row[x] = m_rims[m_cover[x]];
+    }
+}
+
+bool LaneGround::Paint(const LanePiece& piece, const LaneContents& contents) {
+    for (int y = 0; y < std::min(RowOf(piece.shape.ruler), RowOf(piece.shape.height)); ++y) {
+        LanePixel* const row = piece.pixels + static_cast<std::size_t>(y) * piece.stride;
+        std::fill(row, row + piece.width, m_colours.ruler);
+    }
+    const bool complete = MeasureSound(piece, contents.sound);
+    for (int track = 0; track < piece.shape.tracks; ++track) {
+        CoverTrack(piece, contents, track);
+        PaintTrack(piece, track);
+    }
+    return complete;
+}

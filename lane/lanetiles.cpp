@@ -1,0 +1,145 @@
+#include "lane/lanetiles.h"
+
+#include "lane/laneruler.h"
+
+#include <QFontMetricsF>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace {
+
+/// In the widget's pixels; the screen's pixels in it are whole ones at every usual scale.
+constexpr int TileWidth = 256;
+/// Tiles beside those in sight that are kept.
+constexpr int SpareTiles = 16;
+constexpr int MostWords = 2000;
+constexpr double LabelRoom = 76;
+constexpr double NarrowestWords = 22;
+constexpr double WordsInset = 4;
+constexpr double LabelledTick = 6;
+constexpr double PlainTick = 3;
+
+} // namespace
+
+void LaneTiles::Look(const LanePalette& colours, const QFont& font) {
+    m_colours = colours;
+    m_font = font;
+    m_ground.Colours(colours.ground);
+    ForgetWords();
+}
+
+void LaneTiles::ForgetWords() {
+    m_words.clear();
+    Forget();
+}
+
+void LaneTiles::ForgetUnfinished() {
+    std::erase_if(m_tiles, [](const auto& entry) { return !entry.second.complete; });
+}
+
+void LaneTiles::Draw(QPainter& painter, const QRect& dirty, const Scene& scene) {
+    const Make make{scene.view.Step(), scene.shape.height, scene.shape.ruler, scene.shape.tracks,
+                    scene.ratio};
+    if (make != m_make) {
+        Forget();
+        m_make = make;
+    }
+    const auto tileAt = [&](int x) {
+        return (scene.view.Offset() + x) / TileWidth;
+    };
+    const std::int64_t first = tileAt(std::max(0, dirty.left()));
+    const std::int64_t last = tileAt(dirty.right());
+    for (std::int64_t number = first; number <= last; ++number) {
+        auto tile = m_tiles.find(number);
+        if (tile == m_tiles.end())
+            tile = m_tiles.emplace(number, Paint(number, scene)).first;
+        const auto left = static_cast<int>(number * TileWidth - scene.view.Offset());
+        painter.drawImage(left, 0, tile->second.image);
+    }
+    const std::int64_t inSight = scene.view.Width() / TileWidth + 2;
+    if (static_cast<std::int64_t>(m_tiles.size()) > inSight + SpareTiles)
+        std::erase_if(m_tiles, [&](const auto& entry) {
+            return entry.first < tileAt(0) - SpareTiles / 2 ||
+                   entry.first > tileAt(0) + inSight + SpareTiles / 2;
+        });
+}
+
+LaneTiles::Tile LaneTiles::Paint(std::int64_t number, const Scene& scene) {
+    const double ratio = scene.ratio;
+    const QSize size(qRound(TileWidth * ratio), std::max(1, qRound(scene.shape.height * ratio)));
+    Tile tile;
+    tile.image = QImage(size, QImage::Format_RGB32);
+    LanePiece piece;
+    piece.pixels = reinterpret_cast<LanePixel*>(tile.image.bits());
+    piece.stride = static_cast<std::size_t>(tile.image.bytesPerLine()) / sizeof(LanePixel);
+    piece.width = size.width();
+    piece.step = scene.view.Step() / ratio;
+    piece.from = static_cast<double>(number * TileWidth) * scene.view.Step();
+    piece.shape = {static_cast<double>(size.height()), std::round(scene.shape.ruler * ratio),
+                   scene.shape.tracks};
+    tile.complete = m_ground.Paint(piece, scene.contents);
+    tile.image.setDevicePixelRatio(ratio);
+    QPainter painter(&tile.image);
+    painter.setFont(m_font);
+    const auto left = static_cast<double>(number * TileWidth);
+    PaintRuler(painter, left, scene);
+    PaintWords(painter, left, scene);
+    return tile;
+}
+
+void LaneTiles::PaintRuler(QPainter& painter, double left, const Scene& scene) const {
+    const double step = scene.view.Step();
+    const RulerSteps steps = RulerStepsFor(step, LabelRoom);
+    const double bottom = scene.shape.ruler;
+    painter.setPen(m_colours.rulerWords);
+    const auto tick = [&](double time, double height) {
+        painter.fillRect(QRectF(std::round(time / step - left), bottom - height, 1, height),
+                         m_colours.rulerLines);
+    };
+    const auto from = std::floor(left * step / steps.plain);
+    const double to = (left + TileWidth) * step;
+    for (double n = from; n * steps.plain <= to; ++n)
+        tick(n * steps.plain, PlainTick);
+    // A label may begin in the tile before.
+    for (double n = std::max(0.0, std::floor((left - LabelRoom) * step / steps.labelled));
+         n * steps.labelled <= to; ++n) {
+        const double time = n * steps.labelled;
+        tick(time, LabelledTick);
+        const QFontMetricsF metrics(m_font);
+        painter.drawText(QPointF(std::round(time / step - left) + 3, metrics.ascent()),
+                         QString::fromStdString(RulerLabel(time, steps.labelled)));
+    }
+    painter.fillRect(QRectF(0, bottom - 1, TileWidth, 1), m_colours.rulerLines);
+}
+
+const QStaticText& LaneTiles::WordsOf(std::int32_t title, const Scene& scene) {
+    const auto found = m_words.find(title);
+    if (found != m_words.end())
+        return found->second;
+    if (m_words.size() >= MostWords)
+        m_words.clear();
+    QStaticText words(scene.words(title));
+    words.setTextFormat(Qt::PlainText);
+    return m_words.emplace(title, std::move(words)).first->second;
+}
+
+void LaneTiles::PaintWords(QPainter& painter, double left, const Scene& scene) {
+    if (scene.contents.titles == nullptr || !scene.words)
+        return;
+    const LaneTitles& titles = *scene.contents.titles;
+    const double step = scene.view.Step();
+    painter.setPen(m_colours.words);
+    titles.Within(left * step, (left + TileWidth) * step, [&](std::int32_t title) {
+        const double begin = titles.Start(title) / step - left;
+        const double width = (titles.End(title) - titles.Start(title)) / step;
+        if (width < NarrowestWords)
+            return;
+        const QRectF room(begin + WordsInset, scene.shape.TrackTop(titles.Track(title)) + 1,
+                          width - 2 * WordsInset, scene.shape.TrackHeight() - 2);
+        painter.setClipRect(room);
+        painter.drawStaticText(room.topLeft(), WordsOf(title, scene));
+    });
+}

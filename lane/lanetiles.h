@@ -1,0 +1,72 @@
+#pragma once
+
+#include "lane/lanecolours.h"
+#include "lane/laneground.h"
+#include "lane/laneview.h"
+
+#include <QFont>
+#include <QImage>
+#include <QRect>
+#include <QStaticText>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <unordered_map>
+
+class QPainter;
+
+/// The lane as it stands, without what moves over it: sound, titles with their words, time
+/// ruler. It is painted in tiles that are kept, so that following a film moves pictures
+/// instead of painting them.
+class LaneTiles {
+  public:
+    /// A title's words on a line of their own each, without tags.
+    using Words = std::function<QString(std::int32_t title)>;
+
+    struct Scene {
+        const LaneView& view;
+        /// In the widget's pixels.
+        const LaneShape& shape;
+        LaneContents contents;
+        const Words& words;
+        /// The screen's pixels in one of the widget's.
+        double ratio = 1;
+    };
+
+    void Look(const LanePalette& colours, const QFont& font);
+    /// Titles, words or selection have changed.
+    void Forget() { m_tiles.clear(); }
+    void ForgetWords();
+    /// The sound's map has grown: what lacked some of it is painted again.
+    void ForgetUnfinished();
+
+    void Draw(QPainter& painter, const QRect& dirty, const Scene& scene);
+
+  private:
+    struct Tile {
+        QImage image;
+        bool complete = false;
+    };
+    /// What makes all tiles useless when it changes.
+    struct Make {
+        double step = 0;
+        double height = 0;
+        double ruler = 0;
+        int tracks = 0;
+        double ratio = 0;
+        friend bool operator==(const Make&, const Make&) = default;
+    };
+
+    Tile Paint(std::int64_t number, const Scene& scene);
+    void PaintRuler(QPainter& painter, double left, const Scene& scene) const;
+    void PaintWords(QPainter& painter, double left, const Scene& scene);
+    const QStaticText& WordsOf(std::int32_t title, const Scene& scene);
+
+    LanePalette m_colours;
+    QFont m_font;
+    LaneGround m_ground;
+    Make m_make;
+    std::unordered_map<std::int64_t, Tile> m_tiles;
+    std::unordered_map<std::int32_t, QStaticText> m_words;
+};
