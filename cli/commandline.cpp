@@ -1,6 +1,7 @@
 #include "cli/commandline.h"
 
 #include "base/runtimeerror.h"
+#include "base/savejournal.h"
 #include "cli/commands.h"
 #include "cli/sync.h"
 #include "formats/load.h"
@@ -132,7 +133,7 @@ class Job {
         hooks.askFrameRate = [this] {
             return m_frameRate;
         };
-        hooks.flushToDisk = false;
+        hooks.journalFolder = StateFolder();
         if (const Format* format = FormatByName(name, m_style)) {
             const std::string notKept = NotKept(*format, m_titles, m_style);
             if (!notKept.empty())
@@ -141,8 +142,8 @@ class Job {
         const SaveResult result = SaveTitles(PathOf(name), m_codePage, m_titles, m_style, hooks);
         if (!result.message.empty())
             Say(m_err, name + ": " + result.message);
-        else if (result.format == nullptr)
-            Say(m_err, name + ": the extension names no format, so the file is empty");
+        if (!result.details.empty())
+            Say(m_err, result.details);
         return result.written;
     }
 

@@ -220,11 +220,27 @@ TEST_F(CommandLine, AnEmptyListStaysEmpty) {
     EXPECT_EQ(FileText(Folder / "OUT.srt"), "");
 }
 
-TEST_F(CommandLine, SaysWhenTheNameGivesAnEmptyFile) {
+TEST_F(CommandLine, WritesNothingUnderANameThatTellsNoFormat) {
     const Ran ran = Run({"convert", "IN.srt", "OUT.doc"});
-    EXPECT_EQ(ran.code, 0);
-    EXPECT_NE(ran.err.find("names no format"), std::string::npos);
-    EXPECT_EQ(FileText(Folder / "OUT.doc"), "");
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.err.find("“OUT.doc” does not tell the format."), std::string::npos) << ran.err;
+    EXPECT_FALSE(std::filesystem::exists(Folder / "OUT.doc"));
+}
+
+TEST_F(CommandLine, LeavesAFileThatItCannotReplaceAsItWas) {
+    create_hard_link(Folder / "IN.srt", Folder / "OTHER.srt");
+    PutFile(Folder / "state", "in the way");
+    setenv("XDG_STATE_HOME", (Folder / "state").c_str(), 1);
+    const Ran ran = Run({"shift", "--by", "1", "IN.srt", "IN.srt"});
+    unsetenv("XDG_STATE_HOME");
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.err.find("“IN.srt” was not touched"), std::string::npos) << ran.err;
+    EXPECT_EQ(FileText(Folder / "IN.srt"), SubRip);
+}
+
+TEST_F(CommandLine, WorksInPlace) {
+    EXPECT_EQ(Run({"shift", "--by", "1", "IN.srt", "IN.srt"}).code, 0);
+    EXPECT_EQ(Result("IN.srt").front().start, 11);
 }
 
 TEST(TimeArguments, AreTimesOrSeconds) {

@@ -39,20 +39,20 @@ TEST(Save, ChoosesTheFormatByTheExtensionInAnyCase) {
     EXPECT_EQ(FileText(folder / "out.SRT"), "1\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n\r\n");
 }
 
-TEST(Save, UnderANameWithoutExtensionLeavesAnEmptyFile) {
+TEST(Save, UnderANameThatTellsNoFormatIsRefused) {
     const TestFolder folder;
     PutFile(folder / "out", "old");
     for (const char* name : {"out", "out.txt"}) {
         const SaveResult result = Save(folder / name, {{1, 2, "A"}});
-        EXPECT_TRUE(result.written);
+        EXPECT_FALSE(result.written);
         EXPECT_EQ(result.format, nullptr);
-        EXPECT_EQ(result.message, "");
-        ASSERT_TRUE(exists(folder / name));
-        EXPECT_EQ(FileText(folder / name), "");
+        EXPECT_EQ(result.message, "“" + std::string(name) + "” does not tell the format.");
     }
+    EXPECT_EQ(FileText(folder / "out"), "old");
+    EXPECT_FALSE(exists(folder / "out.txt"));
 }
 
-TEST(Save, EmptiesTheFileOnlyWhenAllIsComposed) {
+TEST(Save, ReplacesTheFileOnlyWhenAllIsComposed) {
     const TestFolder folder;
     PutFile(folder / "x.sub", "a longer text than what is written to it");
     std::string order;
@@ -100,21 +100,21 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Save, ThatCannotWriteSaysSo) {
     const TestFolder folder;
     std::filesystem::create_directory(folder / "folder.srt");
-    for (const char* name : {"folder.srt", "missing/x.srt", "missing/x"}) {
+    for (const char* name : {"folder.srt", "missing/x.srt"}) {
         const SaveResult result = Save(folder / name, {{1, 2, "A"}});
         EXPECT_FALSE(result.written) << name;
         EXPECT_EQ(result.message, Failure) << name;
     }
 }
 
-TEST(Save, OverAFileThatIsOpenElsewhereReachesItsReaders) {
+TEST(Save, LeavesThoseWhoReadTheOldFileTheOldFile) {
     const TestFolder folder;
     PutFile(folder / "x.srt", "old");
     std::ifstream elsewhere(folder / "x.srt", std::ios::binary);
     EXPECT_TRUE(Save(folder / "x.srt", {{1, 2, "A"}}).written);
     std::string line;
     std::getline(elsewhere, line);
-    EXPECT_EQ(line, "1\r");
+    EXPECT_EQ(line, "old");
     EXPECT_EQ(FileText(folder / "x.srt"), "1\r\n00:00:01,000 --> 00:00:02,000\r\nA\r\n\r\n");
 }
 
@@ -187,17 +187,44 @@ TEST(Save, OntoADiskThatFillsUpOnTheWaySaysSo) {
         const SaveResult result = Save(folder / "x.srt", titles);
         EXPECT_FALSE(result.written);
         EXPECT_EQ(result.message, Failure);
-        EXPECT_EQ(file_size(folder / "x.srt"), room);
+        EXPECT_FALSE(exists(folder / "x.srt"));
+    }
+    PutFile(folder / "x.srt", "old");
+    {
+        const RoomLeft left(room);
+        const SaveResult result = Save(folder / "x.srt", titles);
+        EXPECT_FALSE(result.written);
+        EXPECT_EQ(result.details, "“x.srt” is still whole.");
+        EXPECT_EQ(FileText(folder / "x.srt"), "old");
     }
     EXPECT_TRUE(Save(folder / "x.srt", titles).written);
 }
 
-TEST(Save, OntoAFullDiskSaysSo) {
+TEST(Save, OntoADeviceIsRefused) {
     const TestFolder folder;
     std::filesystem::create_symlink("/dev/full", folder / "x.srt");
     const SaveResult result = Save(folder / "x.srt", {{1, 2, "A"}});
     EXPECT_FALSE(result.written);
     EXPECT_EQ(result.message, Failure);
+    EXPECT_EQ(result.details, "“x.srt” is no ordinary file.");
+}
+
+TEST(Save, OfAFileOfSeveralNamesKeepsWhatItHeldUntilItIsDone) {
+    const TestFolder folder;
+    PutFile(folder / "x.srt", "old");
+    create_hard_link(folder / "x.srt", folder / "other.srt");
+    const SaveResult refused = Save(folder / "x.srt", {{1, 2, "A"}});
+    EXPECT_FALSE(refused.written);
+    EXPECT_EQ(refused.message, Failure);
+    EXPECT_TRUE(refused.details.starts_with("“x.srt” was not touched: ")) << refused.details;
+    EXPECT_EQ(FileText(folder / "other.srt"), "old");
+
+    SaveHooks hooks;
+    hooks.journalFolder = folder / "state";
+    EXPECT_TRUE(Save(folder / "x.srt", {{1, 2, "A"}}, hooks).written);
+    EXPECT_EQ(FileText(folder / "other.srt"), FileText(folder / "x.srt"));
+    EXPECT_NE(FileText(folder / "other.srt"), "old");
+    EXPECT_TRUE(std::filesystem::is_empty(folder / "state"));
 }
 #endif
 
