@@ -1,10 +1,12 @@
 #include "mainwindow/frmQuelmar.h"
 
+#include "base/savejournal.h"
 #include "formats/load.h"
 #include "formats/save.h"
 #include "mainwindow/fileexists.h"
 #include "mainwindow/frmFrameRate.h"
 #include "mainwindow/frmLoading.h"
+#include "mainwindow/savename.h"
 #include "mainwindow/startingname.h"
 #include "mainwindow/transportstrip.h"
 #include "model/step.h"
@@ -67,6 +69,7 @@ void frmQuelmar::cmdBrowseAVI_Click() {
     PrepareStartingName();
     DLG.Filter = MediaFilter;
     DLG.Title = QStringLiteral("Select an existing media file");
+    DLG.PickedExtension.clear();
     DLG.FileMustExist = true;
     if (DLG.ShowOpen(this))
         txtAVI->setText(DLG.FileName);
@@ -108,6 +111,7 @@ void frmQuelmar::cmdBrowseSRT_Click() {
     PrepareStartingName();
     DLG.Filter = QString::fromStdString(FormatFilter());
     DLG.Title = QStringLiteral("Select an existing file or enter a new filename");
+    DLG.PickedExtension.clear();
     DLG.FileMustExist = false;
     if (!DLG.ShowOpen(this))
         return;
@@ -193,10 +197,8 @@ bool frmQuelmar::SaveSubtitles() {
         ShowMessage(this, MessageText(refusal));
         return false;
     }
-    PrepareStartingName();
     DLG.Filter = QString::fromStdString(FormatFilter());
-    DLG.Title.clear();
-    if (!DLG.ShowSave(this))
+    if (!AskSaveName(this, DLG, txtSRT->text()))
         return false;
     SaveHooks hooks;
     hooks.askFrameRate = [this] {
@@ -205,13 +207,19 @@ bool frmQuelmar::SaveSubtitles() {
     hooks.beforeWriting = [this] {
         emit FileEmptying();
     };
+    hooks.journalFolder = StateFolder();
     const SaveResult result =
         SaveTitles(PathOf(DLG.FileName), m_codePage, Subt, m_document.Style, hooks);
-    m_document.SubtitlesChanged = false;
-    if (result.written && result.format != nullptr)
+    if (result.written) {
+        m_document.SubtitlesChanged = false;
         m_document.Saved();
+    } else {
+        // What is in no file is unsaved work, whatever it was before.
+        m_document.SubtitlesChanged = true;
+    }
     if (!result.message.empty())
-        ShowMessage(this, MessageText(result.message));
+        ShowMessage(this, MessageText(result.message), MessageIcon::None,
+                    QString::fromStdString(result.details));
     return result.written;
 }
 

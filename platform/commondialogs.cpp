@@ -45,10 +45,38 @@ QDir StartFolder(const QFileInfo& file) {
     return QDir(path);
 }
 
-bool Run(QFileDialog& dialog, const CommonDialog& settings, QString& fileName) {
+// ".srt" of "*.srt;*.txt", nothing of "*.*".
+QString FirstExtension(const QString& patterns) {
+    const QString first = patterns.section(';', 0, 0).trimmed();
+    return first.startsWith("*.") && first != "*.*" ? first.mid(1).toLower() : QString();
+}
+
+QString FilterWith(const CommonDialog& settings) {
+    const QStringList parts = settings.Filter.split('|');
+    for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
+        if (FirstExtension(parts[i + 1]) == settings.PickedExtension)
+            return NameFilters(settings.Filter).at(i / 2);
+    return {};
+}
+
+// The dialog may answer the filter's text with its patterns or without them.
+QString PickedExtension(const QFileDialog& dialog, const CommonDialog& settings) {
+    const QString picked = dialog.selectedNameFilter();
+    const QStringList parts = settings.Filter.split('|');
+    const QStringList filters = NameFilters(settings.Filter);
+    for (qsizetype i = 0; i < filters.size(); ++i)
+        if (picked == filters[i] || picked == parts[2 * i])
+            return FirstExtension(parts[2 * i + 1]);
+    return {};
+}
+
+bool Run(QFileDialog& dialog, CommonDialog& settings) {
+    QString& fileName = settings.FileName;
     // The filters' texts name the patterns themselves.
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(NameFilters(settings.Filter));
+    if (!settings.PickedExtension.isEmpty())
+        dialog.selectNameFilter(FilterWith(settings));
     if (!fileName.isEmpty()) {
         const QFileInfo file(fileName);
         dialog.setDirectory(StartFolder(file));
@@ -57,6 +85,7 @@ bool Run(QFileDialog& dialog, const CommonDialog& settings, QString& fileName) {
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return false;
     fileName = QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
+    settings.PickedExtension = PickedExtension(dialog, settings);
     return true;
 }
 
@@ -66,14 +95,14 @@ bool CommonDialog::ShowOpen(QWidget* parent) {
     QFileDialog dialog(parent, Title);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
-    return Run(dialog, *this, FileName);
+    return Run(dialog, *this);
 }
 
 bool CommonDialog::ShowSave(QWidget* parent) {
     QFileDialog dialog(parent, Title);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
-    return Run(dialog, *this, FileName);
+    return Run(dialog, *this);
 }
 
 std::optional<QFont> ChooseFont(QWidget* parent, const QFont& current) {

@@ -15,6 +15,10 @@ class CommonDialog {
     QString Filter;
     QString Title;
     QString FileName;
+    /// ".srt": the filter that is picked when the dialog opens, and then the one that the
+    /// user left it with, by its first pattern. Empty for one that takes all files; where
+    /// no filter has it, the first one is picked.
+    QString PickedExtension;
     /// The open dialog takes existing files only.
     bool FileMustExist = false;
 

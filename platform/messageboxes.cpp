@@ -19,16 +19,17 @@ QMessageBox::Icon IconOf(MessageIcon icon) {
 }
 
 QMessageBox::StandardButton Ask(QWidget* parent, const QString& text, MessageIcon icon,
-                                QMessageBox::StandardButtons buttons) {
+                                QMessageBox::StandardButtons buttons, const QString& details = {}) {
     QMessageBox box(IconOf(icon), QStringLiteral("Quelmar"), text, buttons, parent);
     box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(details);
     return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
 } // namespace
 
-void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon) {
-    Ask(parent, text, icon, QMessageBox::Ok);
+void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon, const QString& details) {
+    Ask(parent, text, icon, QMessageBox::Ok, details);
 }
 
 bool AskYesNo(QWidget* parent, const QString& text, MessageIcon icon) {

@@ -8,6 +8,8 @@ class QWidget;
 /// breaks in the texts are line feeds.
 enum class MessageIcon { None, Exclamation, Question, Critical };
 
-void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon = MessageIcon::None);
+/// `details` stand below the text.
+void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon = MessageIcon::None,
+                 const QString& details = {});
 /// Yes and No; anything but Yes counts as No.
 bool AskYesNo(QWidget* parent, const QString& text, MessageIcon icon = MessageIcon::None);

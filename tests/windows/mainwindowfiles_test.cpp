@@ -6,6 +6,7 @@
 
 #include <QComboBox>
 #include <QDir>
+
 #include <QFileDialog>
 
 namespace {
@@ -348,8 +349,11 @@ TEST_F(MainWindowFiles, SavingWritesTheFormatOfTheName) {
     OpenTitles();
     Changed() = true;
     {
-        const Modals modals({AnswerFileDialog(In("out.SRT"), [](QWidget& dialog) {
-            EXPECT_EQ(Child<QLineEdit>(dialog, "fileNameEdit").text(), "");
+        const Modals modals({AnswerFileDialog(In("out.SRT"), [this](QWidget& dialog) {
+            EXPECT_EQ(Child<QLineEdit>(dialog, "fileNameEdit").text(), "film.srt");
+            EXPECT_EQ(Child<QComboBox>(dialog, "fileTypeCombo").currentText(),
+                      "SubRip files (*.srt)");
+            EXPECT_EQ(dynamic_cast<QFileDialog&>(dialog).directory().path(), folder.path());
         })});
         Click("cmdSave");
     }
@@ -367,15 +371,45 @@ TEST_F(MainWindowFiles, SavingAFrameCountingFileAsksForTheRate) {
     EXPECT_EQ(ReadFile("out.sub")->substr(0, 13), "{25}{75}first");
 }
 
-TEST_F(MainWindowFiles, SavingWithoutExtensionGivesAnEmptyFile) {
+/// The dialog with another filter picked.
+Answer SaveAs(const QString& name, int filter) {
+    return AnswerFileDialog(name, [=](QWidget& dialog) {
+        Child<QComboBox>(dialog, "fileTypeCombo").setCurrentIndex(filter);
+    });
+}
+
+TEST_F(MainWindowFiles, ANameThatTellsNoFormatGetsThePickedOne) {
+    OpenTitles();
+    for (const auto& [filter, name] : {std::pair{0, "out.smi"}, std::pair{1, "out.srt"}}) {
+        Changed() = true;
+        const Modals modals(
+            {SaveAs(In("out"), filter),
+             AnswerMessage(
+                 QStringLiteral("“out” does not tell the format. Save it as “%1”?").arg(name),
+                 QMessageBox::Yes)});
+        Click("cmdSave");
+        EXPECT_GT(ReadFile(name)->size(), 0U);
+        EXPECT_FALSE(Changed());
+    }
+    EXPECT_FALSE(ReadFile("out"));
+}
+
+TEST_F(MainWindowFiles, ANameThatTellsNoFormatIsAskedForAgain) {
     OpenTitles();
     Changed() = true;
+    WriteFile("out.srt", "old");
+    const QString refusal = "“out” does not tell the format. Save it as “out.srt”?";
     {
-        const Modals modals({AnswerFileDialog(In("out"))});
+        const Modals modals({AnswerFileDialog(In("out")), AnswerMessage(refusal, QMessageBox::No),
+                             AnswerFileDialog(In("out")), AnswerMessage(refusal, QMessageBox::Yes),
+                             AnswerMessage("“out.srt” already exists.\nDo you want to replace it?",
+                                           QMessageBox::No),
+                             CancelFileDialog()});
         Click("cmdSave");
     }
-    EXPECT_EQ(ReadFile("out"), "");
-    EXPECT_FALSE(Changed());
+    EXPECT_EQ(ReadFile("out.srt"), "old");
+    EXPECT_FALSE(ReadFile("out"));
+    EXPECT_TRUE(Changed());
 }
 
 TEST_F(MainWindowFiles, CancellingTheSaveLeavesFileAndFlag) {
@@ -429,7 +463,19 @@ TEST_F(MainWindowFiles, AFileThatCannotBeWrittenIsSaid) {
                                            "The file may be invalid.")});
         Click("cmdSave");
     }
-    EXPECT_FALSE(Changed());
+    EXPECT_TRUE(Changed());
+}
+
+TEST_F(MainWindowFiles, AFailedSaveIsAskedAboutAtTheEnd) {
+    OpenTitles();
+    {
+        const Modals modals({AnswerFileDialog("/dev/full.srt/out.srt"),
+                             AnswerMessage("One or more errors occurred while saving.\n"
+                                           "The file may be invalid.")});
+        Click("cmdSave");
+    }
+    const Modals modals({AnswerMessage("Save subtitles?", QMessageBox::No)});
+    EXPECT_TRUE(window->close());
 }
 
 TEST_F(MainWindowFiles, FilesNamedAtTheStartAreOpened) {

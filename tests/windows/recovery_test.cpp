@@ -262,13 +262,15 @@ TEST_F(RecoveryTest, ASaveThatWroteAllTitlesRemovesTheCopy) {
     EXPECT_EQ(Kept(), "");
 }
 
-TEST_F(RecoveryTest, ASaveInNoFormatKeepsTheCopy) {
+TEST_F(RecoveryTest, ASaveThatIsRefusedKeepsTheCopy) {
     {
         Run run(folder);
         run.Type(source);
         run.Edit("written nowhere");
-        EXPECT_TRUE(run.Save(home.filePath("out")));
-        EXPECT_FALSE(run.window.document().SubtitlesChanged);
+        EXPECT_TRUE(run.Save(
+            home.filePath("out"),
+            {[](QWidget& box) { dynamic_cast<QMessageBox&>(box).reject(); }, CancelFileDialog()}));
+        EXPECT_TRUE(run.window.document().SubtitlesChanged);
     }
     EXPECT_EQ(Kept(), "written nowhere;");
 }
