@@ -75,7 +75,8 @@ void PrintHelp(std::ostream& out) {
         PrintOption(out, option);
     out << "\n  --help, --version\n\n"
         << "TIME is hh:mm:ss,mmm or a number of seconds. Exit status: 0 done, 1 the file was\n"
-        << "corrupt, refused or not written, 2 wrong arguments, 3 no fit can be trusted.\n";
+        << "corrupt, refused, not written or does not give the titles back, 2 wrong arguments,\n"
+        << "3 no fit can be trusted.\n";
 }
 
 ExitCode Complain(std::ostream& err, const std::string& fault) {
@@ -144,7 +145,7 @@ class Job {
             Say(m_err, name + ": " + result.message);
         if (!result.details.empty())
             Say(m_err, result.details);
-        return result.written;
+        return result.proven;
     }
 
     const Arguments& m_arguments;

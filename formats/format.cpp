@@ -44,7 +44,7 @@ std::string Patterns(const Format& format) {
 
 /// The format that left in the style what the other one does not know; null when
 /// nothing is dropped.
-const Format* Stranger(const Format& format, const FileStyle& style) {
+const Format* DroppedFormat(const Format& format, const FileStyle& style) {
     for (const Format& other : Formats()) {
         if (other.keeps != nullptr && other.keeps == style.format)
             return format.keeps != nullptr && format.keeps == style.format ? nullptr : &other;
@@ -124,7 +124,7 @@ std::string FormatList() {
 
 void WriteFile(const Format& format, const SUBTITLES& titles, double frameRate,
                const FileStyle& style, std::string& out) {
-    const Format* source = Stranger(format, style);
+    const Format* source = DroppedFormat(format, style);
     if (source == nullptr || source->plainText == nullptr)
         return format.write(titles, frameRate, style, out);
     SUBTITLES plain;
@@ -135,7 +135,7 @@ void WriteFile(const Format& format, const SUBTITLES& titles, double frameRate,
 }
 
 std::string NotKept(const Format& format, const SUBTITLES& titles, const FileStyle& style) {
-    const Format* source = Stranger(format, style);
+    const Format* source = DroppedFormat(format, style);
     if (source == nullptr || source->keptParts == nullptr)
         return {};
     std::int32_t count = 0;

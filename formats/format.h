@@ -23,6 +23,22 @@ struct TextBeginning {
     std::string_view text;
 };
 
+/// What a format cannot hold by its rules.
+struct FormatLosses {
+    /// Times finer than this, in seconds. (Where frames are counted, their length holds.)
+    double grain = 0.001;
+    /// Titles without words.
+    bool emptyTitles = false;
+    /// The end of a title that the next one overlaps.
+    bool overlaps = false;
+    /// Where blanks stand, and how many.
+    bool blanks = false;
+    /// Whether "<" and line breaks stood in the text as such, or as "&lt;" and "<br>".
+    bool markup = false;
+    /// A character that stands for the end of a line; none when 0.
+    char lineMark = '\0';
+};
+
 /// One subtitle file format: everything that differs between them is a row here.
 struct Format {
     /// "SubRip"
@@ -52,6 +68,8 @@ struct Format {
     /// and beside the titles is its own (see `WriteFile`).
     void (*write)(const SUBTITLES& titles, double frameRate, const FileStyle& style,
                   std::string& out);
+    /// What does not come back of titles that were written, beside styles.
+    FormatLosses losses = {};
 
     // The rest is for formats that keep more than times and texts.
 
@@ -88,6 +106,8 @@ std::string FormatList();
 /// things beside the titles they are dropped: what is in the texts alone is written.
 void WriteFile(const Format& format, const SUBTITLES& titles, double frameRate,
                const FileStyle& style, std::string& out);
+/// The other format whose things `WriteFile` drops; null when there are none.
+const Format* DroppedFormat(const Format& format, const FileStyle& style);
 /// What `WriteFile` drops: "Positions and styles of 120 titles are not kept in SubRip."
 /// Empty when it drops nothing.
 std::string NotKept(const Format& format, const SUBTITLES& titles, const FileStyle& style);

@@ -90,5 +90,6 @@ Format MicroDvdFormat() {
             .recognise =
                 [](const TextBeginning& beginning) { return beginning.firstLine.starts_with('{'); },
             .read = Read,
-            .write = Write};
+            .write = Write,
+            .losses = {.lineMark = '|'}};
 }

@@ -254,5 +254,6 @@ Format SamiFormat() {
                 [](const TextBeginning& beginning) { return beginning.firstLine.starts_with('<'); },
             .read = ReadSAMI,
             .write = WriteSAMI,
+            .losses = {.emptyTitles = true, .overlaps = true, .blanks = true, .markup = true},
             .keeps = Keeps};
 }

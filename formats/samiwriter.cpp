@@ -1,7 +1,11 @@
+#include "formats/reading.h"
 #include "formats/sami.h"
 #include "formats/tags.h"
 #include "formats/writing.h"
 #include "model/numbers.h"
+
+#include <algorithm>
+#include <string>
 
 namespace {
 
@@ -46,6 +50,33 @@ void AppendSync(std::string& out, double time) {
     out += "><P>";
 }
 
+/// Does the text begin with a whole tag that is the title's own? One that a reader takes
+/// for the file's would end the title.
+bool BeginsWithTag(std::string_view text) {
+    const std::size_t end = text.find_first_of("<>\r\n", 1);
+    if (end == std::string_view::npos || text[end] != '>')
+        return false;
+    std::string name(Trim(text.substr(1, end - 1)));
+    name.resize(std::min(name.find(' '), name.size()));
+    for (char& c : name)
+        c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+    return name != "p" && name != "sync" && name != "/body";
+}
+
+/// A "<" that opens no tag would take what follows the title for one.
+void AppendText(std::string_view text, std::string& out) {
+    while (true) {
+        std::size_t loose = text.find('<');
+        while (loose != std::string_view::npos && BeginsWithTag(text.substr(loose)))
+            loose = text.find('<', loose + 1);
+        LineBreaksToTags(text.substr(0, loose), out);
+        if (loose == std::string_view::npos)
+            return;
+        out += "&lt;";
+        text.remove_prefix(loose + 1);
+    }
+}
+
 } // namespace
 
 void WriteSAMI(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& style,
@@ -57,7 +88,7 @@ void WriteSAMI(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& s
     WriteSAMIHeader(kept, out);
     for (std::int32_t i = 1; i <= titles.Count(); ++i) {
         AppendSync(out, titles.StartTime(i));
-        LineBreaksToTags(titles.Text(i), out);
+        AppendText(titles.Text(i), out);
         out += LineEnd;
         // A title that touches the next one is replaced by it; any other is cleared.
         if (i == titles.Count() || titles.EndTime(i) < titles.StartTime(i + 1)) {

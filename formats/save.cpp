@@ -3,7 +3,9 @@
 #include "base/replacefile.h"
 #include "base/runtimeerror.h"
 #include "base/savejournal.h"
+#include "base/wholefile.h"
 #include "formats/encoding.h"
+#include "formats/proof.h"
 
 #include <new>
 #include <optional>
@@ -14,13 +16,10 @@ constexpr double DefaultFrameRate = 25;
 constexpr const char* WriteFailure = "One or more errors occurred while saving.\r\n"
                                      "The file may be invalid.";
 
-/// The bytes of the whole file; nothing when a time is beyond what the format can tell.
-std::optional<std::string> Compose(const Format& format, const std::string& codePage,
-                                   const SUBTITLES& titles, const FileStyle& style,
-                                   const SaveHooks& hooks) {
-    double frameRate = DefaultFrameRate;
-    if (format.needsFrameRate && hooks.askFrameRate)
-        frameRate = hooks.askFrameRate();
+/// Nothing when a time is beyond what the format can tell.
+std::optional<std::string> Compose(const Format& format, double frameRate,
+                                   const std::string& codePage, const SUBTITLES& titles,
+                                   const FileStyle& style) {
     try {
         const bool strange = format.unicode && style.format != format.keeps;
         const FileStyle plain;
@@ -32,6 +31,31 @@ std::optional<std::string> Compose(const Format& format, const std::string& code
         return std::nullopt;
     } catch (const std::bad_alloc&) {
         return std::nullopt;
+    }
+}
+
+/// How the file differs from the titles; empty when it does not.
+std::string Differs(const std::filesystem::path& file, const Format& format, double frameRate,
+                    const std::string& codePage, const SUBTITLES& titles,
+                    const FileStyle& written) {
+    try {
+        std::optional<FileBytes> bytes = ReadWholeFile(file);
+        if (!bytes)
+            return "it cannot be read";
+        const DecodedText decoded(std::move(*bytes), codePage);
+        SUBTITLES readBack;
+        readBack.UndoEnabled(false);
+        FileStyle style;
+        const ReadOutcome outcome =
+            format.read(decoded.Text(), frameRate, readBack, style, Progress());
+        const std::string difference =
+            FirstDifference(format, frameRate, written, titles, readBack);
+        return difference.empty() && outcome != ReadOutcome::Complete ? format.corruptMessage
+                                                                      : difference;
+    } catch (const RuntimeError& error) {
+        return error.text();
+    } catch (const std::bad_alloc&) {
+        return "the memory is too small to compare it";
     }
 }
 
@@ -60,6 +84,31 @@ std::string Fate(ReplaceResult result, const std::filesystem::path& file) {
     return {};
 }
 
+struct Replaced {
+    ReplaceResult result;
+    std::string details;
+};
+
+Replaced Replace(const std::filesystem::path& file, std::string_view bytes,
+                 const SaveHooks& hooks) {
+    SaveJournal journal;
+    ReplaceHooks replacing;
+    replacing.flush = hooks.flushToDisk;
+    if (!hooks.journalFolder.empty())
+        replacing.keep = [&](std::string_view oldBytes) {
+            return journal.Write(hooks.journalFolder, file, oldBytes, bytes);
+        };
+    const ReplaceResult result = ReplaceBytes(file, bytes, replacing);
+    if (result == ReplaceResult::Torn)
+        return {result, NameInQuotes(file) +
+                            " is damaged. What it held and what it was to hold are "
+                            "kept in " +
+                            NameInQuotes(journal.Name()) +
+                            "; the program offers them when it is started."};
+    journal.Remove();
+    return {result, Fate(result, file)};
+}
+
 } // namespace
 
 std::string SaveRefusal(const SUBTITLES& titles) {
@@ -68,31 +117,32 @@ std::string SaveRefusal(const SUBTITLES& titles) {
 
 SaveResult SaveTitles(const std::filesystem::path& file, const std::string& codePage,
                       const SUBTITLES& titles, const FileStyle& style, const SaveHooks& hooks) {
+    SaveResult result;
     const std::u8string name = file.u8string();
-    const Format* format = FormatByName(std::string(name.begin(), name.end()), style);
-    if (format == nullptr)
-        return {false, nullptr, NameInQuotes(file) + " does not tell the format.", {}};
-    const std::optional<std::string> bytes = Compose(*format, codePage, titles, style, hooks);
+    result.format = FormatByName(std::string(name.begin(), name.end()), style);
+    if (result.format == nullptr) {
+        result.message = NameInQuotes(file) + " does not tell the format.";
+        return result;
+    }
+    const Format& format = *result.format;
+    const double frameRate =
+        format.needsFrameRate && hooks.askFrameRate ? hooks.askFrameRate() : DefaultFrameRate;
+    result.message = WriteFailure;
+    const std::optional<std::string> bytes = Compose(format, frameRate, codePage, titles, style);
     if (!bytes)
-        return {false, format, WriteFailure, {}};
+        return result;
 
     if (hooks.beforeWriting)
         hooks.beforeWriting();
-    ReplaceHooks replacing;
-    replacing.flush = hooks.flushToDisk;
-    SaveJournal journal;
-    if (!hooks.journalFolder.empty())
-        replacing.keep = [&](std::string_view oldBytes) {
-            return journal.Write(hooks.journalFolder, file, oldBytes, *bytes);
-        };
-    const ReplaceResult result = ReplaceBytes(file, *bytes, replacing);
-    if (result == ReplaceResult::Torn)
-        return {false, format, WriteFailure,
-                NameInQuotes(file) +
-                    " is damaged. What it held and what it was to hold are kept in " +
-                    NameInQuotes(journal.Name()) + "; the program offers them when it is started."};
-    journal.Remove();
-    if (result != ReplaceResult::Written)
-        return {false, format, WriteFailure, Fate(result, file)};
-    return {true, format, {}, {}};
+    const Replaced replaced = Replace(file, *bytes, hooks);
+    result.details = replaced.details;
+    result.written = replaced.result == ReplaceResult::Written;
+    if (!result.written)
+        return result;
+    const std::string difference = Differs(file, format, frameRate, codePage, titles, style);
+    result.proven = difference.empty();
+    result.message = result.proven ? std::string()
+                                   : NameInQuotes(file) + " was written, but does not give the " +
+                                         "titles back: " + difference + '.';
+    return result;
 }

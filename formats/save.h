@@ -20,8 +20,10 @@ struct SaveHooks {
 };
 
 struct SaveResult {
-    /// The file holds the titles.
+    /// The file holds the titles, as far as its format can.
     bool written = false;
+    /// Read again, it gave them back.
+    bool proven = false;
     /// The format written; null when the extension names none.
     const Format* format = nullptr;
     /// What to tell the user; empty when there is nothing to tell.
@@ -34,8 +36,8 @@ struct SaveResult {
 /// may not start before 0.
 std::string SaveRefusal(const SUBTITLES& titles);
 
-/// Composes everything in memory, then gives the file its new bytes in one go: at every
-/// moment it holds the old ones or the new ones, whole. A name that tells no format is
-/// refused.
+/// Composes everything in memory, gives the file its new bytes in one go: at every
+/// moment it holds the old ones or the new ones, whole. Then the file is read again and
+/// compared with the titles. A name that tells no format is refused.
 SaveResult SaveTitles(const std::filesystem::path& file, const std::string& codePage,
                       const SUBTITLES& titles, const FileStyle& style, const SaveHooks& hooks);

@@ -96,6 +96,39 @@ ReadOutcome Read(std::string_view text, double /*frameRate*/, SUBTITLES& titles,
     return ReadOutcome::Complete;
 }
 
+bool IsLineEnd(char c) {
+    return c == '\r' || c == '\n';
+}
+
+bool HasEmptyLine(std::string_view text) {
+    if (text.empty())
+        return false;
+    if (IsLineEnd(text.back()))
+        return true;
+    LineReader lines(text);
+    while (!lines.AtEnd())
+        if (lines.Next().empty())
+            return true;
+    return false;
+}
+
+/// An empty line would end the title: those of the text that begins at the offset go.
+void DropEmptyLines(std::string& out, std::size_t begin) {
+    if (!HasEmptyLine(std::string_view(out).substr(begin)))
+        return;
+    const std::string text = out.substr(begin);
+    out.resize(begin);
+    LineReader lines(text);
+    while (!lines.AtEnd()) {
+        const std::string_view line = lines.Next();
+        if (line.empty())
+            continue;
+        if (out.size() > begin)
+            out += LineEnd;
+        out += line;
+    }
+}
+
 void Write(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& /*style*/,
            std::string& out) {
     constexpr std::size_t BesideEach = 50;
@@ -107,7 +140,9 @@ void Write(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& /*sty
         out += Arrow;
         AppendTime(out, titles.EndTime(i));
         out += LineEnd;
+        const std::size_t begin = out.size();
         StripTags(titles.Text(i), out);
+        DropEmptyLines(out, begin);
         out += LineEnd;
         out += LineEnd;
     }

@@ -2,9 +2,12 @@
 
 #include "base/runtimeerror.h"
 #include "base/utf8.h"
+#include "formats/proof.h"
 
 #include <cstdio>
 #include <cstdlib>
+#include <string>
+#include <utility>
 
 void Require(bool holds, const char* what) {
     if (holds)
@@ -12,6 +15,33 @@ void Require(bool holds, const char* what) {
     std::fprintf(stderr, "does not hold: %s\n", what);
     std::abort();
 }
+
+namespace {
+
+/// From 0 to below 100 hours: what the columns of SubRip hold.
+bool CanBeHeld(double time) {
+    return time >= 0 && time < 359'999;
+}
+
+/// Written in any format and read again, titles have the same number, times and words.
+void TryComingBack(SUBTITLES titles) {
+    titles.UndoEnabled(false);
+    for (std::int32_t i = titles.Count(); i >= 1; --i)
+        if (!CanBeHeld(titles.StartTime(i)) || !CanBeHeld(titles.EndTime(i)))
+            titles.Delete(i);
+    for (const Format& format : Formats()) {
+        std::string file;
+        format.write(titles, 25, {}, file);
+        SUBTITLES again;
+        FileStyle style;
+        Require(format.read(file, 25, again, style, {}) == ReadOutcome::Complete,
+                "what was written is no corrupt file");
+        const std::string difference = FirstDifference(format, 25, {}, titles, again);
+        Require(difference.empty(), difference.c_str());
+    }
+}
+
+} // namespace
 
 void TryReader(const char* extension, std::string_view text) {
     SUBTITLES titles;
@@ -33,6 +63,7 @@ void TryReader(const char* extension, std::string_view text) {
     // A line end of one byte becomes two; a code of three becomes at most eight.
     Require(size <= 4 * text.size() + 16, "texts come from the file alone");
     TryWriters(titles, style);
+    TryComingBack(std::move(titles));
 }
 
 void TryWriters(const SUBTITLES& titles, const FileStyle& style) {

@@ -212,7 +212,8 @@ bool frmQuelmar::SaveSubtitles() {
         SaveTitles(PathOf(DLG.FileName), m_codePage, Subt, m_document.Style, hooks);
     if (result.written) {
         m_document.SubtitlesChanged = false;
-        m_document.Saved();
+        if (result.proven)
+            m_document.Saved();
     } else {
         // What is in no file is unsaved work, whatever it was before.
         m_document.SubtitlesChanged = true;

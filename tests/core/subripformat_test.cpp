@@ -112,9 +112,10 @@ TEST(SubRipWrite, CodesComeBackAsPlainText) {
 }
 
 TEST(SubRipWrite, NegativeTimesAreWrittenAsTheyAre) {
-    EXPECT_EQ(SavedText("x.srt", {{3, 4, "A"}, {-0.5, 1, "B"}}),
-              "1\r\n00:00:03,000 --> 00:00:04,000\r\nA\r\n\r\n"
-              "2\r\n-00:00:00,500 --> 00:00:01,000\r\nB\r\n\r\n");
+    std::string file;
+    FormatByName("x.srt")->write(ListOf({{3, 4, "A"}, {-0.5, 1, "B"}}), 25, {}, file);
+    EXPECT_EQ(file, "1\r\n00:00:03,000 --> 00:00:04,000\r\nA\r\n\r\n"
+                    "2\r\n-00:00:00,500 --> 00:00:01,000\r\nB\r\n\r\n");
 }
 
 TEST(SubRipWrite, WritesAnEmptyListAsAnEmptyFile) {

@@ -448,10 +448,14 @@ TEST_F(MainWindowFiles, ALaterTitleBeforeZeroIsSaved) {
     Subt().Add(-0.5, 1, "early");
     The("cmdSave").setEnabled(true);
     {
-        const Modals modals({AnswerFileDialog(In("out.srt"))});
+        const Modals modals({AnswerFileDialog(In("out.srt")),
+                             AnswerMessage("“out.srt” was written, but does not give the titles "
+                                           "back: title 2 starts at -00:00:00,050 instead of "
+                                           "-00:00:00,500.")});
         Click("cmdSave");
     }
     EXPECT_NE(ReadFile("out.srt")->find("-00:00:00,500"), std::string::npos);
+    EXPECT_FALSE(Changed());
 }
 
 TEST_F(MainWindowFiles, AFileThatCannotBeWrittenIsSaid) {

@@ -275,6 +275,23 @@ TEST_F(RecoveryTest, ASaveThatIsRefusedKeepsTheCopy) {
     EXPECT_EQ(Kept(), "written nowhere;");
 }
 
+TEST_F(RecoveryTest, ASaveThatDoesNotGiveTheTitlesBackKeepsTheCopy) {
+    {
+        Run run(folder);
+        run.Type(source);
+        run.Edit("of another day");
+        run.window.Subt.SetTimes(2, 360'000, 360'001);
+        EXPECT_TRUE(run.Save(home.filePath("out.srt"), {[](QWidget& window) {
+                                 auto& box = dynamic_cast<QMessageBox&>(window);
+                                 EXPECT_TRUE(box.text().contains("title 2"))
+                                     << box.text().toStdString();
+                                 box.accept();
+                             }}));
+        EXPECT_TRUE(run.recovery.Flush());
+    }
+    EXPECT_EQ(Kept(), "of another day;");
+}
+
 TEST_F(RecoveryTest, FailedSavesKeepTheCopyAndTheProgramGoesOn) {
     QDir(home.path()).mkdir("folder.srt");
     QFile::link("/dev/full", home.filePath("full.srt"));

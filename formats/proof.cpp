@@ -1,0 +1,146 @@
+#include "formats/proof.h"
+
+#include "base/runtimeerror.h"
+#include "model/times.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr std::array<std::string_view, 7> Marks{"<i>",   "</i>",  "<b>", "</b>",
+                                                "{y:i}", "{y:b}", "{y}"};
+/// Beside half of the format's unit, for what the arithmetic loses.
+constexpr double Slack = 1e-6;
+
+bool IsSpace(char c) {
+    return c == ' ' || c == '\t' || c == '\r' || c == '\n' || c == '\v' || c == '\f';
+}
+
+/// Marks form anew where others go, so each is taken off as soon as it is complete.
+void DropMark(std::string& words) {
+    if (words.back() != '>' && words.back() != '}')
+        return;
+    for (const std::string_view mark : Marks)
+        if (words.ends_with(mark))
+            return words.resize(words.size() - mark.size());
+}
+
+void ReadMarkup(std::string& words) {
+    constexpr std::string_view Less = "&lt;";
+    constexpr std::string_view Break = "<br>";
+    if (words.ends_with(Less))
+        words.replace(words.size() - Less.size(), Less.size(), "<");
+    else if (words.ends_with(Break))
+        words.resize(words.size() - Break.size());
+}
+
+/// The titles of a list that a format can hold, one after the other.
+class Held {
+  public:
+    /// `source`: the format whose things the texts still hold, or null.
+    Held(const Format& format, const Format* source, const SUBTITLES& titles)
+        : m_format(format)
+        , m_source(source)
+        , m_titles(titles) {}
+
+    /// false: that was the last.
+    bool Next() {
+        while (++m_number <= m_titles.Count()) {
+            m_words = WordsOf(m_format, PlainText());
+            if (!m_format.losses.emptyTitles || !m_words.empty())
+                return true;
+        }
+        return false;
+    }
+    std::int32_t Number() const { return m_number; }
+    const std::string& Words() const { return m_words; }
+    double Start() const { return m_titles.StartTime(m_number); }
+    double End() const { return m_titles.EndTime(m_number); }
+    /// Where the next title takes its place.
+    double EndBeforeNext() const {
+        if (m_number == m_titles.Count())
+            return End();
+        return std::min(End(), m_titles.StartTime(m_number + 1));
+    }
+
+  private:
+    std::string PlainText() const {
+        const std::string& text = m_titles.Text(m_number);
+        return m_source == nullptr || m_source->plainText == nullptr ? text
+                                                                     : m_source->plainText(text);
+    }
+
+    const Format& m_format;
+    const Format* m_source;
+    const SUBTITLES& m_titles;
+    std::int32_t m_number = 0;
+    std::string m_words;
+};
+
+std::string Named(std::int32_t number) {
+    return "title " + std::to_string(number);
+}
+
+std::string TimeText(double time) {
+    try {
+        return FormatTime(time);
+    } catch (const RuntimeError&) {
+        return "an unknown time";
+    }
+}
+
+std::string TimeDiffers(std::int32_t number, const char* what, double is, double wanted) {
+    return Named(number) + what + TimeText(is) + " instead of " + TimeText(wanted);
+}
+
+} // namespace
+
+std::string WordsOf(const Format& format, std::string_view text) {
+    std::string words;
+    words.reserve(text.size());
+    bool blank = false;
+    for (const char c : text) {
+        if (IsSpace(c) || c == format.losses.lineMark) {
+            blank = true;
+            continue;
+        }
+        if (blank && !words.empty() && words.back() != ' ' && !format.losses.blanks)
+            words += ' ';
+        blank = false;
+        words += c;
+        if (format.losses.markup)
+            ReadMarkup(words);
+        if (!words.empty())
+            DropMark(words);
+    }
+    if (words.ends_with(' '))
+        words.pop_back();
+    return words;
+}
+
+std::string FirstDifference(const Format& format, double frameRate, const FileStyle& style,
+                            const SUBTITLES& written, const SUBTITLES& readBack) {
+    const double unit = format.needsFrameRate ? 1 / frameRate : format.losses.grain;
+    const auto far = [&](double a, double b) {
+        return !(std::abs(a - b) <= unit / 2 + Slack);
+    };
+    Held wanted(format, DroppedFormat(format, style), written);
+    Held is(format, nullptr, readBack);
+    while (wanted.Next()) {
+        const std::int32_t number = wanted.Number();
+        if (!is.Next())
+            return Named(number) + " is missing";
+        if (far(is.Start(), wanted.Start()))
+            return TimeDiffers(number, " starts at ", is.Start(), wanted.Start());
+        const double end = format.losses.overlaps ? wanted.EndBeforeNext() : wanted.End();
+        if (far(is.End(), end))
+            return TimeDiffers(number, " ends at ", is.End(), end);
+        if (is.Words() != wanted.Words())
+            return Named(number) + " has other words";
+    }
+    if (is.Next())
+        return "there is one more title after " + Named(written.Count());
+    return {};
+}
