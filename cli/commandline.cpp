@@ -135,6 +135,7 @@ class Job {
             return m_frameRate;
         };
         hooks.journalFolder = StateFolder();
+        m_style.subRipStyles = m_arguments.Has("--styles");
         if (const Format* format = FormatByName(name, m_style)) {
             const std::string notKept = NotKept(*format, m_titles, m_style);
             if (!notKept.empty())

@@ -8,10 +8,11 @@
 
 namespace {
 
-constexpr std::array<Option, 3> Common{
+constexpr std::array<Option, 4> Common{
     {{"--partial", "", "write what could be read of a corrupt file"},
      {"--frame-rate", "RATE", "frames per second of MicroDVD files (25)"},
-     {"--code-page", "NAME", "how a file that is not Unicode is read (windows-1252)"}}};
+     {"--code-page", "NAME", "how a file that is not Unicode is read (windows-1252)"},
+     {"--styles", "", "write italics and bold into SubRip files too"}}};
 
 constexpr std::array<Option, 1> ShiftOptions{
     {{"--by", "TIME", "how much later; below 0, how much earlier"}}};

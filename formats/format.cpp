@@ -42,16 +42,6 @@ std::string Patterns(const Format& format) {
     return patterns;
 }
 
-/// The format that left in the style what the other one does not know; null when
-/// nothing is dropped.
-const Format* DroppedFormat(const Format& format, const FileStyle& style) {
-    for (const Format& other : Formats()) {
-        if (other.keeps != nullptr && other.keeps == style.format)
-            return format.keeps != nullptr && format.keeps == style.format ? nullptr : &other;
-    }
-    return nullptr;
-}
-
 bool Drops(const Format& source, const SUBTITLES& titles, std::int32_t index) {
     const TitleExtra& extra = titles.Extra(index);
     if (!extra.Empty() && (source.isSpecial == nullptr || source.isSpecial(extra)))
@@ -122,6 +112,14 @@ std::string FormatList() {
     return list;
 }
 
+const Format* DroppedFormat(const Format& format, const FileStyle& style) {
+    for (const Format& other : Formats()) {
+        if (other.keeps != nullptr && other.keeps == style.format)
+            return format.keeps != nullptr && format.keeps == style.format ? nullptr : &other;
+    }
+    return nullptr;
+}
+
 void WriteFile(const Format& format, const SUBTITLES& titles, double frameRate,
                const FileStyle& style, std::string& out) {
     const Format* source = DroppedFormat(format, style);
@@ -131,7 +129,9 @@ void WriteFile(const Format& format, const SUBTITLES& titles, double frameRate,
     plain.Reserve(titles.Count());
     for (std::int32_t i = 1; i <= titles.Count(); ++i)
         plain.Add(titles.StartTime(i), titles.EndTime(i), source->plainText(titles.Text(i)));
-    format.write(plain, frameRate, {}, out);
+    FileStyle own;
+    own.subRipStyles = style.subRipStyles;
+    format.write(plain, frameRate, own, out);
 }
 
 std::string NotKept(const Format& format, const SUBTITLES& titles, const FileStyle& style) {

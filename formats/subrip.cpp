@@ -129,7 +129,7 @@ void DropEmptyLines(std::string& out, std::size_t begin) {
     }
 }
 
-void Write(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& /*style*/,
+void Write(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& style,
            std::string& out) {
     constexpr std::size_t BesideEach = 50;
     ReserveFor(titles, BesideEach, out);
@@ -141,7 +141,10 @@ void Write(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& /*sty
         AppendTime(out, titles.EndTime(i));
         out += LineEnd;
         const std::size_t begin = out.size();
-        StripTags(titles.Text(i), out);
+        if (style.subRipStyles)
+            out += titles.Text(i);
+        else
+            StripTags(titles.Text(i), out);
         DropEmptyLines(out, begin);
         out += LineEnd;
         out += LineEnd;
@@ -149,6 +152,20 @@ void Write(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& /*sty
 }
 
 } // namespace
+
+std::int32_t TitlesWithStyles(const SUBTITLES& titles) {
+    std::int32_t count = 0;
+    for (std::int32_t i = 1; i <= titles.Count(); ++i) {
+        const std::string& text = titles.Text(i);
+        for (const char* tag : {"<i>", "<b>", "</i>", "</b>"}) {
+            if (text.find(tag) != std::string::npos) {
+                ++count;
+                break;
+            }
+        }
+    }
+    return count;
+}
 
 Format SubRipFormat() {
     return {

@@ -17,5 +17,9 @@ struct FileStyle {
     /// format itself reads the bytes; everybody else carries them along.
     std::string kept;
 
+    /// SubRip files are written with italics and bold. Not read from a file: whoever saves
+    /// decides it.
+    bool subRipStyles = false;
+
     bool operator==(const FileStyle&) const = default;
 };

@@ -53,6 +53,7 @@ inline constexpr SettingRow SettingRows[] = {
     {"StretchTop", SettingType::Number, SettingRow::Designed, "frmStretch"},
     {"CodePage", SettingType::Text, "windows-1252", SettingRow::Nobody},
     {"LagMs", SettingType::Number, "0", SettingRow::Nobody},
+    {"SubRipStyles", SettingType::Number, "0", "frmQuelmar"},
 };
 
 /// A row by its name. A name that no row of that type has does not compile.

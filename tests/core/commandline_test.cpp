@@ -238,6 +238,14 @@ TEST_F(CommandLine, LeavesAFileThatItCannotReplaceAsItWas) {
     EXPECT_EQ(FileText(Folder / "IN.srt"), SubRip);
 }
 
+TEST_F(CommandLine, WritesStylesIntoSubRipWhenAskedTo) {
+    PutFile(Folder / "IN.smi", "<BODY>\r\n<SYNC Start=1000><P>x<i>y</i>\r\n</BODY>\r\n");
+    EXPECT_EQ(Run({"convert", "IN.smi", "OUT.srt"}).code, 0);
+    EXPECT_EQ(FileText(Folder / "OUT.srt").find("<i>"), std::string::npos);
+    EXPECT_EQ(Run({"convert", "--styles", "IN.smi", "OUT.srt"}).code, 0);
+    EXPECT_NE(FileText(Folder / "OUT.srt").find("<i> y </i>"), std::string::npos);
+}
+
 TEST_F(CommandLine, WorksInPlace) {
     EXPECT_EQ(Run({"shift", "--by", "1", "IN.srt", "IN.srt"}).code, 0);
     EXPECT_EQ(Result("IN.srt").front().start, 11);
