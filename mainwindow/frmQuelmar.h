@@ -4,6 +4,7 @@
 #include "listeditor/editorhost.h"
 #include "mainwindow/buttonstrip.h"
 #include "mainwindow/displaywalker.h"
+#include "mainwindow/filesaver.h"
 #include "mainwindow/placing.h"
 #include "mainwindow/timespinner.h"
 #include "model/document.h"
@@ -172,6 +173,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::string m_codePage;
     std::int32_t m_lagMilliseconds = 0;
     CommonDialog DLG;
+    FileSaver m_saver{this, DLG};
 
     bool m_subtitleFileExists = false;
     bool m_mediaActive = false;

@@ -1,12 +1,9 @@
 #include "mainwindow/frmQuelmar.h"
 
-#include "base/savejournal.h"
 #include "formats/load.h"
-#include "formats/save.h"
 #include "mainwindow/fileexists.h"
 #include "mainwindow/frmFrameRate.h"
 #include "mainwindow/frmLoading.h"
-#include "mainwindow/savename.h"
 #include "mainwindow/startingname.h"
 #include "mainwindow/transportstrip.h"
 #include "model/step.h"
@@ -156,6 +153,7 @@ void frmQuelmar::StartNewFile() {
     Subt.UndoEnabled(true);
     cmdEdit->setEnabled(true);
     cmdSave->setEnabled(true);
+    m_saver.Opened({});
     m_document.Saved();
 }
 
@@ -182,6 +180,7 @@ LoadResult frmQuelmar::LoadDocument() {
     LoadResult result =
         LoadTitles(PathOf(txtSRT->text()), m_codePage, Subt, m_document.Style, hooks);
     loading.reset();
+    m_saver.Opened(txtSRT->text());
     if (result.outcome != LoadOutcome::NotOpened) {
         m_document.SubtitlesChanged = false;
         cmdEdit->setEnabled(true);
@@ -192,36 +191,24 @@ LoadResult frmQuelmar::LoadDocument() {
 }
 
 bool frmQuelmar::SaveSubtitles() {
-    const std::string refusal = SaveRefusal(Subt);
-    if (!refusal.empty()) {
-        ShowMessage(this, MessageText(refusal));
-        return false;
-    }
     DLG.Filter = QString::fromStdString(FormatFilter());
-    if (!AskSaveName(this, DLG, txtSRT->text()))
+    const std::optional<SaveResult> result =
+        m_saver.Save({.titles = Subt,
+                      .style = m_document.Style,
+                      .codePage = m_codePage,
+                      .name = txtSRT->text(),
+                      .askFrameRate = [this] { return AskFrameRate(); },
+                      .beforeWriting =
+                          [this] {
+                              emit FileEmptying();
+                          }});
+    if (!result)
         return false;
-    SaveHooks hooks;
-    hooks.askFrameRate = [this] {
-        return AskFrameRate();
-    };
-    hooks.beforeWriting = [this] {
-        emit FileEmptying();
-    };
-    hooks.journalFolder = StateFolder();
-    const SaveResult result =
-        SaveTitles(PathOf(DLG.FileName), m_codePage, Subt, m_document.Style, hooks);
-    if (result.written) {
-        m_document.SubtitlesChanged = false;
-        if (result.proven)
-            m_document.Saved();
-    } else {
-        // What is in no file is unsaved work, whatever it was before.
-        m_document.SubtitlesChanged = true;
-    }
-    if (!result.message.empty())
-        ShowMessage(this, MessageText(result.message), MessageIcon::None,
-                    QString::fromStdString(result.details));
-    return result.written;
+    // What is in no file is unsaved work, whatever it was before.
+    m_document.SubtitlesChanged = !result->written;
+    if (result->proven)
+        m_document.Saved();
+    return result->written;
 }
 
 void frmQuelmar::cmdSave_Click() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -11,5 +12,8 @@ enum class MessageIcon { None, Exclamation, Question, Critical };
 /// `details` stand below the text.
 void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon = MessageIcon::None,
                  const QString& details = {});
+/// The number of the chosen one of these button texts, from 0; the last one when the box
+/// is closed otherwise. Nothing is chosen by Enter but the first.
+int AskChoice(QWidget* parent, const QString& text, const QStringList& choices);
 /// Yes and No; anything but Yes counts as No.
 bool AskYesNo(QWidget* parent, const QString& text, MessageIcon icon = MessageIcon::None);
