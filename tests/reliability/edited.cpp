@@ -15,6 +15,7 @@
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTimer>
@@ -106,10 +107,13 @@ class Person {
     void Answer() const {
         QWidget* modal = QApplication::activeModalWidget();
         if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+            // What is selected in the list counts more than what is typed.
+            dialog->findChild<QListView*>("listView")->clearSelection();
             dialog->findChild<QLineEdit*>("fileNameEdit")->setText(m_saved);
             auto* save = dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save);
             save->setEnabled(true);
-            save->click();
+            // Outside of this timer, which answers the question that follows.
+            QTimer::singleShot(0, save, &QAbstractButton::click);
         } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
             auto* yes = box->button(QMessageBox::Yes);
             if (yes == nullptr)
