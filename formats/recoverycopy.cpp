@@ -1,5 +1,6 @@
 #include "formats/recoverycopy.h"
 
+#include "base/checksum.h"
 #include "base/largeblocks.h"
 #include "formats/packed.h"
 #include "formats/sami.h"
@@ -22,25 +23,6 @@ constexpr std::uint32_t DeclinedFlag = 1;
 constexpr std::size_t ChecksumAt = 8 + 4 + 4 + 8 + 8;
 constexpr std::size_t HeaderSize = ChecksumAt + 8;
 constexpr std::uint32_t MostUndoRecords = 100;
-
-// FNV-1a by words of eight bytes, each folded: fast enough not to be noticed.
-constexpr std::uint64_t ChecksumStart = 0xcbf29ce484222325ULL;
-
-std::uint64_t Checksum(std::string_view bytes, std::uint64_t sum = ChecksumStart) {
-    const auto mix = [&sum](std::uint64_t word) {
-        sum = (sum ^ word) * 0x100000001b3ULL;
-        sum ^= sum >> 32U;
-    };
-    while (bytes.size() >= 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, bytes.data(), 8);
-        mix(word);
-        bytes.remove_prefix(8);
-    }
-    for (const char byte : bytes)
-        mix(static_cast<unsigned char>(byte));
-    return sum;
-}
 
 void PutNotes(std::string& out, const RecoveryNotes& notes) {
     PutText(out, notes.mediaFile);
