@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -10,6 +11,8 @@ constexpr std::int64_t ValueMilliseconds = 1000 / SoundMap::SpeechRate;
 constexpr double SameEdge = 0.001;
 constexpr std::int64_t CoarseMilliseconds = ValueMilliseconds * SpeechPage::Factor;
 constexpr auto Threshold = static_cast<std::uint8_t>(SoundMap::SpeechThreshold * 255 + 1);
+
+constexpr SoundPage SilentPage{};
 
 std::int64_t Milliseconds(double seconds) {
     constexpr double Far = 1e12;
@@ -27,12 +30,25 @@ float Power(std::uint8_t loudness) {
     return Table[loudness];
 }
 
-/// The coarsest level whose buckets are at most half as long as a column.
-int LevelFor(double milliseconds) {
+/// The finest level that matters: its buckets are at most a 32nd of a column.
+int FinestFor(double milliseconds) {
+    constexpr double Fraction = 32;
     int level = 0;
     while (level + 1 < SoundPage::Levels &&
-           static_cast<double>(2 * SoundPage::BucketMilliseconds(level + 1)) <= milliseconds)
+           static_cast<double>(SoundPage::BucketMilliseconds(level + 1)) * Fraction <= milliseconds)
         ++level;
+    return level;
+}
+
+/// The longest bucket that begins here and ends in time.
+int LongestLevel(std::int64_t from, std::int64_t to, int finest) {
+    int level = finest;
+    while (level + 1 < SoundPage::Levels) {
+        const std::int64_t length = SoundPage::BucketMilliseconds(level + 1);
+        if (from % length != 0 || from + length > to)
+            break;
+        ++level;
+    }
     return level;
 }
 
@@ -66,58 +82,64 @@ double SoundMap::Progress() const {
     return m_slots.empty() ? 1 : static_cast<double>(Changes()) / static_cast<double>(2 * Pages());
 }
 
+bool SoundMap::Knows(double from, double to) const {
+    const std::int64_t begin = std::clamp<std::int64_t>(Milliseconds(from), 0, m_milliseconds);
+    const std::int64_t end = std::clamp<std::int64_t>(Milliseconds(to) + 1, 0, m_milliseconds);
+    for (std::int64_t at = begin; at < end;
+         at += SoundPage::Milliseconds - at % SoundPage::Milliseconds) {
+        const auto page = static_cast<std::size_t>(at / SoundPage::Milliseconds);
+        if (Shape(page) == nullptr || SpeechOf(page) == nullptr)
+            return false;
+    }
+    return true;
+}
+
 void SoundMap::Columns(double from, double step, std::span<SoundColumn> columns) const {
-    const int level = LevelFor(step * 1000);
+    const int finest = FinestFor(step * 1000);
     std::int64_t begin = Milliseconds(from);
     for (std::size_t i = 0; i < columns.size(); ++i) {
         const std::int64_t next = Milliseconds(from + static_cast<double>(i + 1) * step);
-        columns[i] = Column(begin, std::max(next, begin + 1), level);
+        columns[i] = Column(begin, std::max(next, begin + 1), finest);
         begin = next;
     }
 }
 
-/// The buckets that begin in the column: so none counts twice and none is left out. A
-/// column in which none begins shows the one that it lies in.
-SoundColumn SoundMap::Column(std::int64_t from, std::int64_t to, int level) const {
+/// Put together from as few buckets as fill the column.
+SoundColumn SoundMap::Column(std::int64_t from, std::int64_t to, int finest) const {
     SoundColumn column;
     from = std::clamp<std::int64_t>(from, 0, m_milliseconds);
     to = std::clamp<std::int64_t>(to, 0, m_milliseconds);
     if (from >= to)
         return column;
-    const std::int64_t length = SoundPage::BucketMilliseconds(level);
-    std::int64_t bucket = (from + length - 1) / length;
-    std::int64_t end = (to + length - 1) / length;
-    if (bucket >= end) {
-        bucket = from / length;
-        end = bucket + 1;
-    }
     std::int8_t least = 127;
     std::int8_t greatest = -127;
     float power = 0;
-    int count = 0;
-    const std::int64_t inPage = SoundPage::BucketsOf(level);
-    while (bucket < end) {
-        const std::int64_t page = bucket / inPage;
-        const std::int64_t pageEnd = std::min((page + 1) * inPage, end);
+    std::int64_t known = 0;
+    const std::int64_t unit = SoundPage::BucketMilliseconds(finest);
+    const std::int64_t end = std::max(to / unit, from / unit + 1) * unit;
+    for (std::int64_t at = from / unit * unit; at < end;) {
+        const std::int64_t page = at / SoundPage::Milliseconds;
+        const std::int64_t inPage = at % SoundPage::Milliseconds;
         const SoundPage* shape = Shape(static_cast<std::size_t>(page));
         if (shape == nullptr) {
-            bucket = pageEnd;
+            at += SoundPage::Milliseconds - inPage;
             continue;
         }
-        for (; bucket < pageEnd; ++bucket) {
-            const auto at = static_cast<std::size_t>(SoundPage::First(level) + bucket % inPage);
-            least = std::min(least, shape->least[at]);
-            greatest = std::max(greatest, shape->greatest[at]);
-            power += Power(shape->loudness[at]);
-            ++count;
-        }
+        const int level = LongestLevel(at, end, finest);
+        const std::int64_t length = SoundPage::BucketMilliseconds(level);
+        const auto bucket = static_cast<std::size_t>(SoundPage::First(level) + inPage / length);
+        least = std::min(least, shape->least[bucket]);
+        greatest = std::max(greatest, shape->greatest[bucket]);
+        power += Power(shape->loudness[bucket]) * static_cast<float>(length);
+        known += length;
+        at += length;
     }
-    if (count == 0)
+    if (known == 0)
         return column;
     column.known = true;
     column.least = UnpackSample(least);
     column.greatest = UnpackSample(greatest);
-    column.loudness = UnpackLoudness(PackPower(power / static_cast<float>(count)));
+    column.loudness = UnpackLoudness(PackPower(power / static_cast<float>(known)));
     column.speech = MeanSpeech(from, to);
     return column;
 }
@@ -211,8 +233,13 @@ void SoundMap::Add(std::size_t page, const SoundPage& shape) {
     Slot& slot = m_slots[page];
     if (slot.shape.load(std::memory_order_relaxed) != nullptr)
         return;
-    slot.ownShape = std::make_unique<SoundPage>(shape);
-    slot.shape.store(slot.ownShape.get(), std::memory_order_release);
+    // A damaged film may claim to be days long; its silence costs nothing.
+    if (std::memcmp(&shape, &SilentPage, sizeof shape) == 0) {
+        slot.shape.store(&SilentPage, std::memory_order_release);
+    } else {
+        slot.ownShape = std::make_unique<SoundPage>(shape);
+        slot.shape.store(slot.ownShape.get(), std::memory_order_release);
+    }
     m_added.fetch_add(1, std::memory_order_release);
 }
 

@@ -56,6 +56,8 @@ class SoundMap {
     /// How much is known, 0 to 1: shape and speech each count for a half.
     double Progress() const;
     bool Complete() const { return m_added.load(std::memory_order_acquire) == 2 * Pages(); }
+    /// Whether shape and speech of all that lies between these times is known.
+    bool Knows(double from, double to) const;
     /// Another number than before whenever something was added.
     std::uint64_t Changes() const { return m_added.load(std::memory_order_acquire); }
 
@@ -94,7 +96,7 @@ class SoundMap {
         std::unique_ptr<const SpeechPage> ownSpeech;
     };
 
-    SoundColumn Column(std::int64_t from, std::int64_t to, int level) const;
+    SoundColumn Column(std::int64_t from, std::int64_t to, int finest) const;
     float MeanSpeech(std::int64_t from, std::int64_t to) const;
     std::size_t Values() const;
     std::optional<bool> Spoken(std::int64_t value) const;

@@ -52,6 +52,8 @@ class SoundMapper {
     void LookAt(double position);
     /// Waits until there is nothing left to do.
     void Wait() const;
+    /// Waits until all between these times (in seconds) is known, or nothing is left to do.
+    void WaitFor(double from, double to) const;
     /// Whether the map came from the cache.
     bool FromCache() const;
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 
 /// How sound is laid out in memory and in the cache: pages of 5.12 s, each a
 /// pyramid of its own, so that a page can be made, shown and stored alone.
@@ -58,3 +59,6 @@ float UnpackSample(std::int8_t packed);
 std::uint8_t PackPower(float power);
 /// In decibels, `Silence` to 0.
 float UnpackLoudness(std::uint8_t packed);
+
+/// A page of its samples, 16 for each millisecond; what is missing at the end is silent.
+SoundPage MakePage(std::span<const float> samples);
