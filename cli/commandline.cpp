@@ -95,7 +95,25 @@ class Job {
                                                   : DefaultCodePage)
         , m_err(err) {}
 
-    ExitCode Run(const Edit& edit) {
+    ExitCode Run(const Task& task, std::ostream& out) {
+        if (const auto* report = std::get_if<Report>(&task))
+            return Told((*report)(In(), out, m_fault)) ? ExitCode::Done : ExitCode::Failed;
+        if (const auto* source = std::get_if<Source>(&task))
+            return Told((*source)(In(), m_titles, m_fault)) && Save() ? ExitCode::Done
+                                                                      : ExitCode::Failed;
+        return Change(std::get<Edit>(task));
+    }
+
+  private:
+    const std::string& In() const { return m_arguments.Files().front(); }
+
+    bool Told(bool done) {
+        if (!done)
+            Say(m_err, In() + ": " + m_fault);
+        return done;
+    }
+
+    ExitCode Change(const Edit& edit) {
         const LoadOutcome loaded = Load();
         const bool usable = loaded == LoadOutcome::Complete ||
                             (loaded == LoadOutcome::Corrupt && m_arguments.Has("--partial"));
@@ -108,13 +126,12 @@ class Job {
         return saved && loaded == LoadOutcome::Complete ? ExitCode::Done : ExitCode::Failed;
     }
 
-  private:
     LoadOutcome Load() {
         LoadHooks hooks;
         hooks.askFrameRate = [this] {
             return m_frameRate;
         };
-        const std::string& name = m_arguments.Files().front();
+        const std::string& name = In();
         const LoadResult result = LoadTitles(PathOf(name), m_codePage, m_titles, m_style, hooks);
         if (result.outcome == LoadOutcome::NotOpened)
             Say(m_err, name + ": cannot be opened");
@@ -155,9 +172,11 @@ class Job {
     std::ostream& m_err;
     SUBTITLES m_titles;
     FileStyle m_style;
+    std::string m_fault;
 };
 
-ExitCode RunCommand(const Command& command, std::span<const std::string> words, std::ostream& err) {
+ExitCode RunCommand(const Command& command, std::span<const std::string> words, std::ostream& out,
+                    std::ostream& err) {
     std::string fault;
     const std::optional<Arguments> arguments = Arguments::Parse(words, OptionsOf(command), fault);
     if (!arguments)
@@ -167,13 +186,15 @@ ExitCode RunCommand(const Command& command, std::span<const std::string> words, 
         rate = RateOf(arguments->Value("--frame-rate"));
     if (!rate)
         return Complain(err, "Illegal frame rate!");
-    const std::optional<Edit> edit = command.prepare(*arguments, fault);
-    if (!edit)
+    const std::optional<Task> task = command.prepare(*arguments, fault);
+    if (!task)
         return Complain(err, fault);
-    if (arguments->Files().size() != 2)
-        return Complain(err, std::string(command.name) + " needs two file names");
+    const bool one = std::holds_alternative<Report>(*task);
+    if (arguments->Files().size() != (one ? 1 : 2))
+        return Complain(err, std::string(command.name) +
+                                 (one ? " needs one file name" : " needs two file names"));
     try {
-        return Job(*arguments, *rate, err).Run(*edit);
+        return Job(*arguments, *rate, err).Run(*task, out);
     } catch (const RuntimeError& error) {
         Say(err, error.what());
         return ExitCode::Failed;
@@ -201,7 +222,7 @@ ExitCode RunCommandLine(std::span<const std::string> words, std::ostream& out, s
         return RunSync(words.subspan(1), out, err);
     for (const Command& command : Commands()) {
         if (command.name == words.front())
-            return RunCommand(command, words.subspan(1), err);
+            return RunCommand(command, words.subspan(1), out, err);
     }
     return Complain(err, "unknown command " + words.front());
 }

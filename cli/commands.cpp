@@ -1,10 +1,13 @@
 #include "cli/commands.h"
 
+#include "cli/filmsound.h"
 #include "editing/corrections.h"
 #include "editing/shift.h"
 #include "editing/stretch.h"
+#include "model/numbers.h"
 
 #include <array>
+#include <cmath>
 
 namespace {
 
@@ -26,6 +29,14 @@ constexpr std::array<Option, 2> CorrectOptions{
     {{"--spelling", "", "mend l and I that were taken for each other"},
      {"--italics", "", "turn /words/ that begin with a slash into italics"}}};
 
+constexpr Option Track{"--track", "N", "the sound track, counted from 1 (the one that is played)"};
+constexpr std::array<Option, 4> SoundOptions{
+    {Track,
+     {"--from", "TIME", "where to begin (0)"},
+     {"--to", "TIME", "where to end (the end of the film)"},
+     {"--step", "MS", "milliseconds from line to line (100)"}}};
+constexpr std::array<Option, 1> SpeechOptions{{Track}};
+
 /// The understood value of an option, or nothing and a fault.
 template <typename UNDERSTAND>
 std::optional<double> ValueOf(const Arguments& arguments, std::string_view option,
@@ -38,19 +49,19 @@ std::optional<double> ValueOf(const Arguments& arguments, std::string_view optio
     return value;
 }
 
-Edit MapAll(std::function<TimeMap(const SUBTITLES&)> mapFor) {
+Task MapAll(std::function<TimeMap(const SUBTITLES&)> mapFor) {
     return [mapFor = std::move(mapFor)](SUBTITLES& titles) {
         if (titles.Count() > 0)
             MapTitles(titles, AllTitles(titles), mapFor(titles));
     };
 }
 
-std::optional<Edit> PrepareConvert(const Arguments& /*arguments*/, std::string& /*fault*/) {
+std::optional<Task> PrepareConvert(const Arguments& /*arguments*/, std::string& /*fault*/) {
     return [](SUBTITLES&) {
     };
 }
 
-std::optional<Edit> PrepareShift(const Arguments& arguments, std::string& fault) {
+std::optional<Task> PrepareShift(const Arguments& arguments, std::string& fault) {
     const auto amount = ValueOf(arguments, "--by", TimeOf, fault);
     if (!amount)
         return std::nullopt;
@@ -59,7 +70,7 @@ std::optional<Edit> PrepareShift(const Arguments& arguments, std::string& fault)
     };
 }
 
-std::optional<Edit> PrepareByTitles(const Arguments& arguments, std::string& fault) {
+std::optional<Task> PrepareByTitles(const Arguments& arguments, std::string& fault) {
     const auto first = ValueOf(arguments, "--first", TimeOf, fault);
     const auto last = first ? ValueOf(arguments, "--last", TimeOf, fault) : std::nullopt;
     if (!last)
@@ -69,7 +80,7 @@ std::optional<Edit> PrepareByTitles(const Arguments& arguments, std::string& fau
     });
 }
 
-std::optional<Edit> PrepareByAmount(const Arguments& arguments, std::string& fault) {
+std::optional<Task> PrepareByAmount(const Arguments& arguments, std::string& fault) {
     const auto amount = ValueOf(arguments, "--amount", TimeOf, fault);
     if (!amount)
         return std::nullopt;
@@ -78,7 +89,7 @@ std::optional<Edit> PrepareByAmount(const Arguments& arguments, std::string& fau
     });
 }
 
-std::optional<Edit> PrepareByRates(const Arguments& arguments, std::string& fault) {
+std::optional<Task> PrepareByRates(const Arguments& arguments, std::string& fault) {
     const auto from = ValueOf(arguments, "--from-rate", RateOf, fault);
     const auto to = from ? ValueOf(arguments, "--to-rate", RateOf, fault) : std::nullopt;
     if (!to)
@@ -86,7 +97,7 @@ std::optional<Edit> PrepareByRates(const Arguments& arguments, std::string& faul
     return MapAll([from = *from, to = *to](const SUBTITLES&) { return MapByRates(from, to); });
 }
 
-std::optional<Edit> PrepareStretch(const Arguments& arguments, std::string& fault) {
+std::optional<Task> PrepareStretch(const Arguments& arguments, std::string& fault) {
     const bool byTitles = arguments.Has("--first") || arguments.Has("--last");
     const bool byAmount = arguments.Has("--amount");
     const bool byRates = arguments.Has("--from-rate") || arguments.Has("--to-rate");
@@ -100,7 +111,7 @@ std::optional<Edit> PrepareStretch(const Arguments& arguments, std::string& faul
     return byAmount ? PrepareByAmount(arguments, fault) : PrepareByRates(arguments, fault);
 }
 
-std::optional<Edit> PrepareCorrect(const Arguments& arguments, std::string& fault) {
+std::optional<Task> PrepareCorrect(const Arguments& arguments, std::string& fault) {
     const bool spelling = arguments.Has("--spelling");
     const bool italics = arguments.Has("--italics");
     if (!spelling && !italics) {
@@ -115,7 +126,51 @@ std::optional<Edit> PrepareCorrect(const Arguments& arguments, std::string& faul
     };
 }
 
-constexpr std::array<Command, 4> All{
+/// The understood value of an option that may be missing. false and a fault when it makes no
+/// sense.
+template <typename UNDERSTAND>
+bool TakeValue(const Arguments& arguments, std::string_view option, UNDERSTAND understand,
+               std::string& fault, double& value) {
+    if (!arguments.Has(option))
+        return true;
+    const auto understood = ValueOf(arguments, option, understand, fault);
+    value = understood.value_or(value);
+    return understood.has_value();
+}
+
+std::optional<double> TrackOf(std::string_view text) {
+    constexpr double MostTracks = 1000;
+    const std::optional<double> track = Number(text);
+    const bool sensible =
+        track && *track >= 1 && *track <= MostTracks && *track == std::floor(*track);
+    return sensible ? track : std::nullopt;
+}
+
+std::optional<Task> PrepareSound(const Arguments& arguments, std::string& fault) {
+    double track = 0;
+    SoundStretch stretch;
+    double milliseconds = stretch.step * 1000;
+    if (!TakeValue(arguments, "--track", TrackOf, fault, track) ||
+        !TakeValue(arguments, "--from", TimeOf, fault, stretch.from) ||
+        !TakeValue(arguments, "--to", TimeOf, fault, stretch.to) ||
+        !TakeValue(arguments, "--step", RateOf, fault, milliseconds))
+        return std::nullopt;
+    stretch.step = milliseconds / 1000;
+    return [track, stretch](const std::string& film, std::ostream& out, std::string& reason) {
+        return PrintSound(film, static_cast<int>(track), stretch, out, reason);
+    };
+}
+
+std::optional<Task> PrepareSpeech(const Arguments& arguments, std::string& fault) {
+    double track = 0;
+    if (!TakeValue(arguments, "--track", TrackOf, fault, track))
+        return std::nullopt;
+    return [track](const std::string& film, SUBTITLES& titles, std::string& reason) {
+        return TitlesOfSpeech(film, static_cast<int>(track), titles, reason);
+    };
+}
+
+constexpr std::array<Command, 6> All{
     {{"convert",
       "",
       "Load a file and save it in the format that the second name tells.",
@@ -125,7 +180,13 @@ constexpr std::array<Command, 4> All{
      {"stretch", "--first TIME --last TIME | --amount TIME | --from-rate RATE --to-rate RATE",
       "Fit all titles to a longer or shorter film.", StretchOptions, PrepareStretch},
      {"correct", "[--spelling] [--italics]", "Correct the texts of all titles.", CorrectOptions,
-      PrepareCorrect}}};
+      PrepareCorrect},
+     {"sound", "[--track N] [--from TIME] [--to TIME] [--step MS] FILM",
+      "Print how a film sounds: time, least and greatest sample, loudness in dB and the\n"
+      "    probability of speech for each step, parted by tabs.",
+      SoundOptions, PrepareSound},
+     {"speech", "[--track N] FILM OUT", "Write titles \"...\" where someone speaks in a film.",
+      SpeechOptions, PrepareSpeech}}};
 
 } // namespace
 
