@@ -17,12 +17,14 @@ constexpr double Quality = 1.3;
 
 constexpr std::ptrdiff_t Surroundings = SpeechContext - 128;
 constexpr std::ptrdiff_t SurroundingsStep = 8;
+/// Background is measured over 0.4 s, so that notes and beats belong to it.
+constexpr std::ptrdiff_t BackgroundReach = 20;
 /// Which share of the surroundings is background, and which the loudest.
 constexpr float BackgroundShare = 0.15F;
 constexpr float LoudShare = 0.95F;
 /// Above the background (in dB): where a band begins to count, and where it counts wholly.
-constexpr float RiseBegin = 3;
-constexpr float RiseWhole = 15;
+constexpr float RiseBegin = 1;
+constexpr float RiseWhole = 7;
 /// Below the loudest of the surroundings (in dB): where it counts wholly, and where nobody
 /// speaks any more.
 constexpr float QuietWhole = 25;
@@ -30,8 +32,8 @@ constexpr float QuietEnd = 40;
 /// Nor does anybody below this loudness.
 constexpr float Inaudible = -70;
 /// The swing of the syllables (in dB): where it begins to count, and where it counts wholly.
-constexpr float SwingBegin = 1.5F;
-constexpr float SwingWhole = 4.5F;
+constexpr float SwingBegin = 0.7F;
+constexpr float SwingWhole = 2.2F;
 constexpr std::ptrdiff_t SwingReach = 50;
 /// A mean over 1/8 s less one over 1/2 s leaves what swings 2 to 8 times a second.
 constexpr std::ptrdiff_t FastReach = 5;
@@ -125,6 +127,17 @@ Curve ShareOfSurroundings(const std::vector<std::uint8_t>& packed, float share) 
     return result;
 }
 
+/// The loudness of what is always there.
+Curve Background(std::vector<std::uint8_t> packed) {
+    Curve power(packed.size());
+    for (std::size_t i = 0; i < packed.size(); ++i)
+        power[i] = std::pow(10.0F, UnpackLoudness(packed[i]) / 10);
+    power = MovingMean(power, BackgroundReach);
+    for (std::size_t i = 0; i < packed.size(); ++i)
+        packed[i] = PackPower(power[i]);
+    return ShareOfSurroundings(packed, BackgroundShare);
+}
+
 /// How strongly a curve of decibels swings about each value, at the pace of syllables.
 Curve Swing(const Curve& decibels) {
     Curve swing = MovingMean(decibels, FastReach);
@@ -153,7 +166,7 @@ Curve Probability(std::span<const SpeechBands> bands) {
     for (std::size_t band = 0; band < SpeechBands::Count; ++band) {
         for (std::size_t i = 0; i < bands.size(); ++i)
             packed[i] = bands[i].power[band];
-        const Curve background = ShareOfSurroundings(packed, BackgroundShare);
+        const Curve background = Background(packed);
         Curve decibels(bands.size());
         for (std::size_t i = 0; i < bands.size(); ++i) {
             decibels[i] = UnpackLoudness(packed[i]);
