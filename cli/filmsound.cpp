@@ -30,6 +30,7 @@ std::unique_ptr<SoundMapper> MapperFor(const std::string& film, int track, doubl
     wish.film = path;
     wish.track = track;
     wish.position = position;
+    wish.background = false;
     return std::make_unique<SoundMapper>(std::move(wish));
 }
 

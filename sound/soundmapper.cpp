@@ -169,7 +169,8 @@ void SoundMapper::Work::Begin() {
     for (int i = 1; i < ThreadCount(m_wish.threads); ++i)
         m_helpers.emplace_back([this] {
             Guarded([this] {
-                WorkInBackground();
+                if (m_wish.background)
+                    WorkInBackground();
                 if (auto another = Open())
                     Grow(std::move(another));
             });
@@ -180,7 +181,7 @@ void SoundMapper::Work::Begin() {
 void SoundMapper::Work::Grow(std::unique_ptr<SoundReader> reader) {
     PageSource source(std::move(reader));
     std::optional<std::size_t> behind;
-    bool background = false;
+    bool hidden = !m_wish.background;
     for (;;) {
         std::optional<PagePlan::Pages> pages;
         {
@@ -193,7 +194,7 @@ void SoundMapper::Work::Grow(std::unique_ptr<SoundReader> reader) {
         for (std::size_t page = pages->first; page < *behind; ++page) {
             Make(source, page);
             // Only the first page is waited for.
-            if (!std::exchange(background, true))
+            if (!std::exchange(hidden, true))
                 WorkInBackground();
             if (m_stop.stop_requested())
                 return;

@@ -6,7 +6,7 @@
 #include <functional>
 #include <memory>
 
-/// Makes the map of one sound track of a film on threads of its own, at low priority,
+/// Makes the map of one sound track of a film on threads of its own, at a low priority,
 /// from the position that is being looked at outward. A map that was made before comes
 /// from the cache. To stop, destroy it: that takes at most 100 ms.
 class SoundMapper {
@@ -34,6 +34,8 @@ class SoundMapper {
         int threads = 0;
         /// false: neither read from the cache nor stored there.
         bool cache = true;
+        /// Whether the work gives way to others once the first page is there.
+        bool background = true;
     };
 
     /// Begins at once. `changed` is called on the threads at work, never two at a time,

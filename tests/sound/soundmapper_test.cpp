@@ -23,6 +23,7 @@ class Mapping : public testing::Test {
         SoundMapper::Wish wish;
         wish.film = Folder / file;
         wish.position = position;
+        wish.background = false;
         return wish;
     }
 
@@ -61,6 +62,15 @@ TEST_F(Mapping, MapsAFilm) {
         for (std::size_t i = 0; i < clicks.size(); ++i)
             EXPECT_NEAR(clicks[i], FirstClick + static_cast<double>(i) * ClickPeriod, 0.001);
     }
+}
+
+TEST_F(Mapping, GivesWayToOthersWhenItIsToldTo) {
+    Ffmpeg(Folder, ClickSound(12) + "a.flac");
+    SoundMapper::Wish wish = Wish("a.flac");
+    wish.background = true;
+    SoundMapper mapper(wish);
+    mapper.Wait();
+    EXPECT_EQ(ClicksIn(*mapper.Map()).size(), 5U);
 }
 
 TEST_F(Mapping, TakesTheMapFromTheCache) {
