@@ -198,9 +198,10 @@ class SamiMender {
                             (Lower(m_text[next]) >= 'a' && Lower(m_text[next]) <= 'z'));
         if (isTag && m_nextClose <= m_at)
             m_nextClose = std::min(m_text.find('>', m_at), m_text.size());
-        const std::size_t close =
-            isTag && m_nextClose < m_text.size() ? m_nextClose : std::string_view::npos;
-        if (close == std::string_view::npos) {
+        if (isTag && m_nextOpen <= m_at)
+            m_nextOpen = std::min(m_text.find('<', next), m_text.size());
+        const std::size_t close = m_nextClose;
+        if (!isTag || close >= m_nextOpen) {
             Note("lone \"<\"", "lone \"<\"");
             Append("&lt;");
             ++m_at;
@@ -382,6 +383,8 @@ class SamiMender {
     std::size_t m_counted = 0;
     /// The next ">" that is known; the end of the text when there is none.
     std::size_t m_nextClose = 0;
+    /// The same for the next "<".
+    std::size_t m_nextOpen = 0;
     std::string_view m_head;
     std::string_view m_foot;
     std::vector<std::string> m_classes;

@@ -207,14 +207,11 @@ class SubRipMender {
         }
     }
 
+    /// Without the end mark of old systems, which some files carry behind their last word.
     void WriteLine(std::string_view line, std::size_t& lines) {
-        std::size_t at = 0;
-        for (std::size_t mark = line.find('\x1A'); mark != std::string_view::npos;
-             mark = line.find('\x1A', at)) {
-            m_mended.text += line.substr(at, mark - at);
-            at = mark + 1;
-        }
-        m_mended.text += line.substr(at);
+        while (line.ends_with('\x1A'))
+            line.remove_suffix(1);
+        m_mended.text += line;
         m_mended.text += LineEnd;
         ++lines;
     }
