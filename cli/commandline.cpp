@@ -128,16 +128,29 @@ class Job {
 
     LoadOutcome Load() {
         LoadHooks hooks;
-        hooks.askFrameRate = [this] {
+        hooks.askFrameRate = [this](std::optional<double> named) {
+            if (named && m_arguments.Has("--repair") && !m_arguments.Has("--frame-rate"))
+                m_frameRate = *named;
             return m_frameRate;
         };
         const std::string& name = In();
         const LoadResult result = LoadTitles(PathOf(name), m_codePage, m_titles, m_style, hooks);
         if (result.outcome == LoadOutcome::NotOpened)
             Say(m_err, name + ": cannot be opened");
+        else if (result.offer && m_arguments.Has("--repair"))
+            return Mend(name, *result.offer);
         else if (!result.message.empty())
             Say(m_err, name + ": " + result.message);
+        if (result.offer)
+            Say(m_err, name + ": a tolerant reading finds more (" +
+                           MendSummary(result.offer->mends, true) + "): --repair");
         return result.outcome;
+    }
+
+    LoadOutcome Mend(const std::string& name, const MendOffer& offer) {
+        Say(m_err, name + ": mended: " + MendSummary(offer.mends, true));
+        TakeOffer(offer, 0, m_titles, m_style);
+        return LoadOutcome::Complete;
     }
 
     bool Save() {

@@ -11,8 +11,9 @@
 
 namespace {
 
-constexpr std::array<Option, 4> Common{
+constexpr std::array<Option, 5> Common{
     {{"--partial", "", "write what could be read of a corrupt file"},
+     {"--repair", "", "read a wild file tolerantly, and say what was mended"},
      {"--frame-rate", "RATE", "frames per second of MicroDVD files (25)"},
      {"--code-page", "NAME", "how a file that is not Unicode is read (windows-1252)"},
      {"--styles", "", "write italics and bold into SubRip files too"}}};

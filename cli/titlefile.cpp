@@ -15,7 +15,7 @@ std::string NameOf(const std::filesystem::path& path) {
 bool TitleFile::Load(const std::filesystem::path& file, const FileManners& manners,
                      std::string& message) {
     LoadHooks hooks;
-    hooks.askFrameRate = [&manners] {
+    hooks.askFrameRate = [&manners](std::optional<double>) {
         return manners.frameRate;
     };
     LoadOutcome outcome = LoadOutcome::NotOpened;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "formats/mending.h"
 #include "model/filestyle.h"
 #include "model/subtitles.h"
 
@@ -70,6 +71,10 @@ struct Format {
                   std::string& out);
     /// What does not come back of titles that were written, beside styles.
     FormatLosses losses = {};
+
+    /// Reads wild files tolerantly, in the language of that number where there are several;
+    /// null when the format has no such reading.
+    MendedText (*mend)(std::string_view text, std::size_t language) = nullptr;
 
     // The rest is for formats that keep more than times and texts.
 

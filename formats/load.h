@@ -1,15 +1,18 @@
 #pragma once
 
 #include "formats/format.h"
+#include "formats/tolerance.h"
 
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <string>
 
 /// What loading asks of whoever shows it. Each may be empty.
 struct LoadHooks {
-    /// Called before a frame-counting file is read; answers the rate, greater than 0.
-    std::function<double()> askFrameRate;
+    /// Called before a frame-counting file is read, with the rate that the file itself names;
+    /// answers the rate, greater than 0.
+    std::function<double(std::optional<double> named)> askFrameRate;
     /// Called once right before the titles are read.
     std::function<void()> loading;
     Progress progress;
@@ -33,6 +36,8 @@ struct LoadResult {
     const Format* format = nullptr;
     /// What to tell the user; empty when there is nothing to tell.
     std::string message;
+    /// What to ask the user after that: a tolerant reading would find more.
+    std::optional<MendOffer> offer;
 };
 
 /// Empties the list and the style, switches undo recording off and reads the file.

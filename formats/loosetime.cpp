@@ -1,5 +1,6 @@
 #include "formats/loosetime.h"
 
+#include "base/ascii.h"
 #include "base/utf8.h"
 #include "formats/mending.h"
 
@@ -10,10 +11,6 @@ namespace {
 
 constexpr std::size_t MostGroups = 4;
 constexpr std::size_t MostDigits = 9;
-
-bool IsDigit(char c) {
-    return c >= '0' && c <= '9';
-}
 
 /// The offset behind the blanks of any kind that begin there.
 std::size_t SkipBlanks(std::string_view text, std::size_t at) {
@@ -31,7 +28,7 @@ struct Groups {
 
 std::string_view ReadDigits(std::string_view text, std::size_t& at) {
     const std::size_t begin = at;
-    while (at < text.size() && IsDigit(text[at]))
+    while (at < text.size() && IsAsciiDigit(text[at]))
         ++at;
     return text.substr(begin, at - begin);
 }

@@ -23,6 +23,8 @@ struct Mend {
 
 /// A language of a SAMI file: the titles of one paragraph class.
 struct MendedLanguage {
+    /// What the mending is asked for it by.
+    std::size_t number = 0;
     /// "ENCC"
     std::string className;
     /// For people, as the style sheet names it; the class where it does not.

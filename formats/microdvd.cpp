@@ -91,5 +91,9 @@ Format MicroDvdFormat() {
                 [](const TextBeginning& beginning) { return beginning.firstLine.starts_with('{'); },
             .read = Read,
             .write = Write,
-            .losses = {.lineMark = '|'}};
+            .losses = {.lineMark = '|'},
+            .mend =
+                [](std::string_view text, std::size_t) {
+                    return MendMicroDvd(text);
+                }};
 }

@@ -1,3 +1,4 @@
+#include "base/ascii.h"
 #include "base/utf8.h"
 #include "formats/entities.h"
 #include "formats/mending.h"
@@ -18,16 +19,6 @@ constexpr double LastMoment = 2e9;
 constexpr std::size_t LongestHead = 1 << 16;
 constexpr std::size_t MostNamed = 50;
 
-char Lower(char c) {
-    return static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
-}
-
-std::string LowerOf(std::string_view text) {
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), Lower);
-    return lower;
-}
-
 bool IsBlank(char c) {
     return c == ' ' || c == '\t' || c == '\r' || c == '\n';
 }
@@ -43,12 +34,12 @@ struct Tag {
         std::size_t end = inner.starts_with('/') ? 1 : 0;
         while (end < inner.size() && !IsBlank(inner[end]) && inner[end] != '/')
             ++end;
-        name = LowerOf(inner.substr(0, end));
+        name = AsciiLower(inner.substr(0, end));
     }
 
     /// The value as it stands, with its quotes; nothing where the tag has no such attribute.
     std::optional<std::string_view> Raw(std::string_view attribute) const {
-        const std::string lower = LowerOf(inner);
+        const std::string lower = AsciiLower(inner);
         for (std::size_t at = lower.find(attribute, name.size()); at != std::string::npos;
              at = lower.find(attribute, at + 1)) {
             std::size_t next = at + attribute.size();
@@ -132,7 +123,7 @@ class SamiMender {
         for (std::size_t at = m_text.find('<'); at != std::string_view::npos;
              at = m_text.find('<', at + 1)) {
             if (m_text.size() - at > name.size() &&
-                LowerOf(m_text.substr(at + 1, name.size())) == name)
+                IsWord(m_text.substr(at + 1, name.size()), name))
                 return at;
         }
         return m_text.size();
@@ -147,7 +138,7 @@ class SamiMender {
         if (!hasBody)
             return Note("missing BODY tag", "missing BODY tags");
         const std::size_t close = std::min(m_text.find('>', m_at), m_text.size() - 1);
-        if (LowerOf(m_text.substr(m_at, close + 1 - m_at)) != "<body>")
+        if (!IsWord(m_text.substr(m_at, close + 1 - m_at), "<body>"))
             Note("BODY tag with attributes", "BODY tags with attributes");
         m_at = close + 1;
         const std::size_t lineEnd = m_text.find_first_of("\r\n", m_at);
@@ -195,7 +186,7 @@ class SamiMender {
         const std::size_t next = m_at + 1;
         const bool isTag = next < m_text.size() &&
                            (m_text[next] == '/' || m_text[next] == '!' || m_text[next] == '?' ||
-                            (Lower(m_text[next]) >= 'a' && Lower(m_text[next]) <= 'z'));
+                            (AsciiLower(m_text[next]) >= 'a' && AsciiLower(m_text[next]) <= 'z'));
         if (isTag && m_nextClose <= m_at)
             m_nextClose = std::min(m_text.find('>', m_at), m_text.size());
         if (isTag && m_nextOpen <= m_at)
@@ -231,7 +222,7 @@ class SamiMender {
             return Note("closing tag", "closing tags");
         if (whole == "<I>" || whole == "</I>" || whole == "<B>" || whole == "</B>") {
             Note("style in capital letters", "styles in capital letters");
-            return Append(LowerOf(whole));
+            return Append(AsciiLower(whole));
         }
         Append(whole);
     }
@@ -245,7 +236,7 @@ class SamiMender {
             return Note("SYNC tag without a time", "SYNC tags without a time");
         std::string_view unit = value;
         unit.remove_prefix(std::min(unit.find_first_not_of("-0123456789."), unit.size()));
-        const std::string lowerUnit = LowerOf(TrimWide(unit));
+        const std::string lowerUnit = AsciiLower(TrimWide(unit));
         if (lowerUnit == "s")
             time *= 1000;
         if (value.size() != raw->size() || !unit.empty())
@@ -260,7 +251,7 @@ class SamiMender {
         const std::optional<std::string_view> raw = tag.Raw("class");
         if (!m_synced)
             return;
-        if (!raw && LowerOf(tag.inner).find("class") != std::string::npos)
+        if (!raw && AsciiLower(tag.inner).find("class") != std::string::npos)
             Note("class without a name", "classes without a name");
         const std::size_t language = raw ? LanguageOf(Unquoted(*raw)) : 0;
         Paragraph& last = m_paragraphs.back();
@@ -278,7 +269,7 @@ class SamiMender {
     }
 
     std::size_t LanguageOf(std::string_view name) {
-        const auto [place, isNew] = m_places.try_emplace(LowerOf(name), m_classes.size());
+        const auto [place, isNew] = m_places.try_emplace(AsciiLower(name), m_classes.size());
         if (isNew)
             m_classes.emplace_back(name);
         return place->second;
@@ -306,10 +297,11 @@ class SamiMender {
     void CountLanguages() {
         if (m_classes.empty())
             m_classes.emplace_back("SUBTTL");
-        const std::string head = LowerOf(m_head.substr(0, LongestHead));
+        const std::string head = AsciiLower(m_head.substr(0, LongestHead));
         for (const std::string& name : m_classes) {
             const bool sought = m_mended.languages.size() < MostNamed;
-            m_mended.languages.push_back({name, sought ? NameOf(name, head) : name, 0});
+            m_mended.languages.push_back(
+                {m_mended.languages.size(), name, sought ? NameOf(name, head) : name, 0});
         }
         for (const Paragraph& paragraph : m_paragraphs)
             m_mended.languages[paragraph.language].titles += HasWords(paragraph) ? 1 : 0;
@@ -317,7 +309,7 @@ class SamiMender {
 
     /// ".ENCC {Name: English; lang: en-US;}"
     std::string NameOf(const std::string& className, const std::string& head) const {
-        const std::size_t rule = head.find("." + LowerOf(className));
+        const std::size_t rule = head.find("." + AsciiLower(className));
         const std::size_t open = rule == std::string::npos ? rule : head.find('{', rule);
         const std::size_t close = open == std::string::npos ? open : head.find('}', open);
         const std::size_t name = close == std::string::npos ? close : head.find("name", open);

@@ -255,5 +255,6 @@ Format SamiFormat() {
             .read = ReadSAMI,
             .write = WriteSAMI,
             .losses = {.emptyTitles = true, .overlaps = true, .blanks = true, .markup = true},
+            .mend = MendSami,
             .keeps = Keeps};
 }

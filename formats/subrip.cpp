@@ -177,5 +177,9 @@ Format SubRipFormat() {
         .recognise =
             [](const TextBeginning& beginning) { return LeadingNumber(beginning.firstLine) > 0; },
         .read = Read,
-        .write = Write};
+        .write = Write,
+        .mend =
+            [](std::string_view text, std::size_t) {
+                return MendSubRip(text);
+            }};
 }

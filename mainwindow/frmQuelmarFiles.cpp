@@ -168,7 +168,7 @@ LoadResult frmQuelmar::LoadDocument() {
     m_document.BeginOther();
     std::optional<frmLoading> loading;
     LoadHooks hooks;
-    hooks.askFrameRate = [this] {
+    hooks.askFrameRate = [this](std::optional<double> /*named*/) {
         return AskFrameRate();
     };
     hooks.loading = [&] {

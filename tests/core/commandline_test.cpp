@@ -251,6 +251,61 @@ TEST_F(CommandLine, WorksInPlace) {
     EXPECT_EQ(Result("IN.srt").front().start, 11);
 }
 
+struct RepairRow {
+    const char* name;
+    std::string_view file;
+    int strictly;
+    Titles mended;
+    const char* said;
+};
+
+class Repair : public CommandLine, public testing::WithParamInterface<RepairRow> {};
+
+TEST_P(Repair, IsDoneWhenAskedForAlone) {
+    const RepairRow& row = GetParam();
+    PutFile(Folder / row.name, row.file);
+    const Ran strictly = Run({"convert", row.name, "OUT.srt"});
+    EXPECT_EQ(strictly.code, row.strictly);
+    EXPECT_EQ(strictly.err.find("--repair") != std::string::npos, *row.said != 0) << strictly.err;
+    EXPECT_EQ(std::filesystem::exists(Folder / "OUT.srt"), row.strictly == 0);
+    const Ran mended = Run({"convert", "--repair", row.name, "OUT.srt"});
+    EXPECT_EQ(mended.code, 0) << mended.err;
+    EXPECT_NE(mended.err.find(row.said), std::string::npos) << mended.err;
+    EXPECT_EQ(Result("OUT.srt"), row.mended);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Repair,
+    testing::Values(
+        RepairRow{"two-lines.srt",
+                  "1\n00:00:01,000 --> 00:00:02,000\nA\n\n\n2\n00:00:03,000 --> 00:00:04,000\nB\n",
+                  1,
+                  {{1, 2, "A"}, {3, 4, "B"}},
+                  "mended: 1 blank line between blocks (line 5)"},
+        RepairRow{"short.srt",
+                  "1\n0:00:01.0 --> 0:00:02.0\nA\n",
+                  0,
+                  {{1, 2, "A"}},
+                  "mended: 1 line of times in another form (line 2)"},
+        RepairRow{"rate.sub",
+                  "{1}{1}50\r\n{50}{100}A\r\n",
+                  0,
+                  {{1, 2, "A"}},
+                  "mended: 1 line that names the frame rate (line 1)"},
+        RepairRow{"body.smi",
+                  "<SAMI><BODY bgcolor=black>\r\n<SYNC Start=1000><P Class=EN>A\r\n"
+                  "<SYNC Start=2000><P Class=EN>&nbsp;\r\n</BODY>\r\n",
+                  1,
+                  {{1, 2, "A"}},
+                  "mended: 1 BODY tag with attributes (line 1), 1 entity (line 3)"},
+        RepairRow{"right.srt", "1\n00:00:01,000 --> 00:00:02,000\nA\n", 0, {{1, 2, "A"}}, ""}));
+
+TEST_F(CommandLine, RepairTakesTheFrameRateThatIsGiven) {
+    PutFile(Folder / "rate.sub", "{1}{1}50\r\n{50}{100}A\r\n");
+    EXPECT_EQ(Run({"convert", "--repair", "--frame-rate", "25", "rate.sub", "OUT.srt"}).code, 0);
+    EXPECT_EQ(Result("OUT.srt"), (Titles{{2, 4, "A"}}));
+}
+
 TEST(TimeArguments, AreTimesOrSeconds) {
     for (const auto& [text, seconds] :
          {std::pair{"00:00:01,500", 1.5}, std::pair{"-01:00:00.250", -3600.25},

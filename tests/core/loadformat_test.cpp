@@ -76,7 +76,7 @@ TEST(Detection, OfEmptyLinesAloneIsARunTimeError) {
 TEST(Detection, AsksForTheFrameRateOfWhatItRecognised) {
     int asked = 0;
     LoadHooks hooks;
-    hooks.askFrameRate = [&asked] {
+    hooks.askFrameRate = [&asked](std::optional<double>) {
         ++asked;
         return 12.5;
     };

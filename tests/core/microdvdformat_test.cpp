@@ -68,7 +68,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(MicroDvdRead, AsksForTheFrameRateBeforeReading) {
     std::string order;
     LoadHooks hooks;
-    hooks.askFrameRate = [&order] {
+    hooks.askFrameRate = [&order](std::optional<double>) {
         order += "rate ";
         return 50;
     };

@@ -26,7 +26,7 @@ struct Sample {
 
     explicit Sample(const std::string& name) {
         LoadHooks hooks;
-        hooks.askFrameRate = [] {
+        hooks.askFrameRate = [](std::optional<double>) {
             return FramesPerSecond;
         };
         const LoadResult result = LoadTitles(Folder / name, "windows-1252", titles, style, hooks);

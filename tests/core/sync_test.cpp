@@ -54,7 +54,7 @@ class Sync : public testing::Test {
         SUBTITLES titles;
         FileStyle style;
         LoadHooks hooks;
-        hooks.askFrameRate = [] {
+        hooks.askFrameRate = [](std::optional<double>) {
             return 25.0;
         };
         LoadTitles(Folder / name, "", titles, style, hooks);

@@ -364,6 +364,67 @@ TEST(MendSummary, CountsEachKind) {
     EXPECT_EQ(MendSummary({}, true), "");
 }
 
+struct OfferRow {
+    const char* what;
+    const char* name;
+    std::string_view file;
+    /// Empty: nothing is offered.
+    const char* question;
+};
+
+class MendingOffers : public testing::TestWithParam<OfferRow> {};
+
+TEST_P(MendingOffers, Asks) {
+    const Loaded loaded = LoadText(GetParam().name, GetParam().file);
+    EXPECT_EQ(loaded.result.offer ? loaded.result.offer->question : "", GetParam().question)
+        << GetParam().what;
+}
+
+#define ONE "00:00:01,000 --> 00:00:02,000\r\n"
+#define TWO "00:00:03,000 --> 00:00:04,000\r\n"
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, MendingOffers,
+    testing::Values(
+        OfferRow{"a right file", "x.srt", "1\r\n" ONE "A\r\n\r\n2\r\n" TWO "B\r\n\r\n", ""},
+        OfferRow{"words that only look like times", "x.srt", "1\r\n" ONE "a --> b & c\r\n\r\n", ""},
+        OfferRow{"an empty file", "x.srt", "", ""},
+        OfferRow{"damage that nothing can mend", "x.srt", "words\r\n", ""},
+        OfferRow{"the message", "x.srt", "1\r\n" ONE "A\r\n\r\n\r\n2\r\n" TWO "B\r\n",
+                 "A tolerant reading finds 2 titles instead of 1 (1 blank line between blocks). "
+                 "Use it?"},
+        OfferRow{"a block in a text", "x.srt", "1\r\n" ONE "A\r\n2\r\n" TWO "B\r\n",
+                 "A tolerant reading finds 2 titles instead of 1 (1 missing empty line between "
+                 "blocks). Use it?"},
+        OfferRow{
+            "times of 0", "x.srt", "1\r\n00:00:01 --> 00:00:02\r\nA\r\n",
+            "A tolerant reading finds other times for 1 of 1 title (1 line of times in another "
+            "form). Use it?"},
+        OfferRow{"damage behind all titles", "x.srt", "1\r\n" ONE "A\r\n\r\n\r\n",
+                 "A tolerant reading finds the same 1 title, and no damage (1 blank line between "
+                 "blocks). Use it?"},
+        OfferRow{"a title without length", "x.sub", "{25}{25}A\r\n", ""},
+        OfferRow{"a format without a tolerant reading of such a file", "x.smi",
+                 "<SAMI><BODY>\r\n<SYNC Start=0><P>A\r\n</BODY>\r\n", ""}));
+
+TEST(MendingOffer, IsTaken) {
+    Loaded loaded = LoadText("x.srt", "1\r\n" ONE "A\r\n\r\n\r\n2\r\n" TWO "B\r\n");
+    ASSERT_TRUE(loaded.result.offer);
+    TakeOffer(*loaded.result.offer, 0, loaded.titles, loaded.style);
+    EXPECT_EQ(Shown(loaded.titles), "1-2 A | 3-4 B");
+    EXPECT_TRUE(loaded.titles.UndoEnabled());
+    EXPECT_EQ(loaded.titles.UndoCount(), 0);
+}
+
+TEST(MendingOffer, OffersLanguagesThatHaveTitles) {
+    Loaded loaded = LoadText("x.smi", TwoLanguages);
+    ASSERT_TRUE(loaded.result.offer);
+    ASSERT_EQ(loaded.result.offer->languages.size(), 2U);
+    TakeOffer(*loaded.result.offer, loaded.result.offer->languages[1].number, loaded.titles,
+              loaded.style);
+    EXPECT_EQ(Shown(loaded.titles), "1-2 Un | 3-13 Deux");
+}
+
 struct TrimRow {
     std::string_view text;
     std::string_view trimmed;

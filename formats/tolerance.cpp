@@ -1,0 +1,102 @@
+#include "formats/tolerance.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+namespace {
+
+constexpr double SameTime = 0.0005;
+
+/// What only the files themselves should hold, not the words of a title.
+bool HoldsMarkup(std::string_view text) {
+    static constexpr std::array<std::string_view, 8> Marks{"-->", "&nbsp;", "</p",  "</P",
+                                                           "</s", "</S",    "<!--", "<br"};
+    // Most texts hold neither of these two characters, and looking for them is quick.
+    return (text.find('>') != std::string_view::npos || text.find('&') != std::string_view::npos) &&
+           std::any_of(Marks.begin(), Marks.end(), [text](std::string_view mark) {
+               return text.find(mark) != std::string_view::npos;
+           });
+}
+
+bool LooksMisread(const SUBTITLES& titles) {
+    for (std::int32_t i = 1; i <= titles.Count(); ++i) {
+        const bool backward = titles.EndTime(i) < titles.StartTime(i) + SameTime;
+        const bool unread = i > 1 && titles.StartTime(i) < SameTime;
+        if (backward || unread || HoldsMarkup(titles.Text(i)))
+            return true;
+    }
+    return false;
+}
+
+bool SameTimes(const SUBTITLES& one, const SUBTITLES& other, std::int32_t i) {
+    return std::abs(one.StartTime(i) - other.StartTime(i)) < SameTime &&
+           std::abs(one.EndTime(i) - other.EndTime(i)) < SameTime;
+}
+
+/// How many of the titles that both have have other times.
+std::int32_t OtherTimes(const SUBTITLES& one, const SUBTITLES& other) {
+    std::int32_t count = 0;
+    for (std::int32_t i = 1; i <= std::min(one.Count(), other.Count()); ++i)
+        count += SameTimes(one, other, i) ? 0 : 1;
+    return count;
+}
+
+std::string Titles(std::int32_t count) {
+    return std::to_string(count) + (count == 1 ? " title" : " titles");
+}
+
+std::string Question(const SUBTITLES& strict, const SUBTITLES& mended, const MendedText& text) {
+    std::string question = "A tolerant reading finds ";
+    const std::int32_t other = OtherTimes(strict, mended);
+    if (mended.Count() != strict.Count())
+        question += Titles(mended.Count()) + " instead of " + std::to_string(strict.Count());
+    else if (other > 0)
+        question += "other times for " + std::to_string(other) + " of " + Titles(mended.Count());
+    else
+        question += "the same " + Titles(mended.Count()) + ", and no damage";
+    const std::string summary = MendSummary(text.mends, false);
+    return question + (summary.empty() ? "" : " (" + summary + ")") + ". Use it?";
+}
+
+SUBTITLES Read(const Format& format, const std::string& text, double frameRate, FileStyle& style) {
+    SUBTITLES titles;
+    format.read(text, frameRate, titles, style, {});
+    return titles;
+}
+
+} // namespace
+
+std::optional<MendOffer> OfferMending(const Format& format, std::string_view text, double frameRate,
+                                      ReadOutcome strictly, const SUBTITLES& titles) {
+    const bool corrupt = strictly == ReadOutcome::Corrupt;
+    if (format.mend == nullptr || strictly == ReadOutcome::Cancelled ||
+        (!corrupt && !LooksMisread(titles)))
+        return std::nullopt;
+    MendedText mended = format.mend(text, 0);
+    FileStyle style;
+    const SUBTITLES loose = Read(format, mended.text, frameRate, style);
+    const bool same = loose.Count() == titles.Count() && OtherTimes(titles, loose) == 0;
+    if (loose.Count() == 0 || (same && !corrupt))
+        return std::nullopt;
+    MendOffer offer{Question(titles, loose, mended),
+                    std::move(mended.mends),
+                    {},
+                    &format,
+                    frameRate,
+                    std::string(text)};
+    for (MendedLanguage& language : mended.languages) {
+        if (language.titles > 0)
+            offer.languages.push_back(std::move(language));
+    }
+    return offer;
+}
+
+void TakeOffer(const MendOffer& offer, std::size_t language, SUBTITLES& titles, FileStyle& style) {
+    const MendedText mended = offer.format->mend(offer.text, language);
+    titles.UndoEnabled(false);
+    titles.Clear();
+    offer.format->read(mended.text, offer.frameRate, titles, style, {});
+    titles.ClearUndo();
+    titles.UndoEnabled(true);
+}
