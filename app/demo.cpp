@@ -188,7 +188,8 @@ class Demo {
             if (dialog == nullptr)
                 return;
             answer.stop();
-            dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
+            // A text put into the box would leave the file that is selected in the list.
+            dialog->selectFile(name);
             Picture("save");
             dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
         });
