@@ -29,6 +29,7 @@ class TitleList {
     virtual std::int32_t SelectedItem() const = 0;
     /// Deselects that one.
     virtual void UnselectItem() = 0;
+    virtual void SelectAll() = 0;
     /// What stands in the row, which need not be what the list holds. Empty
     /// where there is no such row.
     virtual QString RowText(std::int32_t row) const = 0;

@@ -75,10 +75,7 @@ void frmFind::LayOut() {
     columns->addLayout(left, 1);
     columns->addLayout(buttons);
 
-    const std::initializer_list<QWidget*> order{txtFind,   optAny,  optExact, optAll,
-                                                cmdSearch, cmdNext, cmdExit};
-    for (auto control = order.begin(); control + 1 != order.end(); ++control)
-        setTabOrder(*control, *(control + 1));
+    SetTabOrder({txtFind, optAny, optExact, optAll, cmdSearch, cmdNext, cmdExit});
 }
 
 void frmFind::Form_Load() {
@@ -123,10 +120,8 @@ FindMode frmFind::Mode() const {
 }
 
 bool frmFind::Show(TitleSearch::Result result) {
-    if (result == TitleSearch::Result::Found) {
-        List().UnselectItem();
+    if (result == TitleSearch::Result::Found)
         List().GoToTitle(m_search.Index());
-    }
     if (result != TitleSearch::Result::NoMatch)
         return true;
     m_showsMessage = true;

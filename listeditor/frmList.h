@@ -64,6 +64,7 @@ class frmList final : public QMainWindow, public TitleList {
     std::vector<std::int32_t> SelectedRows() const override;
     std::int32_t SelectedItem() const override;
     void UnselectItem() override;
+    void SelectAll() override;
     QString RowText(std::int32_t row) const override;
     QString RowStart(std::int32_t row) const override;
     QString RowDuration(std::int32_t row) const override;
@@ -121,6 +122,7 @@ class frmList final : public QMainWindow, public TitleList {
     void OpenVersions();
     void SelectionChanged();
     void SelectRow(std::int32_t row);
+    void SelectOnly(std::int32_t row);
     void ScrollTo(std::int32_t row);
     bool IsMark(std::int32_t row) const { return row == FirstMark || row == SecondMark; }
     /// The marked rows get the colour of plain ones.

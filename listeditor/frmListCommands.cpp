@@ -42,8 +42,7 @@ void frmList::Undo() {
         index = 1;
     if (!IsMark(index))
         m_rows->SetColour(index, RowColour::Plain);
-    UnselectItem();
-    SelectRow(index);
+    SelectOnly(index);
     ScrollTo(index);
     SetRow(index, QString::fromStdString(Subt().Text(index)), Subt().StartTime(index),
            RoundTime(Subt().EndTime(index) - Subt().StartTime(index)));

@@ -53,10 +53,19 @@ void frmList::SelectRow(std::int32_t row) {
     LV->selectionModel()->setCurrentIndex(index, QItemSelectionModel::NoUpdate);
 }
 
+void frmList::SelectOnly(std::int32_t row) {
+    LV->clearSelection();
+    SelectRow(row);
+}
+
 void frmList::UnselectItem() {
     if (const std::int32_t row = SelectedItem(); row > 0)
         LV->selectionModel()->select(m_rows->index(row - 1, RowModel::Text),
                                      QItemSelectionModel::Deselect | QItemSelectionModel::Rows);
+}
+
+void frmList::SelectAll() {
+    LV->selectAll();
 }
 
 void frmList::ScrollTo(std::int32_t row) {
@@ -70,8 +79,7 @@ void frmList::SelectionChanged() {
 void frmList::GoToTitle(std::int32_t index) {
     if (index < 1 || index > RowCount())
         return;
-    UnselectItem();
-    SelectRow(index);
+    SelectOnly(index);
     ScrollTo(index);
     m_host.MediaPosition(Subt().StartTime(index));
 }

@@ -1,7 +1,6 @@
 #include "editing/corrections.h"
 #include "editing/listcommands.h"
 #include "listeditor/frmList.h"
-#include "listeditor/titleview.h"
 
 #include <array>
 
@@ -193,7 +192,7 @@ std::span<const ListCommand> frmList::Commands() {
                     .shortcut = "Ctrl+A",
                     .run =
                         [](frmList& list) {
-                            list.LV->selectAll();
+                            list.SelectAll();
                         }},
         ListCommand{.entry = "mnuEditBack",
                     .entryCaption = "&Go back",

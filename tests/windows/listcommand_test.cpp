@@ -190,6 +190,14 @@ TEST_F(ListCommands, UndoShowsAndSelectsItsRow) {
     EXPECT_EQ(List().SelectedRows(), std::vector<std::int32_t>{1}) << "there was nothing left";
 }
 
+TEST_F(ListCommands, UndoSelectsItsRowAlone) {
+    Open();
+    Do(3, "Later");
+    Select({1, 2, 4});
+    List().DoCommand("Undo");
+    EXPECT_EQ(List().SelectedRows(), std::vector<std::int32_t>{3});
+}
+
 TEST_F(ListCommands, UndoLeavesTheColourOfMarks) {
     Open();
     Do(5, "Later");

@@ -60,6 +60,14 @@ TEST_F(ListFind, NextStartsTwoTitlesAfterTheMatch) {
     EXPECT_TRUE(find.isVisible());
 }
 
+TEST_F(ListFind, SelectsTheTitleFoundAlone) {
+    frmFind& find = Find({"one", "two", "three", "word"});
+    Select({1, 2, 3});
+    find.txtFind->setText("word");
+    find.cmdSearch->click();
+    EXPECT_EQ(Selected(), Rows{4});
+}
+
 TEST_F(ListFind, AnyWordAsksForTheFirstWord) {
     frmFind& find = Find({"only a dog", "a cat"});
     find.optAny->click();
