@@ -1,5 +1,6 @@
 #include "dialogs/frmShift.h"
 
+#include "dialogs/chosentitles.h"
 #include "dialogs/minutesecondentry.h"
 #include "dialogs/placement.h"
 #include "editing/shift.h"
@@ -22,7 +23,8 @@ frmShift::frmShift(TitleList& list, QWidget* parent)
     , optEnd(Named<QRadioButton>("optEnd", "end, by", this))
     , Amount(new MinuteSecondEntry(this, SecondsRule::CarryIntoMinutes))
     , cmdOK(NewButton("cmdOK", "OK", this))
-    , cmdCancel(NewButton("cmdCancel", "Cancel", this)) {
+    , cmdCancel(NewButton("cmdCancel", "Cancel", this))
+    , Chosen(new ChosenTitles(list, tr("Moves"), cmdOK, this)) {
     LayOut();
     connect(optBeginning, &QRadioButton::clicked, this,
             [this] { Guarded([this] { optBeginning_Click(); }); });
@@ -68,15 +70,13 @@ void frmShift::LayOut() {
     rows->addLayout(current);
     rows->addLayout(direction);
     rows->addLayout(amount);
+    rows->addWidget(Chosen);
     rows->addSpacing(4);
     rows->addLayout(buttons);
     rows->setSizeConstraint(QLayout::SetFixedSize);
 
-    const std::initializer_list<QWidget*> order{optBeginning,    optEnd,         Amount->txtMin,
-                                                Amount->UpDown1, Amount->txtSec, Amount->UpDown2,
-                                                cmdOK,           cmdCancel};
-    for (auto control = order.begin(); control + 1 != order.end(); ++control)
-        setTabOrder(*control, *(control + 1));
+    SetTabOrder({optBeginning, optEnd, Amount->txtMin, Amount->UpDown1, Amount->txtSec,
+                 Amount->UpDown2, Chosen->cmdSelectAll, cmdOK, cmdCancel});
     Amount->txtMin->setFocus();
     Amount->txtMin->selectAll();
 }
@@ -103,14 +103,18 @@ void frmShift::LimitToFirstStart() {
 void frmShift::cmdOK_Click() {
     if (Subt().Count() == 0)
         return Unload();
-    if (Val(Amount->txtMin->text().toStdString()) == 0 &&
-        ToNumber(Amount->txtSec->text().toStdString()) == 0)
+    const std::optional<double> amount = Amount->Ask(this);
+    if (!amount)
+        return;
+    if (*amount == 0)
         return Unload();
-    const double amount = Amount->Amount();
-    const std::vector<std::int32_t> rows = List().SelectedRows();
+    const std::vector<std::int32_t>& rows = Chosen->Numbers();
+    const double delta = optBeginning->isChecked() ? -*amount : *amount;
+    if (!Chosen->MayMap(this, {1, delta}))
+        return;
     {
         const Step step(Subt(), "Shift", Step::Undo::Emptied);
-        ShiftTitles(Subt(), rows, optBeginning->isChecked() ? -amount : amount);
+        ShiftTitles(Subt(), rows, delta);
     }
     List().ShowAllEdited(rows);
     List().LoadList();

@@ -2,6 +2,7 @@
 
 #include "dialogs/listdialog.h"
 
+class ChosenTitles;
 class MinuteSecondEntry;
 class QLineEdit;
 class QRadioButton;
@@ -19,6 +20,7 @@ class frmShift : public ListDialog {
     MinuteSecondEntry* Amount;
     QPushButton* cmdOK;
     QPushButton* cmdCancel;
+    ChosenTitles* Chosen;
 
     void cmdOK_Click();
     void optBeginning_Click();

@@ -1,10 +1,14 @@
 #pragma once
 
 #include "dialogs/listdialog.h"
+#include "dialogs/typedbox.h"
 #include "editing/stretch.h"
 
 #include <array>
+#include <memory>
+#include <optional>
 
+class ChosenTitles;
 class MinuteSecondEntry;
 class QComboBox;
 class QLabel;
@@ -41,6 +45,7 @@ class frmStretch : public ListDialog {
 
     QPushButton* cmdOK;
     QPushButton* cmdCancel;
+    ChosenTitles* Chosen;
 
     void cmdOK_Click();
     void cmdCancel_Click();
@@ -52,6 +57,15 @@ class frmStretch : public ListDialog {
     void LayOutRates();
     void Form_Load();
     void Form_Unload() override;
-    /// The map that the selected tab asks for.
-    TimeMap Map();
+    /// The map that the selected tab asks for, and what is odd about it; nothing, after a
+    /// message, when a box holds what it should not.
+    std::optional<TimeMap> Map(QString& doubt);
+    std::optional<TimeMap> TitlesMap(QString& doubt);
+    /// Where a box holds no time, it counts as far as it can be read.
+    double MomentIn(const TypedBox& box, const QLineEdit& text, QString& doubt) const;
+
+    std::unique_ptr<TypedBox> m_first;
+    std::unique_ptr<TypedBox> m_last;
+    std::unique_ptr<TypedBox> m_currentRate;
+    std::unique_ptr<TypedBox> m_desiredRate;
 };

@@ -1,5 +1,6 @@
 #include "dialogs/frmStretch.h"
 
+#include "dialogs/chosentitles.h"
 #include "dialogs/minutesecondentry.h"
 #include "platform/errorgate.h"
 #include "platform/updown.h"
@@ -68,10 +69,15 @@ frmStretch::frmStretch(TitleList& list, QWidget* parent)
     , cboDesiredRate(FillRates(Named<QComboBox>("cboDesiredRate", PB[2])))
     , lblRateInfo(Named<QLabel>("lblRateInfo", PB[2]))
     , cmdOK(NewButton("cmdOK", "OK", this))
-    , cmdCancel(NewButton("cmdCancel", "Cancel", this)) {
+    , cmdCancel(NewButton("cmdCancel", "Cancel", this))
+    , Chosen(new ChosenTitles(list, tr("Stretches"), cmdOK, this)) {
     LayOut();
-    Amount->AddTimeSpinner(UDFirst, txtFirstSubtitle);
-    Amount->AddTimeSpinner(UDLast, txtLastSubtitle);
+    m_first = std::make_unique<TypedBox>(txtFirstSubtitle, TypedMoment);
+    m_last = std::make_unique<TypedBox>(txtLastSubtitle, TypedMoment);
+    m_currentRate = std::make_unique<TypedBox>(cboCurrentRate->lineEdit(), TypedRate);
+    m_desiredRate = std::make_unique<TypedBox>(cboDesiredRate->lineEdit(), TypedRate);
+    Amount->AddTimeSpinner(UDFirst, *m_first, txtFirstSubtitle);
+    Amount->AddTimeSpinner(UDLast, *m_last, txtLastSubtitle);
     connect(cmdOK, &QPushButton::clicked, this, [this] { Guarded([this] { cmdOK_Click(); }); });
     connect(cmdCancel, &QPushButton::clicked, this, &frmStretch::cmdCancel_Click);
     Form_Load();
@@ -97,12 +103,21 @@ void frmStretch::LayOut() {
     buttons->addWidget(cmdCancel);
     buttons->addStretch();
 
+    auto* left = new QVBoxLayout;
+    left->setSpacing(Gap);
+    left->addWidget(TS, 1);
+    left->addWidget(Chosen);
+
     auto* columns = new QHBoxLayout(this);
     columns->setContentsMargins(12, 12, 12, 12);
     columns->setSpacing(12);
-    columns->addWidget(TS, 1);
+    columns->addLayout(left, 1);
     columns->addLayout(buttons);
-    TS->setFocus();
+    SetTabOrder({TS->tabBar(), txtFirstSubtitle, UDFirst, txtLastSubtitle, UDLast, optStretch,
+                 optShrink, Amount->txtMin, Amount->UpDown1, Amount->txtSec, Amount->UpDown2,
+                 cboCurrentRate, cboDesiredRate, Chosen->cmdSelectAll, cmdOK, cmdCancel});
+    txtFirstSubtitle->setFocus();
+    txtFirstSubtitle->selectAll();
 }
 
 void frmStretch::LayOutTitles() {
@@ -154,11 +169,6 @@ void frmStretch::LayOutAmount() {
     grid->addLayout(direction, 1, 0);
     grid->addLayout(amount, 2, 0);
     grid->setRowStretch(3, 1);
-    setTabOrder(optStretch, optShrink);
-    setTabOrder(optShrink, Amount->txtMin);
-    setTabOrder(Amount->txtMin, Amount->UpDown1);
-    setTabOrder(Amount->UpDown1, Amount->txtSec);
-    setTabOrder(Amount->txtSec, Amount->UpDown2);
 }
 
 void frmStretch::LayOutRates() {

@@ -23,6 +23,11 @@ void ListDialog::done(int result) {
     QDialog::done(result);
 }
 
+void ListDialog::SetTabOrder(std::initializer_list<QWidget*> order) {
+    for (auto control = order.begin(); control + 1 != order.end(); ++control)
+        setTabOrder(*control, *(control + 1));
+}
+
 QPushButton* ListDialog::NewButton(const QString& name, const QString& caption, QWidget* parent) {
     auto* button = new QPushButton(caption, parent);
     button->setObjectName(name);

@@ -4,6 +4,8 @@
 
 #include <QDialog>
 
+#include <initializer_list>
+
 class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
@@ -28,6 +30,8 @@ class ListDialog : public QDialog {
     void Unload() { done(0); }
     virtual void Form_Unload() {}
 
+    /// The order in which Tab visits the controls.
+    static void SetTabOrder(std::initializer_list<QWidget*> order);
     /// A box of one line that only shows something.
     static QLineEdit* NewDisplay(const QString& name, QWidget* parent);
     static void SetTimeWidth(QLineEdit* box);

@@ -9,9 +9,9 @@
 
 namespace {
 
-QLineEdit* NewBox(const QString& name, const QString& spokenName, const QString& widest,
-                  QWidget* panel) {
-    auto* box = new QLineEdit(panel);
+QLineEdit* NewBox(const QString& name, const QString& text, const QString& spokenName,
+                  const QString& widest, QWidget* panel) {
+    auto* box = new QLineEdit(text, panel);
     box->setObjectName(name);
     box->setAccessibleName(spokenName);
     box->setAlignment(Qt::AlignRight);
@@ -29,30 +29,31 @@ UpDown* NewSpinner(const QString& name, QWidget* panel) {
 
 MinuteSecondEntry::MinuteSecondEntry(QWidget* panel, SecondsRule rule)
     : QObject(panel)
-    , txtMin(NewBox("txtMin", tr("Minutes"), "0000", panel))
-    , txtSec(NewBox("txtSec", tr("Seconds"), "00.000", panel))
+    , txtMin(NewBox("txtMin", "0", tr("Minutes"), "0000", panel))
+    , txtSec(NewBox("txtSec", QString::fromStdString(ThousandthsText(0)), tr("Seconds"), "00.000",
+                    panel))
     , UpDown1(NewSpinner("UpDown1", panel))
     , UpDown2(NewSpinner("UpDown2", panel))
     , Timer1(new QTimer(this))
+    , m_minutes(txtMin, TypedMinutes)
+    , m_seconds(txtSec, TypedSeconds)
     , m_rule(rule) {
     Timer1->setObjectName("Timer1");
     Timer1->setInterval(SpinRepeat::FirstInterval);
-    txtMin->setText("0");
-    txtSec->setText(QString::fromStdString(ThousandthsText(0)));
     connect(txtMin, &QLineEdit::textChanged, this,
             [this] { Guarded([this] { txtMin_Change(); }); });
     connect(txtSec, &QLineEdit::textChanged, this,
             [this] { Guarded([this] { txtSec_Change(); }); });
     connect(Timer1, &QTimer::timeout, this, [this] { Guarded([this] { Timer1_Timer(); }); });
     Add(UpDown1,
-        [this](Spin step) { StepBox(*txtMin, StepMinutes(txtMin->text().toStdString(), step)); });
+        [this](Spin step) { StepBox(*txtMin, StepMinutes(m_minutes.LastGoodText(), step)); });
     Add(UpDown2,
-        [this](Spin step) { StepBox(*txtSec, StepSeconds(txtSec->text().toStdString(), step)); });
+        [this](Spin step) { StepBox(*txtSec, StepSeconds(m_seconds.LastGoodText(), step)); });
 }
 
-void MinuteSecondEntry::AddTimeSpinner(UpDown* spinner, QLineEdit* box) {
+void MinuteSecondEntry::AddTimeSpinner(UpDown* spinner, const TypedBox& time, QLineEdit* box) {
     Add(spinner,
-        [this, box](Spin step) { StepBox(*box, StepTime(box->text().toStdString(), step)); });
+        [this, &time, box](Spin step) { StepBox(*box, StepTime(time.LastGoodText(), step)); });
 }
 
 void MinuteSecondEntry::Add(UpDown* spinner, StepHandler step) {
@@ -73,7 +74,9 @@ void MinuteSecondEntry::Add(UpDown* spinner, StepHandler step) {
     });
 }
 
-double MinuteSecondEntry::Amount() const {
+std::optional<double> MinuteSecondEntry::Ask(QWidget* window) const {
+    if (!m_minutes.Ask(window) || !m_seconds.Ask(window))
+        return std::nullopt;
     return AmountOf(txtMin->text().toStdString(), txtSec->text().toStdString());
 }
 
@@ -88,9 +91,13 @@ void MinuteSecondEntry::txtMin_Change() {
 
 void MinuteSecondEntry::txtSec_Change() {
     const auto texts =
-        SecondsInRange(txtMin->text().toStdString(), txtSec->text().toStdString(), m_rule);
-    if (texts)
-        SetBoxes(*texts);
+        SecondsInRange(m_minutes.LastGoodText(), txtSec->text().toStdString(), m_rule);
+    if (!texts)
+        return;
+    // Minutes that are no number stay to be seen.
+    if (texts->minutes != m_minutes.LastGoodText())
+        txtMin->setText(QString::fromStdString(texts->minutes));
+    txtSec->setText(QString::fromStdString(texts->seconds));
 }
 
 void MinuteSecondEntry::Timer1_Timer() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dialogs/typedbox.h"
 #include "editing/minutesecond.h"
 #include "editing/spinrepeat.h"
 
@@ -29,10 +30,11 @@ class MinuteSecondEntry : public QObject {
     QTimer* Timer1;
 
     /// A further spinner, which steps a box with a time text.
-    void AddTimeSpinner(UpDown* spinner, QLineEdit* box);
+    void AddTimeSpinner(UpDown* spinner, const TypedBox& time, QLineEdit* box);
 
-    /// Minutes and seconds as one number; text that is none is a run-time error.
-    double Amount() const;
+    /// Minutes and seconds as one number of seconds; or nothing, after a message about the
+    /// box that holds none.
+    std::optional<double> Ask(QWidget* window) const;
     void SetBoxes(const MinutesSeconds& texts);
 
   private:
@@ -45,6 +47,8 @@ class MinuteSecondEntry : public QObject {
     void Click(std::size_t spinner, Spin step);
     void StepBox(QLineEdit& box, std::optional<std::string> text);
 
+    TypedBox m_minutes;
+    TypedBox m_seconds;
     SecondsRule m_rule;
     SpinRepeat m_repeat;
     /// In the order of the spinners' codes, which begin with 1.

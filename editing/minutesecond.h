@@ -6,8 +6,7 @@
 
 /// The rules of the boxes that take an amount of time as minutes and seconds, and
 /// the steps of the spinners beside them. A box keeps its text where nothing is
-/// answered. Minutes outside 16 bits are the run-time error "Overflow", seconds
-/// that are no number "Type mismatch".
+/// answered, and so it does where its text is no number; a comma is taken for a point.
 
 struct MinutesSeconds {
     std::string minutes;
@@ -20,8 +19,8 @@ enum class SecondsRule {
     Clamp,
 };
 
-/// The amount of seconds that the boxes read now, both as numbers.
-double AmountOf(std::string_view minutes, std::string_view seconds);
+/// The amount of seconds that the boxes read now; nothing unless both are numbers.
+std::optional<double> AmountOf(std::string_view minutes, std::string_view seconds);
 
 /// What the minutes box must hold instead: 0 to 3600.
 std::optional<std::string> MinutesInRange(std::string_view minutes);
@@ -35,5 +34,5 @@ enum class Spin { Down, Up };
 std::optional<std::string> StepMinutes(std::string_view minutes, Spin step);
 /// A tenth of a second less or more, within 0 and 60 (excluded).
 std::optional<std::string> StepSeconds(std::string_view seconds, Spin step);
-/// A second less, while that is above 0, or more.
+/// A second less, while that is above 0, or more, below 100 hours.
 std::optional<std::string> StepTime(std::string_view time, Spin step);

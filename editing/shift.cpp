@@ -1,5 +1,6 @@
 #include "editing/shift.h"
 
+#include "editing/typed.h"
 #include "model/numbers.h"
 
 #include <cmath>
@@ -13,7 +14,8 @@ void ShiftTitles(SUBTITLES& titles, std::span<const std::int32_t> numbers, doubl
 
 std::optional<MinutesSeconds> LimitToStart(std::string_view minutes, std::string_view seconds,
                                            double start) {
-    if (!(Val(minutes) * 60 + ToNumber(seconds) > start))
+    const std::optional<double> rest = TypedNumber(seconds);
+    if (!rest || !(Val(minutes) * 60 + *rest > start))
         return std::nullopt;
     const double whole = std::floor(start / 60);
     return MinutesSeconds{NumberText(whole), ThousandthsText(start - whole * 60)};

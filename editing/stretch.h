@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <span>
+#include <string>
 #include <vector>
 
 /// A linear map of time, t' = t * factor + offset.
@@ -23,6 +24,13 @@ TimeMap MapByAmount(double lastStart, double amount);
 /// Timed at one frame rate, shown at another. A desired rate of 0: run-time
 /// error "Division by zero".
 TimeMap MapByRates(double currentRate, double desiredRate);
+
+/// Whether all times stay within what a time text can tell, below 32768 hours.
+bool CanBeShown(const SUBTITLES& titles, std::span<const std::int32_t> numbers, const TimeMap& map);
+/// What would be odd about the titles after it, in a sentence for people; empty when
+/// nothing would be.
+std::string OddAbout(const SUBTITLES& titles, std::span<const std::int32_t> numbers,
+                     const TimeMap& map);
 
 /// The numbers of all titles, in order.
 std::vector<std::int32_t> AllTitles(const SUBTITLES& titles);

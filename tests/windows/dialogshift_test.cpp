@@ -5,6 +5,7 @@
 #include "tests/windows/dialogtest.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTimer>
@@ -175,33 +176,143 @@ TEST_F(DialogShift, AHeldArrowRepeatsAndItsClickIsSwallowed) {
     EXPECT_EQ(dialog.Amount->txtMin->text(), "1");
 }
 
-TEST_F(DialogShift, SecondsThatAreNoNumberEndTheProgram) {
+TEST_F(DialogShift, ATextThatIsNoNumberIsMarkedAtOnce) {
     frmShift& dialog = OpenDialog();
-    dialog.Amount->txtSec->selectAll();
-    QTest::keyClick(dialog.Amount->txtSec, Qt::Key_Delete);
-    EXPECT_EQ(error, TypeMismatch);
-    error.clear();
+    for (QLineEdit* box : {dialog.Amount->txtMin, dialog.Amount->txtSec}) {
+        const QColor ground = box->palette().color(QPalette::Base);
+        Type(box, "2");
+        Type(box, "2x");
+        EXPECT_NE(box->palette().color(QPalette::Base), ground);
+        EXPECT_TRUE(box->toolTip().startsWith("A number of ")) << box->toolTip().toStdString();
+        EXPECT_EQ(box->text(), "2x");
+        Type(box, "3");
+        EXPECT_EQ(box->palette().color(QPalette::Base), ground);
+        EXPECT_EQ(box->toolTip(), "");
+    }
+    EXPECT_EQ(error, "");
+}
+
+TEST_F(DialogShift, SpinnersCountOnFromTheLastGoodValue) {
+    frmShift& dialog = OpenDialog();
+    Type(dialog.Amount->txtSec, "2");
+    Type(dialog.Amount->txtSec, "");
     ClickHalf(dialog.Amount->UpDown2, true);
-    EXPECT_EQ(error, TypeMismatch);
-    error.clear();
-    dialog.cmdOK->click();
-    EXPECT_EQ(error, TypeMismatch);
+    EXPECT_EQ(dialog.Amount->txtSec->text(), "2.100");
+    dialog.Amount->txtMin->setText("7");
+    dialog.Amount->txtMin->setText("soon");
+    ClickHalf(dialog.Amount->UpDown1, false);
+    EXPECT_EQ(dialog.Amount->txtMin->text(), "6");
+    EXPECT_EQ(error, "");
 }
 
-TEST_F(DialogShift, MinutesBeyondSixteenBitsEndTheProgram) {
-    OpenDialog().Amount->txtMin->setText("40000");
-    EXPECT_EQ(error, Overflow);
-}
-
-TEST_F(DialogShift, MinutesThatAreNoNumberEndTheProgramAtOK) {
+TEST_F(DialogShift, ACommaIsTakenForAPoint) {
     Open();
     Select({2});
     frmShift& dialog = OpenDialog();
-    dialog.Amount->txtMin->setText("2x");
-    EXPECT_EQ(error, "");
+    dialog.optEnd->click();
+    Type(dialog.Amount->txtSec, "2,4");
     dialog.cmdOK->click();
-    EXPECT_EQ(error, TypeMismatch);
+    EXPECT_TRUE(Closed());
+    EXPECT_DOUBLE_EQ(Subt().StartTime(2), 22.4);
+}
+
+struct ComplaintRow {
+    const char* box;
+    const char* typed;
+    const char* complaint;
+};
+
+class DialogShiftRefuses : public DialogShift, public testing::WithParamInterface<ComplaintRow> {};
+
+TEST_P(DialogShiftRefuses, AndStaysOpen) {
+    Open();
+    Select({2});
+    frmShift& dialog = OpenDialog();
+    dialog.Amount->txtMin->setText("1");
+    auto& box = Child<QLineEdit>(dialog, GetParam().box);
+    box.setText(GetParam().typed);
+    {
+        const Modals modals({AnswerMessage(GetParam().complaint)});
+        dialog.cmdOK->click();
+    }
+    ASSERT_FALSE(Closed());
+    EXPECT_EQ(box.text(), GetParam().typed);
+    EXPECT_EQ(dialog.focusWidget(), &box);
     EXPECT_EQ(Subt().StartTime(2), 20);
+    EXPECT_EQ(error, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Texts, DialogShiftRefuses,
+    testing::Values(ComplaintRow{"txtSec", "2,4x", "Not a number of seconds: “2,4x”"},
+                    ComplaintRow{"txtSec", "", "Not a number of seconds: “”"},
+                    ComplaintRow{"txtSec", "25.5.", "Not a number of seconds: “25.5.”"},
+                    ComplaintRow{"txtSec", "1e-400", "Not a number of seconds: “1e-400”"},
+                    ComplaintRow{"txtSec", "5..5", "Not a number of seconds: “5..5”"},
+                    ComplaintRow{"txtMin", "2x", "Not a number of minutes: “2x”"}));
+
+TEST_F(DialogShift, MinutesOfAnySizeAreClamped) {
+    frmShift& dialog = OpenDialog();
+    for (const char* text : {"40000", "99999999999999999999"}) {
+        dialog.Amount->txtMin->setText(text);
+        EXPECT_EQ(dialog.Amount->txtMin->text(), "3600");
+    }
+    EXPECT_EQ(error, "");
+}
+
+TEST_F(DialogShift, TitlesThatCouldNotBeShownAreNotMoved) {
+    Open({{117960000, 117960002, "far out"}});
+    Select({1});
+    frmShift& dialog = OpenDialog();
+    dialog.optEnd->click();
+    Type(dialog.Amount->txtMin, "90");
+    const Modals modals({AnswerMessage("That would move titles beyond what can be shown.")});
+    dialog.cmdOK->click();
+    EXPECT_EQ(Subt().StartTime(1), 117960000);
+}
+
+TEST_F(DialogShift, SaysWhichTitlesItMoves) {
+    Open();
+    Select({2, 3, 4});
+    frmShift& dialog = OpenDialog();
+    EXPECT_EQ(Child<QLabel>(dialog, "lblTitles").text(), "Moves 3 of 5 titles, 2 to 4");
+    EXPECT_TRUE(dialog.cmdOK->isEnabled());
+    Select({1});
+    dialog.optEnd->click();
+    Type(dialog.Amount->txtSec, "1");
+    dialog.cmdOK->click();
+    EXPECT_EQ(Subt().StartTime(1), 10) << "selected after the dialog was opened";
+    EXPECT_EQ(Subt().StartTime(3), 31);
+}
+
+TEST_F(DialogShift, SelectAllTakesAllTitles) {
+    Open();
+    Select({2});
+    frmShift& dialog = OpenDialog();
+    Child<QPushButton>(dialog, "cmdSelectAll").click();
+    EXPECT_EQ(Child<QLabel>(dialog, "lblTitles").text(), "Moves 5 of 5 titles, 1 to 5");
+    EXPECT_FALSE(Child<QPushButton>(dialog, "cmdSelectAll").isEnabled());
+    dialog.optEnd->click();
+    Type(dialog.Amount->txtSec, "1");
+    dialog.cmdOK->click();
+    EXPECT_EQ(Subt().StartTime(5), 51);
+    EXPECT_EQ(List().SelectedRows().size(), 5U);
+}
+
+TEST_F(DialogShift, WithNothingSelectedOkIsOffAndSaysWhy) {
+    frmShift& dialog = OpenDialog();
+    EXPECT_FALSE(dialog.cmdOK->isEnabled());
+    EXPECT_EQ(Child<QLabel>(dialog, "lblTitles").text(), "No title is selected in the list.");
+    EXPECT_EQ(dialog.cmdOK->toolTip(), "No title is selected in the list.");
+    Child<QPushButton>(dialog, "cmdSelectAll").click();
+    EXPECT_TRUE(dialog.cmdOK->isEnabled());
+    EXPECT_EQ(dialog.cmdOK->toolTip(), "");
+}
+
+TEST_F(DialogShift, TabFollowsTheEyeFromTheFirstBox) {
+    Open();
+    Select({2});
+    ExpectTabFollowsTheEye(OpenDialog(), "txtMin");
 }
 
 } // namespace

@@ -100,13 +100,22 @@ TEST_F(DialogStretch, UnselectedRowsStayInEveryMode) {
     EXPECT_NE(Subt().StartTime(2), 60);
 }
 
-TEST_F(DialogStretch, WithNothingSelectedNothingIsSet) {
+TEST_F(DialogStretch, WithNothingSelectedOkIsOffAndSaysWhy) {
     OpenThree();
     List().LV->clearSelection();
     Subt().Text(1, "changed");
-    OpenDialog().cmdOK->click();
+    frmStretch& dialog = OpenDialog();
+    EXPECT_FALSE(dialog.cmdOK->isEnabled());
+    EXPECT_EQ(dialog.cmdOK->toolTip(), "No title is selected in the list.");
+    {
+        const Modals modals({AnswerMessage("No title is selected in the list.")});
+        dialog.cmdOK_Click();
+    }
     EXPECT_FALSE(document().SubtitlesChanged);
-    EXPECT_EQ(Subt().UndoCount(), 0);
+    EXPECT_EQ(Subt().UndoCount(), 1);
+    Child<QPushButton>(dialog, "cmdSelectAll").click();
+    EXPECT_EQ(Child<QLabel>(dialog, "lblTitles").text(), "Stretches 3 of 3 titles, 1 to 3");
+    EXPECT_TRUE(dialog.cmdOK->isEnabled());
 }
 
 struct AmountRow {
@@ -166,32 +175,126 @@ TEST_F(DialogStretch, AnEmptyListLeavesEverything) {
     EXPECT_EQ(error, "");
 }
 
-TEST_F(DialogStretch, TitlesThatStartTogetherEndTheProgram) {
+TEST_F(DialogStretch, TitlesThatStartTogetherAreRefused) {
     Open({{10, 12, "a"}, {10, 13, "b"}});
-    OpenDialog().cmdOK->click();
-    EXPECT_EQ(error, DivisionByZero);
+    List().LV->selectAll();
+    frmStretch& dialog = OpenDialog();
+    const Modals modals(
+        {AnswerMessage("The two marked titles start at the same time. Mark two that do not.")});
+    dialog.cmdOK->click();
+    EXPECT_FALSE(Closed());
+    EXPECT_EQ(error, "");
 }
 
-TEST_F(DialogStretch, RatesThatCannotBeEndTheProgram) {
+TEST_F(DialogStretch, RatesThatCannotBeAreMarkedAndRefused) {
     OpenThree();
     frmStretch& dialog = OpenDialog();
     dialog.TS->setCurrentIndex(2);
-    dialog.cboDesiredRate->setCurrentText("0");
-    dialog.cmdOK->click();
-    EXPECT_EQ(error, DivisionByZero);
-    dialog.cboDesiredRate->setCurrentText("film");
-    dialog.cmdOK->click();
-    EXPECT_EQ(error, TypeMismatch);
+    const QColor ground = dialog.cboDesiredRate->palette().color(QPalette::Base);
+    for (const char* text : {"0", "film", "", "-25", "1e-400", "1001"}) {
+        dialog.cboDesiredRate->setEditText(text);
+        EXPECT_NE(dialog.cboDesiredRate->palette().color(QPalette::Base), ground) << text;
+        EXPECT_EQ(dialog.cboDesiredRate->toolTip(), "A number of frames a second, such as 23.976");
+        const Modals modals({AnswerMessage(QString("Not a frame rate: “%1”").arg(text))});
+        dialog.cmdOK->click();
+        ASSERT_FALSE(Closed());
+    }
     EXPECT_EQ(Subt().StartTime(2), 60);
+    EXPECT_EQ(error, "");
+    dialog.cboCurrentRate->setEditText("50");
+    dialog.cboDesiredRate->setEditText("12,5");
+    EXPECT_EQ(dialog.cboDesiredRate->palette().color(QPalette::Base), ground);
+    dialog.cmdOK->click();
+    EXPECT_EQ(Subt().StartTime(2), 240);
 }
 
-TEST_F(DialogStretch, AnAmountThatIsNoNumberEndsTheProgram) {
+TEST_F(DialogStretch, AnAmountThatIsNoNumberIsRefused) {
     OpenThree();
     frmStretch& dialog = OpenDialog();
     dialog.TS->setCurrentIndex(1);
     dialog.Amount->txtMin->setText("");
+    const Modals modals({AnswerMessage("Not a number of minutes: “”")});
     dialog.cmdOK->click();
-    EXPECT_EQ(error, TypeMismatch);
+    EXPECT_FALSE(Closed());
+    EXPECT_EQ(error, "");
+}
+
+struct DoubtRow {
+    const char* first;
+    const char* last;
+    const char* doubt;
+};
+
+class DialogStretchAsks : public DialogStretch, public testing::WithParamInterface<DoubtRow> {};
+
+TEST_P(DialogStretchAsks, BeforeItDoesAnythingOdd) {
+    OpenThree();
+    frmStretch& dialog = OpenDialog();
+    Type(dialog.txtFirstSubtitle, GetParam().first);
+    Type(dialog.txtLastSubtitle, GetParam().last);
+    const QString question = QString(GetParam().doubt) + "\n\nGo on all the same?";
+    {
+        const Modals modals({AnswerMessage(question, QMessageBox::No)});
+        dialog.cmdOK->click();
+    }
+    ASSERT_FALSE(Closed());
+    EXPECT_EQ(Subt().StartTime(2), 60);
+    EXPECT_FALSE(document().SubtitlesChanged);
+    {
+        const Modals modals({[](QWidget& modal) {
+            QTest::keyClick(&modal, Qt::Key_Escape);
+        }});
+        dialog.cmdOK->click();
+    }
+    ASSERT_FALSE(Closed());
+    EXPECT_EQ(Subt().StartTime(2), 60);
+    const Modals modals({AnswerMessage(question, QMessageBox::Yes)});
+    dialog.cmdOK->click();
+    EXPECT_TRUE(Closed());
+    EXPECT_NE(Subt().StartTime(2), 60);
+    EXPECT_EQ(error, "");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Times, DialogStretchAsks,
+    testing::Values(
+        DoubtRow{"soon", "00:02:02,000", "“soon” is not a time and counts as 00:00:00,000."},
+        DoubtRow{"00:00:12,000", "00:00:12,000",
+                 "All these titles would start and end at the same moment."},
+        DoubtRow{"00:02:02,000", "00:00:12,000", "The titles would come in reverse order."},
+        DoubtRow{"-00:00:05,000", "00:02:02,000", "1 title would start before the film does."},
+        DoubtRow{"00:00:50,000", "later",
+                 "“later” is not a time and counts as 00:00:00,000.\n"
+                 "The titles would come in reverse order."}));
+
+TEST_F(DialogStretch, TakesShorterFormsOfTimes) {
+    OpenThree();
+    frmStretch& dialog = OpenDialog();
+    Type(dialog.txtFirstSubtitle, "12");
+    Type(dialog.txtLastSubtitle, "2:02,5");
+    dialog.cmdOK->click();
+    EXPECT_TRUE(Closed());
+    EXPECT_DOUBLE_EQ(Subt().StartTime(1), 12);
+    EXPECT_DOUBLE_EQ(Subt().StartTime(3), 122.5);
+}
+
+TEST_F(DialogStretch, ATextThatIsNoTimeIsMarkedAtOnce) {
+    OpenThree();
+    frmStretch& dialog = OpenDialog();
+    const QColor ground = dialog.txtFirstSubtitle->palette().color(QPalette::Base);
+    Type(dialog.txtFirstSubtitle, "0:0x");
+    EXPECT_NE(dialog.txtFirstSubtitle->palette().color(QPalette::Base), ground);
+    EXPECT_EQ(dialog.txtFirstSubtitle->toolTip(), "A time, such as 00:01:02,300, 1:02.3 or 62.3");
+    QTest::mouseClick(dialog.UDFirst, Qt::LeftButton, {}, {5, 3});
+    EXPECT_EQ(dialog.txtFirstSubtitle->text(), "00:00:01,000") << "0:0 was the last good one";
+    EXPECT_EQ(dialog.txtFirstSubtitle->palette().color(QPalette::Base), ground);
+}
+
+TEST_F(DialogStretch, TabFollowsTheEyeFromTheFirstBox) {
+    OpenThree();
+    List().LV->clearSelection();
+    Select({1, 2});
+    ExpectTabFollowsTheEye(OpenDialog(), "txtFirstSubtitle");
 }
 
 TEST_F(DialogStretch, SecondsAreClampedAndNotCarried) {

@@ -40,13 +40,35 @@ class DialogTest : public ListTest {
         QTest::keyClicks(box, text);
     }
 
+    /// From the box that has the focus at first, Tab goes down and to the right, through
+    /// all controls that take it, and comes back.
+    static void ExpectTabFollowsTheEye(QWidget& dialog, const char* first) {
+        dialog.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        const QWidget* begin = dialog.focusWidget();
+        ASSERT_NE(begin, nullptr);
+        EXPECT_EQ(begin->objectName(), first);
+        QPoint before;
+        int rises = 0;
+        int visited = 0;
+        do {
+            const QWidget* now = dialog.focusWidget();
+            const QRect place(now->mapTo(&dialog, QPoint()), now->size());
+            const bool sameLine = place.top() <= before.y() && place.bottom() >= before.y();
+            if (sameLine ? place.center().x() <= before.x() : place.center().y() <= before.y())
+                ++rises;
+            before = place.center();
+            QTest::keyClick(dialog.focusWidget(), Qt::Key_Tab);
+        } while (dialog.focusWidget() != begin && ++visited < 40);
+        EXPECT_GE(visited, 5);
+        EXPECT_LT(visited, 40);
+        // Up again once, from the last control to the first.
+        EXPECT_LE(rises, 1);
+    }
+
     std::string error;
 
   private:
     ErrorReporter m_before;
     QPointer<DIALOG> m_dialog;
 };
-
-inline const std::string TypeMismatch = "Run-time error '13':\n\nType mismatch";
-inline const std::string Overflow = "Run-time error '6':\n\nOverflow";
-inline const std::string DivisionByZero = "Run-time error '11':\n\nDivision by zero";
