@@ -110,10 +110,7 @@ void frmEdit::LayOut() {
     form->addWidget(PB);
     setMinimumSize(ToPixels(MinimumWidth), ToPixels(MinimumHeight));
 
-    const std::initializer_list<QWidget*> order{txtSubt, txtStart, txtDuration, cmdB,
-                                                cmdI,    cmdOK,    cmdCancel};
-    for (auto control = order.begin(); control + 1 != order.end(); ++control)
-        setTabOrder(*control, *(control + 1));
+    SetTabOrder({txtSubt, txtStart, txtDuration, cmdB, cmdI, cmdOK, cmdCancel});
     txtSubt->setFocus();
 }
 
@@ -127,8 +124,14 @@ void frmEdit::Form_Load() {
 
     m_index = List().SelectedItem();
     txtSubt->Load(List().RowText(m_index));
-    txtStart->setText(List().RowStart(m_index));
-    txtDuration->setText(List().RowDuration(m_index));
+    m_loadedStart = List().RowStart(m_index);
+    m_loadedDuration = List().RowDuration(m_index);
+    txtStart->setText(m_loadedStart);
+    txtDuration->setText(m_loadedDuration);
+    if (m_index > 0) {
+        m_start = std::make_unique<TypedBox>(txtStart, TypedMoment);
+        m_duration = std::make_unique<TypedBox>(txtDuration, TypedSeconds);
+    }
     for (QWidget* box : std::initializer_list<QWidget*>{txtSubt, txtStart, txtDuration, cmdB, cmdI})
         box->setEnabled(m_index > 0);
     UpdateTagButtons();
@@ -166,6 +169,24 @@ void frmEdit::cmdI_Click() {
     InsertMark(m_open.italic ? "</i>" : "<i>");
 }
 
+std::optional<frmEdit::Times> frmEdit::AskTimes() {
+    const double ownStart = Subt().StartTime(m_index);
+    const double ownEnd = Subt().EndTime(m_index);
+    double start = ownStart;
+    if (txtStart->text() != m_loadedStart) {
+        const std::optional<double> typed = m_start->Ask(this);
+        if (!typed)
+            return std::nullopt;
+        start = *typed;
+    }
+    if (txtDuration->text() == m_loadedDuration)
+        return Times{start, start == ownStart ? ownEnd : start + (ownEnd - ownStart)};
+    const std::optional<double> duration = m_duration->Ask(this);
+    if (!duration)
+        return std::nullopt;
+    return Times{start, EndAfter(start, *duration)};
+}
+
 void frmEdit::cmdOK_Click() {
     if (m_index == 0)
         return Unload();
@@ -173,8 +194,10 @@ void frmEdit::cmdOK_Click() {
     const std::string text = WithClosingMarks(typed);
     if (text != typed)
         AppendToBox(*txtSubt, QString::fromStdString(text.substr(typed.size())));
-    const double start = ParseTime(txtStart->text().toStdString());
-    const double end = EndAfter(start, txtDuration->text().toStdString());
+    const std::optional<Times> times = AskTimes();
+    if (!times)
+        return;
+    const auto [start, end] = *times;
     const std::string_view why = WhyNot(Subt(), m_index, start, end);
     if (!why.empty())
         return ShowMessage(this, QString::fromUtf8(why.data(), static_cast<int>(why.size())));

@@ -2,9 +2,12 @@
 
 #include "dialogs/listdialog.h"
 #include "dialogs/titlebox.h"
+#include "dialogs/typedbox.h"
 #include "editing/edittitle.h"
 
 #include <cstdint>
+#include <memory>
+#include <optional>
 
 class QLineEdit;
 
@@ -36,6 +39,18 @@ class frmEdit : public ListDialog {
     void UpdateTagButtons();
     void InsertMark(const QString& mark);
 
+    /// The times that the boxes mean: the title's own while a box is left alone.
+    struct Times {
+        double start;
+        double end;
+    };
+    /// Nothing, after a message, when a box holds what it should not.
+    std::optional<Times> AskTimes();
+
     std::int32_t m_index = 0;
+    QString m_loadedStart;
+    QString m_loadedDuration;
+    std::unique_ptr<TypedBox> m_start;
+    std::unique_ptr<TypedBox> m_duration;
     OpenMarks m_open;
 };

@@ -1,15 +1,18 @@
 #include "editing/edittitle.h"
 
-#include "model/numbers.h"
 #include "model/step.h"
 #include "model/times.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace {
 
 /// Far below the millisecond: what adding and parsing times leave behind.
 constexpr double Noise = 1e-7;
+/// Times that look the same to the millisecond differ by up to this.
+constexpr double Unseen = 0.0005 + Noise;
+constexpr double TooLate = 32768 * 3600.0;
 
 bool SameTime(double one, double other) {
     return std::abs(one - other) < Noise;
@@ -42,20 +45,22 @@ std::string WithClosingMarks(std::string text) {
     return text;
 }
 
-double EndAfter(double start, std::string_view duration) {
-    return RoundTime(Val(duration)) + start;
+double EndAfter(double start, double duration) {
+    return RoundTime(duration) + start;
 }
 
 std::string_view WhyNot(const SUBTITLES& titles, std::int32_t index, double start, double end) {
+    if (!(std::max(std::abs(start), std::abs(end)) < TooLate))
+        return "The title would lie beyond what can be shown.";
     if (end <= 0)
         return "The duration cannot be negative or zero.";
     if (index <= 1) {
-        if (start < 0)
+        if (start < -Unseen)
             return "The title cannot start before the start of the media.";
-    } else if (start < titles.EndTime(index - 1) - Noise) {
+    } else if (start < titles.EndTime(index - 1) - Unseen) {
         return "This would start the title before the end of the previous one.";
     }
-    if (index < titles.Count() && end > titles.EndTime(index + 1) + Noise)
+    if (index < titles.Count() && end > titles.EndTime(index + 1) + Unseen)
         return "This would make the subtitle last until after the start of the next one.";
     return {};
 }

@@ -21,11 +21,11 @@ OpenMarks MarksAtCaret(std::string_view text, std::size_t caret);
 /// The text with "</b>" and "</i>" added for marks that are still open at its end.
 std::string WithClosingMarks(std::string text);
 
-/// The end of a title that lasts that many seconds, as typed; text that begins
-/// with no number lasts 0.
-double EndAfter(double start, std::string_view duration);
+/// The end of a title that lasts that many seconds, to the millisecond.
+double EndAfter(double start, double duration);
 
 /// Why a title must not have these times beside its neighbours; empty when it may.
+/// Half a millisecond, which no box shows, is not looked at.
 std::string_view WhyNot(const SUBTITLES& titles, std::int32_t index, double start, double end);
 
 /// Writes the title as one undo step. false: it was like that already.

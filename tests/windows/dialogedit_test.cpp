@@ -3,12 +3,14 @@
 #include "tests/windows/dialogtest.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 
 namespace {
 
 constexpr const char* NoDuration = "The duration cannot be negative or zero.";
+constexpr const char* Beyond = "The title would lie beyond what can be shown.";
 constexpr const char* BeforeMedia = "The title cannot start before the start of the media.";
 constexpr const char* BeforePrevious =
     "This would start the title before the end of the previous one.";
@@ -92,7 +94,11 @@ INSTANTIATE_TEST_SUITE_P(Rows, DialogEditRefuses,
                                          Refused{3, "00:00:03,000", "-5", NoDuration},
                                          Refused{3, "00:00:21,999", "1", BeforePrevious},
                                          Refused{3, "00:00:30,000", "12.001", IntoNext},
-                                         Refused{1, "", "", NoDuration}));
+                                         Refused{1, "", "", "Not a time: “”"},
+                                         Refused{3, "soon", "2", "Not a time: “soon”"},
+                                         Refused{3, "00:00:30,000", "2,4x",
+                                                 "Not a number of seconds: “2,4x”"},
+                                         Refused{5, "00:00:50,000", "1e300", Beyond}));
 
 struct Accepted {
     std::int32_t row;
@@ -128,8 +134,87 @@ INSTANTIATE_TEST_SUITE_P(Rows, DialogEditAccepts,
                                          Accepted{3, "00:00:30,000", "11", 30, 41},
                                          Accepted{3, "00:00:30,000", "12", 30, 42},
                                          Accepted{3, "00:00:22,000", "2", 22, 24},
-                                         Accepted{5, "00:00:50,000", "1000.5", 50, 1050.5},
-                                         Accepted{3, "00:00:30,000", "abc", 30, 30}));
+                                         Accepted{5, "00:00:50,000", "1000.5", 50, 1050.5}));
+
+TEST_F(DialogEdit, TakesTimesAsPeopleTypeThem) {
+    frmEdit& dialog = Edit(1);
+    Type(dialog.txtStart, "00:00:07,9");
+    Type(dialog.txtDuration, "2,5");
+    dialog.cmdOK->click();
+    EXPECT_TRUE(Closed());
+    EXPECT_DOUBLE_EQ(Subt().StartTime(1), 7.9);
+    EXPECT_DOUBLE_EQ(Subt().EndTime(1), 10.4);
+    EXPECT_EQ(Cell(1, 1), "00:00:07,900");
+}
+
+TEST_F(DialogEdit, MarksWhatIsNoTimeAtOnce) {
+    frmEdit& dialog = Edit(1);
+    const QColor ground = dialog.txtStart->palette().color(QPalette::Base);
+    Type(dialog.txtStart, "1:2:3:4");
+    Type(dialog.txtDuration, "2s");
+    for (const QLineEdit* box : {dialog.txtStart, dialog.txtDuration})
+        EXPECT_NE(box->palette().color(QPalette::Base), ground);
+    EXPECT_EQ(dialog.txtDuration->toolTip(), "A number of seconds, such as 2.4");
+    Type(dialog.txtDuration, "2");
+    EXPECT_EQ(dialog.txtDuration->toolTip(), "Edit the subtitle duration");
+}
+
+/// Times as a stretch leaves them, each title up to the next one.
+class DialogEditOffTheGrid : public DialogEdit {
+  protected:
+    DialogEditOffTheGrid() {
+        std::vector<TestTitle> titles;
+        for (int i = 1; i <= 5; ++i)
+            titles.push_back({i * 3.0 * Factor, (i + 1) * 3.0 * Factor, std::to_string(i)});
+        Open(titles);
+    }
+    static double At(int i) { return i * 3.0 * Factor; }
+
+    static constexpr double Factor = 25 / 23.976;
+};
+
+TEST_F(DialogEditOffTheGrid, OkWithoutAChangeWritesNothing) {
+    for (std::int32_t row = 1; row <= 5; ++row) {
+        Edit(row).cmdOK->click();
+        ASSERT_TRUE(Closed()) << row;
+    }
+    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_EQ(Subt().UndoCount(), 0);
+    EXPECT_EQ(host.changes, 0);
+}
+
+TEST_F(DialogEditOffTheGrid, BoxesLeftAloneKeepTheTitlesOwnTimes) {
+    frmEdit& text = Edit(2);
+    text.txtSubt->setPlainText("typed");
+    text.cmdOK->click();
+    ASSERT_TRUE(Closed());
+    EXPECT_EQ(Subt().Text(2), "typed");
+    EXPECT_EQ(Subt().StartTime(2), At(2));
+    EXPECT_EQ(Subt().EndTime(2), At(3));
+    frmEdit& duration = Edit(3);
+    Type(duration.txtDuration, "1.5");
+    duration.cmdOK->click();
+    ASSERT_TRUE(Closed());
+    EXPECT_EQ(Subt().StartTime(3), At(3));
+    EXPECT_DOUBLE_EQ(Subt().EndTime(3), At(3) + 1.5);
+    frmEdit& start = Edit(5);
+    Type(start.txtStart, "00:00:20,000");
+    start.cmdOK->click();
+    ASSERT_TRUE(Closed());
+    EXPECT_EQ(Subt().StartTime(5), 20);
+    EXPECT_DOUBLE_EQ(Subt().EndTime(5), 20 + (At(6) - At(5)));
+}
+
+TEST_F(DialogEditOffTheGrid, ContiguousTitlesTakeTheTimesThatTheirNeighboursShow) {
+    for (std::int32_t row = 2; row <= 4; ++row) {
+        const std::string shown = Cell(row, 1).toStdString();
+        frmEdit& dialog = Edit(row);
+        Type(dialog.txtStart, (shown + "0").c_str());
+        dialog.cmdOK->click();
+        ASSERT_TRUE(Closed()) << row;
+        EXPECT_NEAR(Subt().StartTime(row), At(row), 0.0006);
+    }
+}
 
 TEST_F(DialogEdit, UpdatesItsRow) {
     frmEdit& dialog = Edit(2);
