@@ -64,7 +64,9 @@ void MinuteSecondEntry::Add(UpDown* spinner, StepHandler step) {
     connect(spinner, &UpDown::UpClick, this,
             [this, number] { Guarded([&] { Click(number, Spin::Up); }); });
     connect(spinner, &UpDown::MouseDown, this, [this, number, spinner](int y) {
-        m_repeat.MouseDown(static_cast<int>(number) + 1, y, spinner->height());
+        // The middle row belongs to the arrow that is drawn there.
+        const int end = spinner->IsUpper(y) ? 0 : spinner->height();
+        m_repeat.MouseDown(static_cast<int>(number) + 1, end, spinner->height());
         Timer1->start(m_repeat.Interval());
     });
     connect(spinner, &UpDown::MouseUp, this, [this] {

@@ -70,7 +70,7 @@ void UpDown::mousePressEvent(QMouseEvent* event) {
     if (event->button() != Qt::LeftButton)
         return;
     const int y = event->position().toPoint().y();
-    m_pressed = y < height() / 2 ? Half::Upper : Half::Lower;
+    m_pressed = IsUpper(y) ? Half::Upper : Half::Lower;
     update();
     emit MouseDown(y);
 }

@@ -14,6 +14,9 @@ class UpDown : public QWidget {
 
     QSize sizeHint() const override;
 
+    /// Whether the arrow up is drawn at this height (pixels from the top).
+    bool IsUpper(int y) const { return y < height() / 2; }
+
   signals:
     /// A click counts for the half that was pressed and comes with the release,
     /// right after `MouseUp`; the arrow keys click too.

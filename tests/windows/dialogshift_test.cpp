@@ -176,6 +176,21 @@ TEST_F(DialogShift, AHeldArrowRepeatsAndItsClickIsSwallowed) {
     EXPECT_EQ(dialog.Amount->txtMin->text(), "1");
 }
 
+TEST_F(DialogShift, TheMiddleRowStepsTheWayThatIsDrawn) {
+    frmShift& dialog = OpenDialog();
+    UpDown* spinner = dialog.Amount->UpDown1;
+    for (const int height : {24, 25}) {
+        spinner->setFixedHeight(height);
+        dialog.Amount->txtMin->setText("9");
+        QTest::mousePress(spinner, Qt::LeftButton, {}, {5, height / 2});
+        QMetaObject::invokeMethod(dialog.Amount->Timer1, "timeout");
+        QTest::mouseRelease(spinner, Qt::LeftButton, {}, {5, height / 2});
+        EXPECT_EQ(dialog.Amount->txtMin->text(), "8") << height;
+        QTest::mouseClick(spinner, Qt::LeftButton, {}, {5, height / 2});
+        EXPECT_EQ(dialog.Amount->txtMin->text(), "7") << height;
+    }
+}
+
 TEST_F(DialogShift, ATextThatIsNoNumberIsMarkedAtOnce) {
     frmShift& dialog = OpenDialog();
     for (QLineEdit* box : {dialog.Amount->txtMin, dialog.Amount->txtSec}) {
