@@ -207,6 +207,16 @@ QString RowModel::ToolTip(std::int32_t row) const {
     }
 }
 
+QString RowModel::SpokenText(std::int32_t row) const {
+    QString text = CellText(row, Text).simplified();
+    const int mark = MarkOf ? MarkOf(row) : 0;
+    if (mark != 0)
+        text += mark == 1 ? tr(", first mark") : tr(", second mark");
+    if (At(row).colour == RowColour::Edited)
+        text += tr(", edited");
+    return text;
+}
+
 QVariant RowModel::data(const QModelIndex& index, int role) const {
     const std::int32_t row = index.row() + 1;
     if (!index.isValid() || !Holds(row))
@@ -220,6 +230,8 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
         return ToolTip(row);
+    case Qt::AccessibleTextRole:
+        return index.column() == Text ? SpokenText(row) : QVariant();
     case MarkRole:
         return MarkOf ? MarkOf(row) : 0;
     case Qt::TextAlignmentRole:

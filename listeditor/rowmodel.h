@@ -80,6 +80,8 @@ class RowModel : public QAbstractTableModel {
     void Fill(const SUBTITLES& titles, std::int32_t equalTexts);
     QVariant Colour(std::int32_t row) const;
     QString ToolTip(std::int32_t row) const;
+    /// The row's text, then its mark and whether it was edited, in words.
+    QString SpokenText(std::int32_t row) const;
 
     std::vector<Row> m_rows;
     std::optional<std::vector<Row>> m_own;
