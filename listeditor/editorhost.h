@@ -2,7 +2,10 @@
 
 #include "model/document.h"
 
+#include <QRect>
+
 #include <cstdint>
+#include <optional>
 
 /// What the list editor needs of the main window.
 class EditorHost {
@@ -12,6 +15,10 @@ class EditorHost {
     virtual Document& document() = 0;
     /// Moves the player, in seconds; does nothing without media.
     virtual void MediaPosition(double seconds) = 0;
+    /// Where the player is, in seconds; nothing without media.
+    virtual std::optional<double> FilmPosition() const { return std::nullopt; }
+    /// Where the film's picture is on the screen; empty where there is none.
+    virtual QRect FilmPlace() const { return {}; }
     /// The title that the main window is showing or about to show; at least 1.
     virtual std::int32_t ShownTitle() const = 0;
     /// Enables or disables `cmdEdit`, `cmdAdjust`, `cmdGreen` and `cmdBlue` together.

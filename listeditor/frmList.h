@@ -28,7 +28,7 @@ class frmList final : public QMainWindow, public TitleList {
     ~frmList() override;
 
     TitleView* LV;
-    QToolBar* TB;
+    QToolBar* TB = nullptr;
 
     /// The titles marked first and second for stretching.
     std::int32_t FirstMark = 0;
@@ -43,6 +43,10 @@ class frmList final : public QMainWindow, public TitleList {
     /// Keeps the first mark before the second. The rows keep their colours.
     void MarkChanged();
 
+    /// Stretches the selected titles so that the marked ones start at the blue and the
+    /// green mark.
+    void StretchToMarks();
+
     /// The main window has come to title i while playing.
     void FollowTitle(std::int32_t i);
     void UndoPossible(bool possible);
@@ -54,6 +58,8 @@ class frmList final : public QMainWindow, public TitleList {
     void LV_AfterLabelEdit(std::int32_t row, const QString& newString);
     void mnuTimeFirst_Click();
     void mnuTimeSecond_Click();
+    void mnuTimeFirstHere_Click();
+    void mnuTimeSecondHere_Click();
     void mnuViewFont_Click();
     void mnuViewToolbar_Click();
 
@@ -86,6 +92,7 @@ class frmList final : public QMainWindow, public TitleList {
 
   private:
     void LayOut();
+    void PlaceForFirstTime();
     void ConnectList();
     void Form_Load();
     void Form_Resize();
@@ -130,6 +137,8 @@ class frmList final : public QMainWindow, public TitleList {
     /// Marks the first and the last title.
     void MarkEnds();
     void MarkDocumentEnds();
+    /// The player's position, or nothing after a message that there is no film.
+    std::optional<double> AskPosition();
     void Mark(std::int32_t& mark, std::int32_t otherMark, RowColour colour);
     void UpdateDelete();
 

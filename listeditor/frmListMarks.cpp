@@ -1,13 +1,16 @@
 #include "listeditor/frmList.h"
 
+#include "dialogs/frmStretch.h"
 #include "editing/edittitle.h"
 #include "listeditor/rowmodel.h"
 #include "listeditor/titleview.h"
+#include "model/times.h"
 #include "platform/errorgate.h"
 #include "platform/messageboxes.h"
 
 #include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -201,6 +204,33 @@ void frmList::mnuTimeFirst_Click() {
 
 void frmList::mnuTimeSecond_Click() {
     Mark(SecondMark, FirstMark, RowColour::SecondMark);
+}
+
+std::optional<double> frmList::AskPosition() {
+    const std::optional<double> position = m_host.FilmPosition();
+    if (!position)
+        ShowMessage(this, tr("No film is open."));
+    return position;
+}
+
+void frmList::mnuTimeFirstHere_Click() {
+    if (const auto position = AskPosition())
+        document().BlueMark(*position);
+}
+
+void frmList::mnuTimeSecondHere_Click() {
+    if (const auto position = AskPosition())
+        document().GreenMark(*position);
+}
+
+void frmList::StretchToMarks() {
+    if (!(document().BlueMark() < document().GreenMark()))
+        return ShowMessage(this, tr("Title times have been set to an illegal order."));
+    auto* stretch = new frmStretch(*this, this);
+    stretch->txtFirstSubtitle->setText(QString::fromStdString(FormatTime(document().BlueMark())));
+    stretch->txtLastSubtitle->setText(QString::fromStdString(FormatTime(document().GreenMark())));
+    stretch->show();
+    stretch->cmdOK_Click();
 }
 
 void frmList::MarkChanged() {

@@ -233,6 +233,36 @@ std::span<const ListCommand> frmList::Commands() {
                         [](frmList& list) {
                             list.mnuTimeSecond_Click();
                         }},
+        ListCommand{.entry = "mnuTimeFirstHere",
+                    .entryCaption = "First &mark starts here",
+                    .menu = ListMenu::Timing,
+                    .place = 110,
+                    .shortcut = "Ctrl+B",
+                    .everywhere = true,
+                    .run =
+                        [](frmList& list) {
+                            list.mnuTimeFirstHere_Click();
+                        }},
+        ListCommand{.entry = "mnuTimeSecondHere",
+                    .entryCaption = "Second ma&rk starts here",
+                    .menu = ListMenu::Timing,
+                    .place = 120,
+                    .shortcut = "Ctrl+G",
+                    .everywhere = true,
+                    .run =
+                        [](frmList& list) {
+                            list.mnuTimeSecondHere_Click();
+                        }},
+        ListCommand{.entry = "mnuTimeStretchBoth",
+                    .entryCaption = "Stretch to &both",
+                    .menu = ListMenu::Timing,
+                    .place = 130,
+                    .shortcut = "Ctrl+J",
+                    .everywhere = true,
+                    .run =
+                        [](frmList& list) {
+                            list.StretchToMarks();
+                        }},
         ListCommand{.entry = "mnuViewFont",
                     .entryCaption = "&Font...",
                     .menu = ListMenu::View,

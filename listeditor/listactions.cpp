@@ -33,13 +33,15 @@ struct Separator {
     int place;
 };
 
-constexpr std::array<Separator, 5> Separators{{{"mnuEditSepa1", ListMenu::Edit, 20},
+constexpr std::array<Separator, 6> Separators{{{"mnuEditSepa1", ListMenu::Edit, 20},
                                                {"mnuEditSepa2", ListMenu::Edit, 50},
                                                {"mnuTimeSepa3", ListMenu::Edit, 70},
                                                {"mnuListSepa1", ListMenu::List, 90},
-                                               {"mnuTimeSepa1", ListMenu::Timing, 50}}};
+                                               {"mnuTimeSepa1", ListMenu::Timing, 50},
+                                               {"mnuTimeSepa2", ListMenu::Timing, 100}}};
 
-constexpr int IconSide = 22;
+constexpr int LeastIconSide = 22;
+constexpr double IconPerLine = 1.35;
 
 } // namespace
 
@@ -53,6 +55,7 @@ ListActions::ListActions(QMainWindow& window, std::span<const ListCommand> comma
     for (const ListCommand& command : commands)
         if (*command.caption != '\0')
             AddButton(command, button);
+    FitIcons(window.fontMetrics());
     for (const Menu& menu : Menus)
         AddMenu(window, menu.menu, commands, entry);
 }
@@ -63,7 +66,6 @@ void ListActions::AddButton(const ListCommand& command, const Handler& handler) 
     button->setText(QString::fromLatin1(command.caption));
     button->setToolTip(QString::fromLatin1(command.toolTip));
     button->setIcon(DrawnIcon(command.sign));
-    button->setIconSize({IconSide, IconSide});
     button->setToolButtonStyle(Qt::ToolButtonTextUnderIcon);
     button->setAutoRaise(true);
     button->setFocusPolicy(Qt::NoFocus);
@@ -83,6 +85,8 @@ QAction* ListActions::NewEntry(const ListCommand& command, QMainWindow& window,
     auto* entry = new QAction(QString::fromLatin1(command.entryCaption), &window);
     entry->setObjectName(QString::fromLatin1(command.entry));
     entry->setShortcut(QKeySequence(QString::fromLatin1(command.shortcut)));
+    if (command.everywhere)
+        entry->setShortcutContext(Qt::ApplicationShortcut);
     entry->setCheckable(command.checkable);
     QObject::connect(entry, &QAction::triggered, &window,
                      [handler, &command] { Guarded([&] { handler(command); }); });
@@ -127,6 +131,12 @@ QAction* ListActions::Entry(const QString& name) const {
         return c.action->objectName() == name;
     });
     return control == m_controls.end() ? nullptr : control->action;
+}
+
+void ListActions::FitIcons(const QFontMetrics& font) {
+    const int side = qMax(LeastIconSide, qRound(font.height() * IconPerLine));
+    for (auto* button : m_toolbar->findChildren<QToolButton*>())
+        button->setIconSize({side, side});
 }
 
 void ListActions::SetEnabled(Needs needs, bool enabled) {

@@ -2,6 +2,7 @@
 
 #include "listeditor/icons.h"
 
+#include <QFontMetrics>
 #include <QList>
 #include <QString>
 
@@ -37,6 +38,8 @@ struct ListCommand {
     int place = 0;
     bool checkable = false;
     const char* shortcut = "";
+    /// The shortcut works in the main window, too.
+    bool everywhere = false;
     Needs needs = Needs::Nothing;
     void (*run)(frmList& list) = nullptr;
     /// By its key, the command always counts as a change of the titles; by its menu
@@ -58,6 +61,8 @@ class ListActions {
     QAction* Entry(const QString& name) const;
     /// Enables the commands with this need, everywhere at once.
     void SetEnabled(Needs needs, bool enabled);
+    /// The buttons' icons grow with the font.
+    void FitIcons(const QFontMetrics& font);
     /// The entries for a menu beside the pointer.
     QList<QAction*> ContextEntries() const { return m_contextEntries; }
 

@@ -69,6 +69,8 @@ class frmQuelmar : public QWidget, public EditorHost {
 
     Document& document() override { return m_document; }
     void MediaPosition(double seconds) override;
+    std::optional<double> FilmPosition() const override;
+    QRect FilmPlace() const override;
     std::int32_t ShownTitle() const override { return m_walker.CurrentTitle(); }
     void EditButtonsEnabled(bool enabled) override;
 

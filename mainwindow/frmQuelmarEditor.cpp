@@ -1,11 +1,9 @@
 #include "mainwindow/frmQuelmar.h"
 
-#include "dialogs/frmStretch.h"
 #include "listeditor/frmList.h"
-#include "model/times.h"
 #include "platform/messageboxes.h"
+#include "player/mediaplayercontrol.h"
 
-#include <QLineEdit>
 #include <QPushButton>
 #include <QWindow>
 
@@ -29,14 +27,8 @@ frmList* frmQuelmar::OpenList() const {
 void frmQuelmar::cmdAdjust_Click() {
     if (!(m_document.BlueMark() < m_document.GreenMark()))
         return ShowMessage(this, QStringLiteral("Title times have been set to an illegal order."));
-    frmList* list = OpenList();
-    if (list == nullptr)
-        return;
-    auto* stretch = new frmStretch(*list, list);
-    stretch->txtFirstSubtitle->setText(QString::fromStdString(FormatTime(m_document.BlueMark())));
-    stretch->txtLastSubtitle->setText(QString::fromStdString(FormatTime(m_document.GreenMark())));
-    stretch->show();
-    stretch->cmdOK_Click();
+    if (frmList* list = OpenList())
+        list->StretchToMarks();
 }
 
 void frmQuelmar::Subt_UndoChangedListLength() {
@@ -52,6 +44,14 @@ void frmQuelmar::Subt_UndoPossible(bool possible) {
 void frmQuelmar::MediaPosition(double seconds) {
     if (m_player->ReadyState() != 0)
         m_player->CurrentPosition(seconds);
+}
+
+std::optional<double> frmQuelmar::FilmPosition() const {
+    return m_player->ReadyState() != 0 ? std::optional(m_player->CurrentPosition()) : std::nullopt;
+}
+
+QRect frmQuelmar::FilmPlace() const {
+    return {MP->mapToGlobal(QPoint()), MP->size()};
 }
 
 void frmQuelmar::EditButtonsEnabled(bool enabled) {

@@ -178,7 +178,7 @@ TEST_F(DialogEditOffTheGrid, OkWithoutAChangeWritesNothing) {
         Edit(row).cmdOK->click();
         ASSERT_TRUE(Closed()) << row;
     }
-    EXPECT_FALSE(session().SubtitlesChanged);
+    EXPECT_FALSE(document().SubtitlesChanged);
     EXPECT_EQ(Subt().UndoCount(), 0);
     EXPECT_EQ(host.changes, 0);
 }

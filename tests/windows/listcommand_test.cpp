@@ -261,6 +261,9 @@ const std::vector<KeyRow> Keys{
     {"", "mnuEditVersions", "", Needs::EarlierVersions},
     {"", "mnuTimeFirst", "Ctrl+1", Needs::CurrentTitle},
     {"", "mnuTimeSecond", "Ctrl+2", Needs::CurrentTitle},
+    {"", "mnuTimeFirstHere", "Ctrl+B", Needs::Nothing},
+    {"", "mnuTimeSecondHere", "Ctrl+G", Needs::Nothing},
+    {"", "mnuTimeStretchBoth", "Ctrl+J", Needs::Nothing},
     {"", "mnuViewFont", "", Needs::Nothing},
     {"", "mnuViewToolbar", "", Needs::Nothing},
 };

@@ -4,6 +4,7 @@
 #include "tests/windows/mainwindowtest.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QImage>
 #include <QTimer>
 
@@ -187,6 +188,30 @@ TEST_F(MainWindowMarks, TwoMarksStretchTheSelectedTitles) {
     EXPECT_EQ(List().RowStart(3), "00:00:12,000");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(window->findChild<QWidget*>("frmStretch"), nullptr);
+}
+
+TEST_F(MainWindowMarks, TheTimingEntriesMarkAndStretchFromBothWindows) {
+    List().DoCommand("SelectAll");
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() != nullptr; }));
+    player->CurrentPosition(2);
+    QTest::keyClick(List().LV, Qt::Key_B, Qt::ControlModifier);
+    player->CurrentPosition(12);
+    QTest::keyClick(window.get(), Qt::Key_G, Qt::ControlModifier);
+    EXPECT_EQ(window->document().BlueMark(), 2);
+    EXPECT_EQ(window->document().GreenMark(), 12);
+    QTest::keyClick(window.get(), Qt::Key_J, Qt::ControlModifier);
+    EXPECT_DOUBLE_EQ(Subt().StartTime(1), 2);
+    EXPECT_DOUBLE_EQ(Subt().StartTime(2), 8);
+    EXPECT_DOUBLE_EQ(Subt().StartTime(3), 12);
+    EXPECT_TRUE(Changed());
+}
+
+TEST_F(MainWindowMarks, WithoutAFilmAMarkSaysWhyItCannotBeSet) {
+    const double before = window->document().BlueMark();
+    player->FileName("nothing");
+    const Modals modals({AnswerMessage("No film is open.")});
+    Child<QAction>(List(), "mnuTimeFirstHere").trigger();
+    EXPECT_EQ(window->document().BlueMark(), before);
 }
 
 TEST_F(MainWindowMarks, EqualMarksAreAnIllegalOrder) {
