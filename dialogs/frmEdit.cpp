@@ -108,7 +108,8 @@ void frmEdit::LayOut() {
     form->setSpacing(ToPixels(GapBelowText));
     form->addWidget(txtSubt, 1);
     form->addWidget(PB);
-    setMinimumSize(ToPixels(MinimumWidth), ToPixels(MinimumHeight));
+    // With a large font the controls need more than the usual minimum.
+    setMinimumSize(minimumSizeHint().expandedTo({ToPixels(MinimumWidth), ToPixels(MinimumHeight)}));
 
     SetTabOrder({txtSubt, txtStart, txtDuration, cmdB, cmdI, cmdOK, cmdCancel});
     txtSubt->setFocus();

@@ -29,7 +29,7 @@ void frmStretch::Form_Load() {
     const QPoint beside = List().Window()->pos();
     const std::int32_t left = settings.Dword("StretchLeft", ToTwips(beside.x()) + BesideTwips);
     const std::int32_t top = settings.Dword("StretchTop", ToTwips(beside.y()) + BesideTwips);
-    resize(sizeHint().width(), ToPixels(DesignHeight));
+    resize(sizeHint().expandedTo({0, ToPixels(DesignHeight)}));
     move(ToPixels(left), ToPixels(top));
     KeepOnScreen(*this);
 

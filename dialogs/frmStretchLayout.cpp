@@ -96,23 +96,18 @@ void frmStretch::LayOut() {
     TS->setUsesScrollButtons(false);
     cmdOK->setDefault(true);
 
-    auto* buttons = new QVBoxLayout;
-    buttons->setSpacing(Gap);
-    buttons->addSpacing(TS->tabBar()->sizeHint().height());
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
-    buttons->addStretch();
+    auto* bottom = new QHBoxLayout;
+    bottom->setSpacing(Gap);
+    bottom->addWidget(Chosen, 1);
+    bottom->addSpacing(2 * Gap);
+    bottom->addWidget(cmdOK);
+    bottom->addWidget(cmdCancel);
 
-    auto* left = new QVBoxLayout;
-    left->setSpacing(Gap);
-    left->addWidget(TS, 1);
-    left->addWidget(Chosen);
-
-    auto* columns = new QHBoxLayout(this);
-    columns->setContentsMargins(12, 12, 12, 12);
-    columns->setSpacing(12);
-    columns->addLayout(left, 1);
-    columns->addLayout(buttons);
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(12, 12, 12, 12);
+    rows->setSpacing(Gap);
+    rows->addWidget(TS, 1);
+    rows->addLayout(bottom);
     SetTabOrder({TS->tabBar(), txtFirstSubtitle, UDFirst, txtLastSubtitle, UDLast, optStretch,
                  optShrink, Amount->txtMin, Amount->UpDown1, Amount->txtSec, Amount->UpDown2,
                  cboCurrentRate, cboDesiredRate, Chosen->cmdSelectAll, cmdOK, cmdCancel});
@@ -152,23 +147,19 @@ void frmStretch::LayOutAmount() {
 
     auto* amount = new QHBoxLayout;
     amount->setSpacing(Gap);
+    amount->addWidget(optStretch);
+    amount->addWidget(optShrink);
+    amount->addSpacing(Gap);
     amount->addLayout(WithSpinner(Amount->txtMin, Amount->UpDown1));
     amount->addWidget(Named<QLabel>("Label2", "min", PB[1]));
     amount->addLayout(WithSpinner(Amount->txtSec, Amount->UpDown2));
     amount->addWidget(Named<QLabel>("Label3", "sec", PB[1]));
     amount->addStretch();
 
-    auto* direction = new QHBoxLayout;
-    direction->setSpacing(2 * Gap);
-    direction->addWidget(optStretch);
-    direction->addWidget(optShrink);
-    direction->addStretch();
-
     QGridLayout* grid = NewGrid(PB[1]);
     grid->addLayout(length, 0, 0);
-    grid->addLayout(direction, 1, 0);
-    grid->addLayout(amount, 2, 0);
-    grid->setRowStretch(3, 1);
+    grid->addLayout(amount, 1, 0);
+    grid->setRowStretch(2, 1);
 }
 
 void frmStretch::LayOutRates() {

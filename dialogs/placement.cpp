@@ -6,6 +6,9 @@
 #include <QScreen>
 #include <QWidget>
 
+#include <algorithm>
+#include <array>
+
 namespace {
 
 constexpr std::int32_t BesideTwips = 1000;
@@ -32,6 +35,37 @@ void KeepReachable(QWidget& window) {
             return;
     }
     KeepOnScreen(window);
+}
+
+QRect BesideFilm(QSize size, QSize least, const QRect& film, const QRect& screen) {
+    const std::array<QRect, 4> rooms{screen.adjusted(film.right() + 1 - screen.left(), 0, 0, 0),
+                                     screen.adjusted(0, film.bottom() + 1 - screen.top(), 0, 0),
+                                     screen.adjusted(0, 0, film.left() - 1 - screen.right(), 0),
+                                     screen.adjusted(0, 0, 0, film.top() - 1 - screen.bottom())};
+    const auto fitting = [&](const QRect& room) {
+        return size.boundedTo(room.size().expandedTo(QSize(0, 0)));
+    };
+    const auto area = [&](const QRect& room) {
+        const QSize fits = fitting(room);
+        return fits.width() < least.width() || fits.height() < least.height()
+                   ? 0
+                   : fits.width() * fits.height();
+    };
+    const auto best =
+        std::max_element(rooms.begin(), rooms.end(), [&](const QRect& one, const QRect& other) {
+            return area(one) < area(other);
+        });
+    if (area(*best) == 0) {
+        const QSize lower(screen.width(), qMax(least.height(), screen.height() / 2));
+        QRect place(QPoint(), size.boundedTo(lower).boundedTo(screen.size()));
+        place.moveBottomRight(screen.bottomRight());
+        return place;
+    }
+    // As near to the film's own corner as the room allows.
+    QRect place(QPoint(), fitting(*best));
+    place.moveTopLeft({qBound(best->left(), film.left(), best->right() + 1 - place.width()),
+                       qBound(best->top(), film.top(), best->bottom() + 1 - place.height())});
+    return place;
 }
 
 void PlaceBeside(QWidget& window, const QWidget& other) {

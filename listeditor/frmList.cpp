@@ -59,13 +59,42 @@ void frmList::LayOut() {
     LV->setModel(m_rows);
     LV->setItemDelegate(new RowDelegate(LV));
     setCentralWidget(LV);
-    resize(qMax(ToPixels(DesignWidth), TB->sizeHint().width()), ToPixels(DesignHeight));
-    if (parentWidget() != nullptr)
-        PlaceBeside(*this, *parentWidget()->window());
+    PlaceForFirstTime();
     LV->setContextMenuPolicy(Qt::ActionsContextMenu);
     LV->addActions(m_actions.ContextEntries());
     UpdateColours();
     LV->setFocus();
+}
+
+/// Larger with a larger font; on the screen, and not over the film.
+void frmList::PlaceForFirstTime() {
+    constexpr int UsualLine = 17;
+    constexpr QSize Frame(8, 40);
+    constexpr int LeastRows = 4;
+    Form_Resize();
+    const double larger = qMax(1.0, double(fontMetrics().height()) / UsualLine);
+    const QSize design(qMax(qRound(ToPixels(DesignWidth) * larger), TB->sizeHint().width()),
+                       qRound(ToPixels(DesignHeight) * larger));
+    const QRect available = screen()->availableGeometry();
+    const QRect film = m_host.FilmPlace();
+    if (film.isEmpty()) {
+        resize(design.boundedTo(available.size() - Frame));
+        if (parentWidget() != nullptr)
+            PlaceBeside(*this, *parentWidget()->window());
+        return KeepOnScreen(*this);
+    }
+    const QSize least(ToPixels(DesignWidth) / 2,
+                      TB->sizeHint().height() +
+                          (LeastRows + 3) * LV->verticalHeader()->defaultSectionSize());
+    const QRect window =
+        parentWidget() != nullptr ? parentWidget()->window()->frameGeometry() : film;
+    const QSize outer = design + Frame;
+    QRect place = BesideFilm(outer, outer.boundedTo(least * 1.5), window, available);
+    // Better over the main window's lower part than over the picture.
+    if (place.intersects(film))
+        place = BesideFilm(outer, least + Frame, film, available);
+    move(place.topLeft());
+    resize(place.size() - Frame);
 }
 
 void frmList::ConnectList() {
@@ -110,12 +139,18 @@ void frmList::showEvent(QShowEvent* event) {
     const QModelIndex shown = m_rows->index(m_host.ShownTitle() - 1, RowModel::Text);
     LV->selectionModel()->setCurrentIndex(shown, QItemSelectionModel::NoUpdate);
     LV->scrollTo(shown, TitleView::PositionAtCenter);
+    LV->LetColumnsFollow();
 }
 
 void frmList::changeEvent(QEvent* event) {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::PaletteChange)
         UpdateColours();
+    // The constructor of the base class sends some, too.
+    if (event->type() == QEvent::FontChange && TB != nullptr) {
+        m_actions.FitIcons(fontMetrics());
+        Form_Resize();
+    }
 }
 
 void frmList::UpdateColours() {
@@ -223,6 +258,7 @@ void frmList::UpdateDelete() {
 void frmList::mnuViewFont_Click() {
     if (const auto font = ChooseFont(this, LV->font()))
         LV->SetListFont(*font);
+    LV->MakeRoomForTimes();
 }
 
 void frmList::mnuViewToolbar_Click() {

@@ -4,6 +4,8 @@
 
 #include <QHeaderView>
 #include <QProxyStyle>
+#include <QResizeEvent>
+#include <QScopedValueRollback>
 
 namespace {
 
@@ -40,12 +42,54 @@ TitleView::TitleView(QWidget* parent)
     auto* headerStyle = new HeaderStyle;
     headerStyle->setParent(this);
     horizontalHeader()->setStyle(headerStyle);
+    connect(horizontalHeader(), &QHeaderView::sectionResized, this, [this] {
+        if (m_follow && !m_scaling)
+            TakeShares();
+    });
+    setAccessibleName(tr("Titles"));
     SetListFont(font());
 }
 
 void TitleView::SetListFont(const QFont& font) {
     setFont(font);
+    horizontalHeader()->setFont(font);
     verticalHeader()->setDefaultSectionSize(QFontMetrics(font).height() + RowPadding);
+}
+
+void TitleView::TakeShares() {
+    const double width = qMax(1, viewport()->width());
+    m_shares.clear();
+    for (int column = 0; column < horizontalHeader()->count(); ++column)
+        m_shares.push_back(columnWidth(column) / width);
+}
+
+void TitleView::LetColumnsFollow() {
+    m_follow = true;
+    TakeShares();
+}
+
+int TitleView::TimeWidth() const {
+    return QFontMetrics(font()).horizontalAdvance("-00:00:00,000") + 2 * RowDelegate::Padding + 2;
+}
+
+void TitleView::MakeRoomForTimes() {
+    const int least = TimeWidth();
+    for (int column = 1; column < horizontalHeader()->count(); ++column) {
+        const int more = least - columnWidth(column);
+        if (more <= 0)
+            continue;
+        setColumnWidth(0, qMax(least, columnWidth(0) - more));
+        setColumnWidth(column, least);
+    }
+}
+
+void TitleView::resizeEvent(QResizeEvent* event) {
+    QTableView::resizeEvent(event);
+    if (!m_follow || event->oldSize().width() == event->size().width())
+        return;
+    const QScopedValueRollback scaling(m_scaling, true);
+    for (std::size_t column = 0; column < m_shares.size(); ++column)
+        setColumnWidth(static_cast<int>(column), qRound(m_shares[column] * event->size().width()));
 }
 
 QModelIndex TitleView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {

@@ -4,6 +4,7 @@
 #include "model/step.h"
 #include "platform/twips.h"
 
+#include <QAccessible>
 #include <QAction>
 #include <QFontDialog>
 #include <QHeaderView>
@@ -96,6 +97,84 @@ TEST_F(ListWindow, FirstStartSplitsTheColumnsAndShowsTheToolbar) {
     EXPECT_EQ(List().LV->columnWidth(1), List().LV->columnWidth(2));
     EXPECT_TRUE(List().TB->isVisible());
     EXPECT_TRUE(Child<QAction>(List(), "mnuViewToolbar").isChecked());
+}
+
+TEST_F(ListWindow, ColumnsFollowTheWindow) {
+    Open();
+    List().resize(600, 400);
+    const int before[] = {List().LV->columnWidth(0), List().LV->columnWidth(1),
+                          List().LV->columnWidth(2)};
+    const double width = List().LV->viewport()->width();
+    for (int pixels = 610; pixels <= 780; pixels += 10)
+        List().resize(pixels, 400);
+    const double wider = List().LV->viewport()->width() / width;
+    EXPECT_GT(wider, 1.2);
+    for (int column = 0; column < 3; ++column)
+        EXPECT_NEAR(List().LV->columnWidth(column), before[column] * wider, 2) << column;
+    List().LV->setColumnWidth(1, 222);
+    List().resize(600, 400);
+    List().resize(780, 400);
+    EXPECT_NEAR(List().LV->columnWidth(1), 222, 2) << "as the user drew it";
+}
+
+TEST_F(ListWindow, TimesFitTheFontThatIsChosen) {
+    Open();
+    const Modals modals({[](QWidget& modal) {
+        auto& dialog = dynamic_cast<QFontDialog&>(modal);
+        QFont font = dialog.currentFont();
+        font.setPointSize(24);
+        dialog.setCurrentFont(font);
+        dialog.accept();
+    }});
+    Child<QAction>(List(), "mnuViewFont").trigger();
+    const QFontMetrics metrics(List().LV->font());
+    for (int column = 1; column < 3; ++column)
+        EXPECT_GE(List().LV->columnWidth(column), metrics.horizontalAdvance("-00:00:00,000"));
+}
+
+TEST_F(ListWindow, IconsFollowTheFont) {
+    Open();
+    const auto side = [&] {
+        return Child<QToolButton>(List(), "Undo").iconSize().height();
+    };
+    const int before = side();
+    QFont font = List().font();
+    font.setPointSize(24);
+    List().setFont(font);
+    QCoreApplication::processEvents();
+    EXPECT_GE(side(), QFontMetrics(font).height());
+    EXPECT_GT(side(), before);
+}
+
+TEST_F(ListWindow, TheHeaderKeepsItsFontAfterReopening) {
+    Open();
+    QFont font = List().LV->font();
+    font.setPointSize(15);
+    font.setItalic(true);
+    List().LV->SetListFont(font);
+    EXPECT_EQ(List().LV->horizontalHeader()->font().pointSize(), 15);
+    host.Close();
+    host.Open();
+    EXPECT_EQ(List().LV->horizontalHeader()->font().pointSize(), 15);
+    EXPECT_TRUE(List().LV->horizontalHeader()->font().italic());
+}
+
+TEST_F(ListWindow, AScreenReaderHearsMarksAndEditedInWords) {
+    Open();
+    Click(3);
+    List().DoCommand("Later");
+    QAccessibleInterface* table = QAccessible::queryAccessibleInterface(List().LV);
+    ASSERT_NE(table, nullptr);
+    EXPECT_EQ(table->text(QAccessible::Name), "Titles");
+    ASSERT_NE(table->tableInterface(), nullptr);
+    const auto spoken = [&](int row, int column) {
+        return table->tableInterface()->cellAt(row - 1, column)->text(QAccessible::Name);
+    };
+    EXPECT_EQ(spoken(1, 0), "title 1, first mark");
+    EXPECT_EQ(spoken(2, 0), "title 2");
+    EXPECT_EQ(spoken(3, 0), "title 3, edited");
+    EXPECT_EQ(spoken(3, 1), "00:00:30,100");
+    EXPECT_EQ(spoken(5, 0), "title 5, second mark");
 }
 
 TEST_F(ListWindow, SnapsBackToItsSmallestSize) {
@@ -258,7 +337,8 @@ TEST_F(ListWindow, TheMenusAsTheyAreNamed) {
           "mnuTimeLonger Show &Longer", "mnuTimeSepa1 ",
           "mnuTimeFirst Mark as &first for stretch timing",
           "mnuTimeSecond Mark as s&econd for stretch timing", "mnuTimeStretch S&tretch...",
-          "mnuTimeShift S&hift..."}}};
+          "mnuTimeShift S&hift...", "mnuTimeSepa2 ", "mnuTimeFirstHere First &mark starts here",
+          "mnuTimeSecondHere Second ma&rk starts here", "mnuTimeStretchBoth Stretch to &both"}}};
     for (const auto& [name, entries] : menus) {
         QStringList shown;
         for (const QAction* entry : Child<QMenu>(List(), name).actions()) {
