@@ -1,6 +1,7 @@
 #include "cli/titlefile.h"
 
 #include "base/runtimeerror.h"
+#include "base/savejournal.h"
 #include "formats/save.h"
 
 std::filesystem::path PathOf(const std::string& utf8) {
@@ -55,7 +56,7 @@ bool TitleFile::Save(const std::filesystem::path& file, const FileManners& manne
     hooks.askFrameRate = [&manners] {
         return manners.frameRate;
     };
-    hooks.flushToDisk = false;
+    hooks.journalFolder = StateFolder();
     try {
         const SaveResult result = SaveTitles(file, manners.codePage, m_titles, m_style, hooks);
         message = result.message;

@@ -1,7 +1,11 @@
 #include "formats/load.h"
 
+#include "base/runtimeerror.h"
 #include "formats/encoding.h"
 #include "model/step.h"
+
+#include <cmath>
+#include <utility>
 
 namespace {
 
@@ -19,46 +23,81 @@ std::optional<double> NamedFrameRate(const Format& format, std::string_view text
                                   : format.mend(text.substr(0, Beginning), 0).frameRate;
 }
 
-LoadResult ReadTitles(const std::filesystem::path& file, std::string_view text, SUBTITLES& titles,
-                      FileStyle& style, const LoadHooks& hooks) {
-    const Format* format = FormatOfFile(Utf8Name(file), text);
-    if (format == nullptr)
-        return {LoadOutcome::UnknownFormat, nullptr, "Could not determine file format", {}};
+/// Of what is longer, the hours cannot be told.
+constexpr double LongestTime = 32767.0 * 3600;
 
+bool CanBeShown(double time) {
+    return std::abs(time) <= LongestTime;
+}
+
+/// 0 when there is none.
+std::int32_t FirstBeyond(const SUBTITLES& titles) {
+    for (std::int32_t i = 1; i <= titles.Count(); ++i)
+        if (!CanBeShown(titles.StartTime(i)) || !CanBeShown(titles.EndTime(i)))
+            return i;
+    return 0;
+}
+
+LoadResult ReadTitles(const Format& format, std::string_view text, SUBTITLES& titles,
+                      FileStyle& style, const LoadHooks& hooks) {
     double frameRate = DefaultFrameRate;
-    if (format->needsFrameRate && hooks.askFrameRate)
-        frameRate = hooks.askFrameRate(NamedFrameRate(*format, text));
+    if (format.needsFrameRate && hooks.askFrameRate)
+        frameRate = hooks.askFrameRate(NamedFrameRate(format, text));
     if (hooks.loading)
         hooks.loading();
-    const ReadOutcome outcome = format->read(text, frameRate, titles, style, hooks.progress);
-    LoadResult result{LoadOutcome::Complete, format, {}, {}};
+    const ReadOutcome outcome = format.read(text, frameRate, titles, style, hooks.progress);
+    LoadResult result{LoadOutcome::Complete, &format, {}, {}};
+    if (const std::int32_t beyond = FirstBeyond(titles)) {
+        result.outcome = LoadOutcome::Unusable;
+        result.message = "The file was not opened: a time of title " + std::to_string(beyond) +
+                         " is beyond what can be shown.";
+        return result;
+    }
     if (outcome == ReadOutcome::Corrupt) {
         result.outcome = LoadOutcome::Corrupt;
-        result.message = format->corruptMessage;
+        result.message = format.corruptMessage;
     }
     if (outcome == ReadOutcome::Cancelled)
         result.outcome = LoadOutcome::Cancelled;
-    result.offer = OfferMending(*format, text, frameRate, outcome, titles);
+    result.offer = OfferMending(format, text, frameRate, outcome, titles);
     return result;
+}
+
+/// A file of empty lines alone tells no format.
+const Format* FormatOf(const std::filesystem::path& file, std::string_view text) {
+    try {
+        return FormatOfFile(Utf8Name(file), text);
+    } catch (const RuntimeError&) {
+        return nullptr;
+    }
 }
 
 } // namespace
 
 LoadResult LoadTitles(const std::filesystem::path& file, const std::string& codePage,
                       SUBTITLES& titles, FileStyle& style, const LoadHooks& hooks) {
-    const Step step(titles, "Open");
-    titles.UndoEnabled(false);
-    titles.Clear();
-    style = {};
-    std::optional<FileBytes> bytes = ReadWholeFile(file);
+    std::optional<FileBytes> bytes = hooks.readFile ? hooks.readFile(file) : ReadWholeFile(file);
     if (!bytes)
         return {LoadOutcome::NotOpened, nullptr, {}, {}};
-
     const DecodedText decoded(std::move(*bytes), codePage);
-    style.encoding = decoded.Encoding();
-    style.byteOrderMark = decoded.ByteOrderMark();
-    LoadResult result = ReadTitles(file, decoded.Text(), titles, style, hooks);
-    titles.ClearUndo();
     titles.UndoEnabled(true);
+    const Format* format = FormatOf(file, decoded.Text());
+    if (format == nullptr)
+        return {LoadOutcome::UnknownFormat, nullptr, "Could not determine file format", {}};
+
+    SUBTITLES fresh;
+    fresh.UndoEnabled(false);
+    FileStyle freshStyle;
+    freshStyle.encoding = decoded.Encoding();
+    freshStyle.byteOrderMark = decoded.ByteOrderMark();
+    LoadResult result = ReadTitles(*format, decoded.Text(), fresh, freshStyle, hooks);
+    if (result.outcome == LoadOutcome::Unusable)
+        return result;
+    fresh.UndoEnabled(true);
+    if (hooks.replacing)
+        hooks.replacing();
+    const Step step(titles, "Open");
+    titles.Replace(std::move(fresh));
+    style = std::move(freshStyle);
     return result;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/wholefile.h"
 #include "formats/format.h"
 #include "formats/tolerance.h"
 
@@ -10,20 +11,26 @@
 
 /// What loading asks of whoever shows it. Each may be empty.
 struct LoadHooks {
+    /// Reads the file instead of `ReadWholeFile`.
+    std::function<std::optional<FileBytes>(const std::filesystem::path&)> readFile;
     /// Called before a frame-counting file is read, with the rate that the file itself names;
     /// answers the rate, greater than 0.
     std::function<double(std::optional<double> named)> askFrameRate;
     /// Called once right before the titles are read.
     std::function<void()> loading;
     Progress progress;
+    /// Called once right before the titles that were read take the place of the others.
+    std::function<void()> replacing;
 };
 
 enum class LoadOutcome {
     Complete,
-    /// The file cannot be opened; nothing else happened but that the list is empty.
+    /// The file cannot be opened: nothing happened.
     NotOpened,
-    /// Neither its name nor its first line tells a format.
+    /// Neither its name nor its text tells a format; the titles are still the old ones.
     UnknownFormat,
+    /// A time is beyond what can be shown; the titles are still the old ones.
+    Unusable,
     /// It breaks the rules of its format; the titles before the fault are in the list.
     Corrupt,
     /// Cancelled by the progress hook; the titles read so far are in the list.
@@ -40,9 +47,7 @@ struct LoadResult {
     std::optional<MendOffer> offer;
 };
 
-/// Empties the list and the style, switches undo recording off and reads the file.
-/// On every outcome but `NotOpened` the closing steps are taken: the undo history
-/// is cleared and recording is on. An unrecognised name with only empty lines in
-/// the file is the run-time error "Input past end of file".
+/// Reads the file and puts its titles and style in place of the old ones, with an empty
+/// undo history. On every outcome but `NotOpened` undo recording is on afterwards.
 LoadResult LoadTitles(const std::filesystem::path& file, const std::string& codePage,
                       SUBTITLES& titles, FileStyle& style, const LoadHooks& hooks);

@@ -165,7 +165,6 @@ void frmQuelmar::LoadSubtitles() {
 
 LoadResult frmQuelmar::LoadDocument() {
     const Step step(Subt);
-    m_document.BeginOther();
     std::optional<frmLoading> loading;
     LoadHooks hooks;
     hooks.askFrameRate = [this](std::optional<double> /*named*/) {
@@ -177,16 +176,23 @@ LoadResult frmQuelmar::LoadDocument() {
     hooks.progress = [&](double done) {
         return !loading || loading->Progress(done);
     };
+    bool replaced = false;
+    hooks.replacing = [&] {
+        replaced = true;
+        m_document.BeginOther();
+    };
     LoadResult result =
         LoadTitles(PathOf(txtSRT->text()), m_codePage, Subt, m_document.Style, hooks);
     loading.reset();
-    m_saver.Opened(txtSRT->text());
     if (result.outcome != LoadOutcome::NotOpened) {
-        m_document.SubtitlesChanged = false;
         cmdEdit->setEnabled(true);
         cmdSave->setEnabled(true);
     }
-    m_document.Saved();
+    if (replaced) {
+        m_saver.Opened(txtSRT->text());
+        m_document.SubtitlesChanged = false;
+        m_document.Saved();
+    }
     return result;
 }
 

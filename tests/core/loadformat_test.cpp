@@ -62,17 +62,6 @@ TEST(Detection, TakesALeadingNumberAboveZeroForSubRip) {
         EXPECT_EQ(FormatByBeginning({line, line}), FormatByName("x.srt")) << line;
 }
 
-TEST(Detection, OfEmptyLinesAloneIsARunTimeError) {
-    for (const char* file : {"", "\r\n", "\n\r\r\n"}) {
-        try {
-            LoadText("x.txt", file);
-            FAIL() << testing::PrintToString(file);
-        } catch (const RuntimeError& error) {
-            EXPECT_EQ(error.text(), "Input past end of file");
-        }
-    }
-}
-
 TEST(Detection, AsksForTheFrameRateOfWhatItRecognised) {
     int asked = 0;
     LoadHooks hooks;
@@ -97,7 +86,7 @@ TEST(FormatTable, IsInTheOrderOfFileDialogs) {
     EXPECT_EQ(FormatFilter().substr(0, First.size()), First);
 }
 
-TEST(Load, OfWhatCannotBeOpenedEmptiesTheListAndSaysNothing) {
+TEST(Load, OfWhatCannotBeOpenedDoesNothing) {
     const TestFolder folder;
     std::filesystem::create_directory(folder / "folder.srt");
     for (const char* name : {"missing.srt", "folder.srt", "missing/x.srt"}) {
@@ -110,11 +99,51 @@ TEST(Load, OfWhatCannotBeOpenedEmptiesTheListAndSaysNothing) {
         const LoadResult result = LoadTitles(folder / name, "", titles, style, {});
         EXPECT_EQ(result.outcome, LoadOutcome::NotOpened) << name;
         EXPECT_EQ(result.message, "") << name;
-        EXPECT_EQ(titles.Count(), 0) << name;
-        EXPECT_FALSE(titles.UndoEnabled()) << name;
-        EXPECT_EQ(style, FileStyle()) << name;
+        EXPECT_EQ(titles.Count(), 1) << name;
+        EXPECT_EQ(style.kept, "x") << name;
     }
 }
+
+struct UselessRow {
+    const char* name;
+    const char* text;
+    LoadOutcome outcome;
+    const char* message;
+};
+
+class Useless : public testing::TestWithParam<UselessRow> {};
+
+TEST_P(Useless, LeavesTheOldTitles) {
+    const TestFolder folder;
+    PutFile(folder / GetParam().name, GetParam().text);
+    SUBTITLES titles = ListOf({{1, 2, "A"}});
+    FileStyle style;
+    style.kept = "x";
+    LoadHooks hooks;
+    hooks.replacing = [] {
+        FAIL() << "nothing is replaced";
+    };
+    const LoadResult result = LoadTitles(folder / GetParam().name, "", titles, style, hooks);
+    EXPECT_EQ(result.outcome, GetParam().outcome);
+    EXPECT_EQ(result.message, GetParam().message);
+    EXPECT_EQ(titles.Count(), 1);
+    EXPECT_EQ(titles.Text(1), "A");
+    EXPECT_EQ(style.kept, "x");
+    EXPECT_TRUE(titles.UndoEnabled());
+}
+
+constexpr const char* Unknown1 = "Could not determine file format";
+constexpr const char* Beyond =
+    "The file was not opened: a time of title 1 is beyond what can be shown.";
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Useless,
+    testing::Values(UselessRow{"x.txt", "", LoadOutcome::UnknownFormat, Unknown1},
+                    UselessRow{"x.txt", "\r\n\r\n", LoadOutcome::UnknownFormat, Unknown1},
+                    UselessRow{"x.txt", "nothing", LoadOutcome::UnknownFormat, Unknown1},
+                    UselessRow{"x.srt", "1\n99999:00:00,0 --> 00:00:02,000\nx\n",
+                               LoadOutcome::Unusable, Beyond},
+                    UselessRow{"x.sub", "{9000000000}{1}x\n", LoadOutcome::Unusable, Beyond}));
 
 #ifndef _WIN32
 TEST(Load, DoesNotOpenWhatNeverEnds) {

@@ -1,7 +1,5 @@
-#include "base/runtimeerror.h"
 #include "formats/load.h"
 #include "listeditor/frmList.h"
-#include "platform/errorgate.h"
 #include "tests/windows/mainwindowtest.h"
 
 #include <QComboBox>
@@ -207,23 +205,46 @@ TEST_F(MainWindowFiles, ACorruptFileKeepsWhatWasRead) {
     EXPECT_FALSE(Changed());
 }
 
-TEST_F(MainWindowFiles, AFileThatCannotBeOpenedEmptiesTheList) {
+TEST_F(MainWindowFiles, StopsOnTheWayOfAPathDoNothing) {
     OpenTitles();
-    Changed() = false;
-    Line("txtSRT").setText(folder.path() + "/*.srt");
-    EXPECT_EQ(Subt().Count(), 0);
-    EXPECT_FALSE(Subt().UndoEnabled());
+    for (const QString& name : {folder.path() + "/*.srt", folder.path(), QString("/dev/null"),
+                                QString("/dev/zero"), In("film.sr?")}) {
+        Line("txtSRT").setText(name);
+        EXPECT_EQ(Subt().Count(), 3) << name.toStdString();
+        EXPECT_EQ(Subt().Text(1), "first");
+    }
+    EXPECT_TRUE(Subt().UndoEnabled());
     EXPECT_TRUE(The("cmdEdit").isEnabled());
 }
 
-TEST_F(MainWindowFiles, OnlyEmptyLinesAreARunTimeError) {
-    WriteFile("empty.txt", "\r\n\r\n");
-    std::string report;
-    const ErrorReporter before =
-        InstallErrorReporter([&](const std::string& text) { report = text; });
-    Line("txtSRT").setText(In("empty.txt"));
-    InstallErrorReporter(before);
-    EXPECT_EQ(report, RuntimeError(RuntimeError::Number::InputPastEndOfFile).what());
+TEST_F(MainWindowFiles, UselessFilesAreToldOfAndKeepTheTitles) {
+    OpenTitles();
+    Subt().Text(1, "mine");
+    WriteFile("empty.txt", "");
+    WriteFile("lines.txt", "\r\n\r\n");
+    WriteFile("x.txt", "0\r\n");
+    for (const char* name : {"empty.txt", "lines.txt", "x.txt"}) {
+        const Modals modals({AnswerMessage("Could not determine file format")});
+        Line("txtSRT").setText(In(name));
+        EXPECT_EQ(Subt().Text(1), "mine") << name;
+    }
+    WriteFile("far.sub", "{9000000000}{9000000001}x\n");
+    const Modals modals(
+        {AnswerFrameRate("25"), AnswerMessage("The file was not opened: a time of title 1 is "
+                                              "beyond what can be shown.")});
+    Line("txtSRT").setText(In("far.sub"));
+    EXPECT_EQ(Subt().Text(1), "mine");
+}
+
+TEST_F(MainWindowFiles, UselessFilesDoNotMakeChangesForgotten) {
+    OpenTitles();
+    Changed() = true;
+    WriteFile("x.txt", "0\r\n");
+    const Modals modals(
+        {AnswerMessage("You have changed subtitles.\nSave them first?", QMessageBox::No),
+         AnswerMessage("Could not determine file format")});
+    Line("txtSRT").setText(In("x.txt"));
+    EXPECT_TRUE(Changed());
 }
 
 TEST_F(MainWindowFiles, NamesShorterThanFiveCharactersAreNotRead) {
