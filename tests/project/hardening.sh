@@ -13,5 +13,11 @@ expect_in "relocations are read-only" "GNU_RELRO" "$headers"
 expect_in "all of them, from the start" " NOW" "$dynamic"
 expect_in "no code on the stack" " RW " "$(echo "$headers" | grep GNU_STACK)"
 expect "the stack is guarded" "__stack_chk_fail" "$guards"
+if [ "$(uname -m)" = x86_64 ]; then
+    need objdump
+    # The C library's own start-up code may have none, so the note of the file tells nothing.
+    landings=$(objdump -d --no-show-raw-insn "$1" | grep -c endbr64)
+    expect "calls land only where they may" yes "$([ "$landings" -gt 100 ] && echo yes)"
+fi
 expect "no search path of the build" "" "$(echo "$dynamic" | grep -E 'RPATH|RUNPATH')"
 finish
