@@ -1,6 +1,7 @@
 #include "listeditor/rowmodel.h"
 
 #include "base/largeblocks.h"
+#include "base/shorttext.h"
 #include "model/numbers.h"
 #include "model/times.h"
 
@@ -13,6 +14,9 @@ namespace {
 
 /// Rows that an evening may add without the list moving elsewhere in memory.
 constexpr std::size_t RoomForMore = 1000;
+
+/// Of a text in its row: no window is wider.
+constexpr qsizetype MostShown = 2000;
 
 struct Colours {
     QColor onLight;
@@ -223,6 +227,9 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
         return {};
     switch (role) {
     case Qt::DisplayRole:
+        if (index.column() == Text)
+            return QString::fromStdString(ShortText(At(row).text)).left(MostShown);
+        [[fallthrough]];
     case Qt::EditRole:
         return CellText(row, static_cast<Column>(index.column()));
     case Qt::ForegroundRole:

@@ -1,5 +1,6 @@
 #include "mainwindow/frmQuelmar.h"
 
+#include "base/shorttext.h"
 #include "listeditor/frmList.h"
 #include "mainwindow/transportstrip.h"
 #include "model/times.h"
@@ -21,9 +22,9 @@ void frmQuelmar::LocateCurrentTitle(double position) {
 
 void frmQuelmar::ShowTexts(const DisplayTexts& texts) {
     if (texts.subtitle)
-        txtSubtitle->setPlainText(QString::fromStdString(*texts.subtitle));
+        txtSubtitle->setPlainText(QString::fromStdString(ShortText(*texts.subtitle)));
     if (texts.next)
-        txtNextSubtitle->setPlainText(QString::fromStdString(*texts.next));
+        txtNextSubtitle->setPlainText(QString::fromStdString(ShortText(*texts.next)));
 }
 
 /// A time that the user is typing is left alone.
@@ -75,7 +76,8 @@ void frmQuelmar::Timer1_Timer() {
 bool frmQuelmar::WalkOn(double position) {
     switch (m_walker.Tick(position)) {
     case DisplayWalker::Step::Appeared:
-        txtSubtitle->setPlainText(QString::fromStdString(Subt.Text(m_walker.CurrentTitle())));
+        txtSubtitle->setPlainText(
+            QString::fromStdString(ShortText(Subt.Text(m_walker.CurrentTitle()))));
         return true;
     case DisplayWalker::Step::Ended:
         txtSubtitle->clear();
