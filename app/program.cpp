@@ -1,6 +1,8 @@
 #include "app/program.h"
 
 #include "app/firstpaint.h"
+#include "app/interrupted.h"
+#include "base/savejournal.h"
 #include "mainwindow/frmRecover.h"
 #include "platform/errorgate.h"
 
@@ -50,7 +52,9 @@ void Program::EndWithReport(const std::string& report) {
 
 int RunProgram(const QString& media, const QString& subtitles) {
     Program program;
+    program.Store().Probe();
     return program.Run([&] {
+        OfferInterruptedSaves(program.Window(), StateFolder());
         if (!program.Copies().OfferOrphans())
             program.Window().OpenFiles(media, subtitles);
     });

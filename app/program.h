@@ -21,6 +21,7 @@ class Program {
 
     frmQuelmar& Window() { return *m_window; }
     Recovery& Copies() { return m_recovery; }
+    RecoveryStore& Store() { return m_store; }
 
     /// Shows the window, runs `opened` after its first paint, and answers the exit code.
     int Run(std::function<void()> opened);

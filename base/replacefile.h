@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <functional>
 #include <string_view>
+#include <system_error>
 
 /// How a file gets new bytes so that at every moment, a crash or a power cut included,
 /// it holds its old bytes or the new ones, whole: a temporary file beside it is written,
@@ -34,6 +35,10 @@ struct ReplaceHooks {
     std::function<bool(std::string_view oldBytes)> keep;
     /// Return only when the bytes and the name are on the disk.
     bool flush = true;
+    /// A new file is for the user alone.
+    bool forOwner = false;
+    /// Gets the system's reason of a failure, where there is one. May be null.
+    std::error_code* reason = nullptr;
 };
 
 ReplaceResult ReplaceBytes(const std::filesystem::path& file, std::string_view bytes,

@@ -227,12 +227,18 @@ bool Fill(const Temporary& temporary, int old, std::string_view bytes, bool flus
 }
 
 /// `old`: of the file that is there, or -1. Answers the system's reason, 0 when it is done.
-int ReplaceByRenaming(const fs::path& target, int old, std::string_view bytes, bool flush) {
+int ReplaceByRenaming(const fs::path& target, int old, std::string_view bytes,
+                      const ReplaceHooks& hooks) {
     Temporary temporary(target);
-    if (!temporary.Create(old < 0 ? NewFileMode : PrivateMode) ||
-        !Fill(temporary, old, bytes, flush) || !temporary.TakeName())
+    if (!temporary.Create(old < 0 && !hooks.forOwner ? NewFileMode : PrivateMode) ||
+        !Fill(temporary, old, bytes, hooks.flush) || !temporary.TakeName())
         return errno;
-    return flush && !FlushFolder(target.parent_path()) ? EIO : 0;
+    return hooks.flush && !FlushFolder(target.parent_path()) ? EIO : 0;
+}
+
+void Tell(const ReplaceHooks& hooks, int error) {
+    if (hooks.reason != nullptr)
+        *hooks.reason = std::error_code(error, std::generic_category());
 }
 
 bool WriteAt(int file, std::size_t position, std::string_view bytes) {
@@ -278,21 +284,28 @@ ReplaceResult ReplaceBytes(const fs::path& file, std::string_view bytes,
     const bool there = stat(file.c_str(), &status) == 0;
     if (there && !S_ISREG(status.st_mode))
         return ReplaceResult::NotAFile;
-    if (!there && errno != ENOENT)
+    if (!there && errno != ENOENT) {
+        Tell(hooks, errno);
         return ReplaceResult::Failed;
+    }
     const fs::path target = EndOfLinks(file);
-    if (!there)
-        return ReplaceByRenaming(target, -1, bytes, hooks.flush) == 0 ? ReplaceResult::Written
-                                                                      : ReplaceResult::Failed;
+    if (!there) {
+        const int error = ReplaceByRenaming(target, -1, bytes, hooks);
+        Tell(hooks, error);
+        return error == 0 ? ReplaceResult::Written : ReplaceResult::Failed;
+    }
 
     // A file that may not be written is not replaced either.
     const FileHandle old(OpenFile(target, O_WRONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY, 0));
-    if (!old.Valid() || fstat(old.Get(), &status) != 0)
+    if (!old.Valid() || fstat(old.Get(), &status) != 0) {
+        Tell(hooks, errno);
         return ReplaceResult::Failed;
+    }
     if (!S_ISREG(status.st_mode))
         return ReplaceResult::NotAFile;
     if (status.st_nlink == 1) {
-        const int error = ReplaceByRenaming(target, old.Get(), bytes, hooks.flush);
+        const int error = ReplaceByRenaming(target, old.Get(), bytes, hooks);
+        Tell(hooks, error);
         if (error == 0)
             return ReplaceResult::Written;
         if (!OnlyRenamingFails(error))

@@ -64,6 +64,8 @@ ReplaceResult ReplaceBytes(const fs::path& file, std::string_view bytes,
     temporary += L".quelmar~";
     if (WriteWholeFile(temporary, bytes, hooks.flush) && TakeName(temporary, target, there))
         return ReplaceResult::Written;
+    if (hooks.reason != nullptr)
+        *hooks.reason = std::error_code(static_cast<int>(GetLastError()), std::system_category());
     fs::remove(temporary, error);
     return there ? OverwriteKept(target, bytes, hooks) : ReplaceResult::Failed;
 }

@@ -124,11 +124,12 @@ bool SaveJournal::Write(const fs::path& folder, const fs::path& file, std::strin
     std::random_device random;
     const fs::path journal =
         folder / (std::to_string(random()) + std::to_string(random()) + Suffix);
-    if (ReplaceBytes(journal, text, {}) != ReplaceResult::Written) {
+    ReplaceHooks hooks;
+    hooks.forOwner = true;
+    if (ReplaceBytes(journal, text, hooks) != ReplaceResult::Written) {
         fs::remove(journal, error);
         return false;
     }
-    fs::permissions(journal, fs::perms::owner_read | fs::perms::owner_write, error);
     m_name = journal;
     m_held = Open(journal);
     Hold(m_held);

@@ -7,6 +7,7 @@
 #include "mainwindow/filesaver.h"
 #include "mainwindow/placing.h"
 #include "mainwindow/timespinner.h"
+#include "mainwindow/troubleline.h"
 #include "model/document.h"
 #include "platform/commondialogs.h"
 #include "platform/keyrepeat.h"
@@ -61,6 +62,9 @@ class frmQuelmar : public QWidget, public EditorHost {
 
     /// Names both files, as if they were typed; an empty name is left out.
     void OpenFiles(const QString& media, const QString& subtitles);
+
+    /// A line that stays at the top of the window until there is no more trouble.
+    void ShowTrouble(const QString& trouble) { lblTrouble->Say(trouble); }
 
     /// What belongs to the document beside its titles.
     RecoveryNotes Notes() const;
@@ -176,6 +180,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::int32_t m_lagMilliseconds = 0;
     CommonDialog DLG;
     FileSaver m_saver{this, DLG};
+    TroubleLine* lblTrouble = new TroubleLine(this);
 
     bool m_subtitleFileExists = false;
     bool m_mediaActive = false;

@@ -69,6 +69,10 @@ Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
     connect(&window, &frmQuelmar::SaveDeclined, this, &Recovery::SaveDeclined);
     connect(&window, &frmQuelmar::FileEmptying, this, &Recovery::Flush);
     connect(&m_soon, &QTimer::timeout, this, [this] { Guarded([this] { KeepChanges(); }); });
+    // Told on the store's thread.
+    m_store.WhenInTrouble([this](const QString& trouble) {
+        QMetaObject::invokeMethod(this, [this, trouble] { StoreInTrouble(trouble); });
+    });
     m_soon.setSingleShot(true);
     m_soon.setTimerType(Qt::PreciseTimer);
     m_sinceCopy.start();
@@ -76,6 +80,7 @@ Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
 }
 
 Recovery::~Recovery() {
+    m_store.WhenInTrouble(nullptr);
     KeepChanges();
 }
 
@@ -86,6 +91,11 @@ void Recovery::Document_Change(const Change& change) {
         return;
     const std::chrono::milliseconds past(m_sinceCopy.elapsed());
     m_soon.start(std::max(ShortestWait, m_pause - past));
+}
+
+void Recovery::StoreInTrouble(const QString& trouble) {
+    m_window.ShowTrouble(trouble.isEmpty() ? QString()
+                                           : tr("Unsaved work cannot be kept: %1").arg(trouble));
 }
 
 void Recovery::KeepChanges() {

@@ -40,6 +40,7 @@ class Recovery : public QObject {
 
     void Document_Change(const Change& change);
     void KeepChanges();
+    void StoreInTrouble(const QString& trouble);
     void Keep(Fate fate);
     void ForgetCurrent();
     void DocumentReplacing();

@@ -1,18 +1,19 @@
 #include "platform/recoverystore.h"
 
-#include "base/wholefile.h"
+#include "base/replacefile.h"
 
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QUuid>
 
 #include <algorithm>
+#include <cerrno>
 #include <chrono>
 #include <new>
+#include <system_error>
 #include <utility>
 
 namespace {
@@ -32,16 +33,21 @@ bool MakeFolder(const QString& folder) {
     return QDir().mkpath(folder) && QFile::setPermissions(folder, OwnerOnly | QFile::ExeOwner);
 }
 
-/// Through a temporary file that is flushed to the disk before it takes the name.
-bool WriteCopy(const QString& name, const std::string& copy) {
-    QSaveFile file(name);
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(OwnerOnly))
-        return false;
-    file.write(copy.data(), static_cast<qint64>(copy.size()));
-    if (!file.commit())
-        return false;
-    FlushFolder(QFileInfo(name).filesystemPath());
-    return true;
+/// Answers for people why that failed; nothing when it did not.
+std::optional<QString> FailureOfWriting(const QString& name, const std::string& copy) {
+    std::error_code reason;
+    ReplaceHooks hooks;
+    hooks.forOwner = true;
+    hooks.reason = &reason;
+    if (ReplaceBytes(QFileInfo(name).filesystemFilePath(), copy, hooks) == ReplaceResult::Written)
+        return std::nullopt;
+    bool full = reason == std::errc::no_space_on_device;
+#ifdef EDQUOT
+    full = full || reason.value() == EDQUOT;
+#endif
+    if (full)
+        return RecoveryStore::tr("disk full");
+    return QString::fromStdString(reason.message());
 }
 
 } // namespace
@@ -73,7 +79,7 @@ RecoveryStore::~RecoveryStore() {
 void RecoveryStore::Post(Maker maker) {
     {
         const std::lock_guard guard(m_mutex);
-        if (!m_jobs.empty() && !m_jobs.back().archive)
+        if (!m_jobs.empty() && !m_jobs.back().archive && !m_jobs.back().probe)
             m_jobs.pop_back();
         m_jobs.push_back({std::move(maker), false});
     }
@@ -86,6 +92,45 @@ void RecoveryStore::Archive(Maker maker) {
         m_jobs.push_back({std::move(maker), true});
     }
     m_changed.notify_all();
+}
+
+void RecoveryStore::Probe() {
+    {
+        const std::lock_guard guard(m_mutex);
+        m_jobs.push_front({{}, false, true});
+    }
+    m_changed.notify_all();
+}
+
+void RecoveryStore::WhenInTrouble(std::function<void(const QString&)> listener) {
+    const std::lock_guard guard(m_mutex);
+    m_whenInTrouble = std::move(listener);
+}
+
+void RecoveryStore::Tell(const QString& trouble) {
+    const std::lock_guard guard(m_mutex);
+    if (trouble == std::exchange(m_trouble, trouble))
+        return;
+    if (m_whenInTrouble)
+        m_whenInTrouble(trouble);
+}
+
+bool RecoveryStore::WriteCopy(const QString& name, const std::string& copy) {
+    const auto failure = FailureOfWriting(name, copy);
+    Tell(failure.value_or(QString()));
+    return !failure;
+}
+
+bool RecoveryStore::TryOut() {
+    constexpr std::size_t Little = 4096;
+    if (!MakeFolder(m_folder)) {
+        Tell(tr("%1 cannot be made").arg(m_folder));
+        return false;
+    }
+    const QString file = m_folder + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    const bool written = WriteCopy(file, std::string(Little, ' '));
+    QFile::remove(file);
+    return written;
 }
 
 void RecoveryStore::Flush() {
@@ -134,6 +179,8 @@ void RecoveryStore::Work() {
 }
 
 bool RecoveryStore::Perform(const Job& job) {
+    if (job.probe)
+        return TryOut();
     std::optional<std::string> copy;
     try {
         copy = job.maker();
@@ -157,12 +204,12 @@ bool RecoveryStore::Prepare() {
         return true;
     // The first copy, or somebody tidied the folder away under us.
     m_slot = Slot();
-    if (!MakeFolder(m_folder))
-        return false;
     const QString file =
         m_folder + '/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + CopySuffix;
-    if (!m_slot.lock.Take(LockOf(file)))
+    if (!MakeFolder(m_folder) || !m_slot.lock.Take(LockOf(file))) {
+        TryOut();
         return false;
+    }
     m_slot.file = file;
     return true;
 }
@@ -184,7 +231,7 @@ void OrphanCopy::Discard() {
 }
 
 bool OrphanCopy::Replace(const std::string& copy) {
-    if (!WriteCopy(m_file, copy))
+    if (FailureOfWriting(m_file, copy))
         return false;
     m_bytes = copy;
     return true;

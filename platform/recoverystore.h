@@ -2,6 +2,7 @@
 
 #include "platform/filelock.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <condition_variable>
@@ -18,6 +19,8 @@
 /// held by a lock that ends with the program. Copies are made and written on a
 /// thread of the store's own, each complete or not at all.
 class RecoveryStore {
+    Q_DECLARE_TR_FUNCTIONS(RecoveryStore)
+
   public:
     /// Runs on the store's thread. Answers the copy; nothing when there is nothing to
     /// keep, and what was kept is removed.
@@ -41,6 +44,11 @@ class RecoveryStore {
     void Archive(Maker maker);
     /// Waits until all that was posted is on the disk, or could not be written.
     void Flush();
+    /// Called on the store's thread with the reason why copies cannot be written ("disk
+    /// full"), and with nothing when they can again.
+    void WhenInTrouble(std::function<void(const QString&)> listener);
+    /// Finds out whether copies could be written.
+    void Probe();
     /// Of what was posted before the last `Flush`: something is there to be recovered.
     bool HasCopy() const;
 
@@ -48,6 +56,7 @@ class RecoveryStore {
     struct Job {
         Maker maker;
         bool archive;
+        bool probe = false;
     };
     struct Slot {
         FileLock lock;
@@ -57,6 +66,9 @@ class RecoveryStore {
     void Work();
     bool Perform(const Job& job);
     bool Prepare();
+    bool TryOut();
+    bool WriteCopy(const QString& name, const std::string& copy);
+    void Tell(const QString& trouble);
 
     const QString m_folder;
     mutable std::mutex m_mutex;
@@ -65,6 +77,8 @@ class RecoveryStore {
     bool m_working = false;
     bool m_ending = false;
     bool m_hasCopy = false;
+    QString m_trouble;
+    std::function<void(const QString&)> m_whenInTrouble;
     // Used by the store's thread alone.
     Slot m_slot;
     std::vector<Slot> m_archived;

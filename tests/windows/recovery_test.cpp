@@ -12,6 +12,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
@@ -391,9 +392,17 @@ TEST_F(RecoveryTest, TwoProgramsKeepTheirOwn) {
 TEST_F(RecoveryTest, WithoutAStateFolderTheProgramGoesOn) {
     Write(folder, "a file in the way");
     Run run(folder);
+    auto& lblTrouble = Child<QLabel>(run.window, "lblTrouble");
+    EXPECT_FALSE(lblTrouble.isVisible());
     run.Type(source);
     run.Edit("changed");
     EXPECT_FALSE(run.recovery.Flush());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return lblTrouble.isVisible(); }));
+    EXPECT_TRUE(lblTrouble.text().startsWith("Unsaved work cannot be kept: "));
+    QFile::remove(folder);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return lblTrouble.isHidden(); }, 10'000));
+    EXPECT_TRUE(run.recovery.Flush());
+    run.window.document().SubtitlesChanged = false;
     const Modals modals;
     EXPECT_FALSE(run.recovery.OfferOrphans());
     EXPECT_EQ(run.window.Subt.Text(1), "changed");

@@ -8,7 +8,12 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <csignal>
 #include <future>
+
+#ifdef Q_OS_LINUX
+#include <sys/resource.h>
+#endif
 
 namespace {
 
@@ -62,6 +67,48 @@ TEST_F(Store, ACopyOutlivesItsProgram) {
     }
     EXPECT_EQ(Orphans(), std::vector<std::string>{"second"});
 }
+
+TEST_F(Store, TellsWhyNothingCanBeKept) {
+    QDir(home.path()).mkpath("state/Tevo");
+    QFile(folder).open(QIODevice::WriteOnly);
+    std::vector<QString> told;
+    RecoveryStore store(folder);
+    store.WhenInTrouble([&](const QString& trouble) { told.push_back(trouble); });
+    store.Probe();
+    store.Flush();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_NE(told[0], "");
+    QFile::remove(folder);
+    store.Post(Make("kept"));
+    store.Flush();
+    EXPECT_EQ(told.size(), 2U);
+    EXPECT_EQ(told.back(), "");
+    store.Probe();
+    store.Flush();
+    EXPECT_EQ(told.size(), 2U);
+    EXPECT_EQ(Files("*.recovery").size(), 1);
+}
+
+#ifdef Q_OS_LINUX
+TEST_F(Store, TellsOfAFullDisk) {
+    // No file grows beyond this.
+    rlimit limit{};
+    getrlimit(RLIMIT_FSIZE, &limit);
+    signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{100, limit.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &small);
+    QString told;
+    {
+        RecoveryStore store(folder);
+        store.WhenInTrouble([&](const QString& trouble) { told = trouble; });
+        store.Probe();
+        store.Flush();
+        store.WhenInTrouble(nullptr);
+    }
+    setrlimit(RLIMIT_FSIZE, &limit);
+    EXPECT_EQ(told, "File too large");
+}
+#endif
 
 TEST_F(Store, WhatIsPostedIsWrittenAtTheEnd) {
     RecoveryStore(folder).Post(Make("last moment"));
