@@ -2,209 +2,217 @@
 
 #include "base/checksum.h"
 #include "base/largeblocks.h"
-#include "formats/packed.h"
-#include "formats/sami.h"
+#include "formats/recoverylayout.h"
+#include "formats/recoveryversions.h"
+#include "formats/sealedblocks.h"
 
-#include <cstring>
+#include <algorithm>
+#include <map>
 #include <utility>
-#include <vector>
 
-// A copy: magic, version, flags (1: declined), time, length of the body, checksum of
-// the body and of all before it. The body: notes, undo history, what some titles carry
-// beside times and text, and the titles.
+// A copy: magic, layout, flags (1: declined), time, length of all behind the header, the
+// blocks' sum, checksum of the header so far; then the blocks. Copies of the layouts 1 and
+// 2 have one checksum for the header and all behind it, and no blocks. Numbers are
+// little-endian, texts are led by their length.
 
 namespace {
 
+using namespace RecoveryLayout;
+
 constexpr std::string_view Magic = "QuelmarR";
-constexpr std::uint32_t Version = 2;
-/// Knew of no formats that keep things of their own but SAMI. Still read.
-constexpr std::uint32_t FirstVersion = 1;
 constexpr std::uint32_t DeclinedFlag = 1;
-constexpr std::size_t ChecksumAt = 8 + 4 + 4 + 8 + 8;
-constexpr std::size_t HeaderSize = ChecksumAt + 8;
-constexpr std::uint32_t MostUndoRecords = 100;
+constexpr std::size_t OldChecksumAt = 8 + 4 + 4 + 8 + 8;
+constexpr std::size_t OldHeaderSize = OldChecksumAt + 8;
+constexpr std::size_t HeaderSumAt = OldHeaderSize;
+constexpr std::size_t HeaderSize = HeaderSumAt + 8;
+constexpr std::int32_t TitlesInBlock = 512;
 
-void PutNotes(std::string& out, const RecoveryNotes& notes) {
-    PutText(out, notes.mediaFile);
-    PutText(out, notes.subtitleFile);
-    PutNumber(out, notes.frameRate);
-    PutNumber(out, static_cast<std::uint8_t>(notes.style.encoding));
-    PutNumber(out, static_cast<std::uint8_t>(notes.style.byteOrderMark));
-    PutText(out, notes.style.format);
-    PutText(out, notes.style.kept);
-}
-
-void ReadKeptSami(PackedReader& cursor, FileStyle& style) {
-    const bool keep = cursor.Below<std::uint8_t>(2) != 0;
-    SamiParts parts;
-    parts.header = cursor.Text();
-    parts.paragraphClass = cursor.Text();
-    parts.footer = cursor.Text();
-    if (keep)
-        KeepSami(parts, style);
-}
-
-RecoveryNotes ReadNotes(PackedReader& cursor, std::uint32_t version) {
-    RecoveryNotes notes;
-    notes.mediaFile = cursor.Text();
-    notes.subtitleFile = cursor.Text();
-    notes.frameRate = cursor.Number<double>();
-    notes.style.encoding = static_cast<FileStyle::Encoding>(cursor.Below<std::uint8_t>(4));
-    notes.style.byteOrderMark = cursor.Below<std::uint8_t>(2) != 0;
-    if (version == FirstVersion) {
-        ReadKeptSami(cursor, notes.style);
-    } else {
-        notes.style.format = cursor.Text();
-        notes.style.kept = cursor.Text();
-    }
-    return notes;
-}
-
-void PutHistory(std::string& out, const UndoHistory& history) {
-    PutNumber(out, static_cast<std::uint32_t>(history.Count()));
-    for (auto age = static_cast<std::int16_t>(history.Count() - 1); age >= 0; --age) {
-        const UndoHistory::Record& record = history.At(age);
-        PutNumber(out, static_cast<std::uint8_t>(record.kind));
-        PutNumber(out, record.title);
-        PutNumber(out, record.start);
-        PutNumber(out, record.end);
-        PutText(out, record.text);
-        PutText(out, record.extra.Bytes());
-    }
-}
-
-std::vector<UndoHistory::Record> ReadHistory(PackedReader& cursor, std::uint32_t version) {
-    std::vector<UndoHistory::Record> records(cursor.Below<std::uint32_t>(MostUndoRecords + 1));
-    for (UndoHistory::Record& record : records) {
-        record.kind = static_cast<UndoHistory::Kind>(cursor.Below<std::uint8_t>(3));
-        record.title = cursor.Number<std::int32_t>();
-        record.start = cursor.Number<double>();
-        record.end = cursor.Number<double>();
-        record.text = cursor.Text();
-        if (version > FirstVersion)
-            record.extra = TitleExtra(cursor.Text());
-    }
-    return records;
-}
-
-/// Only of titles that have any, each led by its title's number; 0 ends them. Titles in
-/// a row that share one write it once: 0xFFFFFFFF stands for that of the one before.
-constexpr std::uint32_t SameAsBefore = 0xFFFFFFFF;
-
-void PutExtras(std::string& out, const SUBTITLES& titles) {
-    const TitleExtra* before = nullptr;
-    for (std::int32_t i = 1; titles.HasExtras() && i <= titles.Count(); ++i) {
-        const TitleExtra& extra = titles.Extra(i);
-        if (extra.Empty())
-            continue;
-        PutNumber(out, i);
-        if (before != nullptr && *before == extra)
-            PutNumber(out, SameAsBefore);
-        else
-            PutText(out, extra.Bytes());
-        before = &extra;
-    }
-    PutNumber(out, std::int32_t{0});
-}
-
-using NumberedExtra = std::pair<std::int32_t, TitleExtra>;
-
-std::vector<NumberedExtra> ReadExtras(PackedReader& cursor, std::uint32_t version) {
-    std::vector<NumberedExtra> extras;
-    if (version == FirstVersion)
-        return extras;
-    while (const auto index = cursor.Number<std::int32_t>()) {
-        PackedReader ahead = cursor;
-        if (!extras.empty() && ahead.Number<std::uint32_t>() == SameAsBefore) {
-            cursor = ahead;
-            extras.emplace_back(index, extras.back().second);
-        } else {
-            extras.emplace_back(index, TitleExtra(cursor.Text()));
-        }
-    }
-    return extras;
-}
-
-constexpr std::size_t LeastTitleSize = 8 + 8 + 4;
-
-void PutTitles(std::string& out, const SUBTITLES& titles) {
-    PutNumber(out, static_cast<std::uint32_t>(titles.Count()));
-    for (std::int32_t i = 1; i <= titles.Count(); ++i) {
-        const std::string& text = titles.Text(i);
-        const double start = titles.StartTime(i);
-        const double end = titles.EndTime(i);
-        const auto length = static_cast<std::uint32_t>(text.size());
-        char lead[LeastTitleSize];
-        std::memcpy(lead, &start, 8);
-        std::memcpy(lead + 8, &end, 8);
-        std::memcpy(lead + 16, &length, 4);
-        out.append(lead, sizeof lead);
-        out.append(text);
-    }
-}
-
-void ReadTitles(PackedReader& cursor, SUBTITLES& titles) {
-    const auto count = cursor.Number<std::uint32_t>();
-    // No more room is made than the bytes can fill.
-    if (count > cursor.Left() / LeastTitleSize)
-        return cursor.Fail();
-    titles.Reserve(static_cast<std::int32_t>(count));
-    for (std::uint32_t i = 0; i < count && !cursor.Failed(); ++i) {
-        const auto start = cursor.Number<double>();
-        const auto end = cursor.Number<double>();
-        titles.Add(start, end, cursor.Text());
-    }
-}
+/// Kinds of blocks. The count of `Notes` is the number of titles.
+enum Kind : std::uint32_t { Notes = 1, DraftText, History, Extras, Titles };
 
 struct Header {
-    std::uint32_t version;
+    std::uint32_t layout = 0;
     RecoveryStamp stamp;
-    std::string_view body;
+    std::uint64_t length = 0;
+    /// Of the blocks; of everything in an old layout.
+    std::uint64_t sum = 0;
 };
 
-std::string Seal(std::string_view body, const RecoveryStamp& stamp, std::uint32_t version) {
-    std::string copy;
-    copy.reserve(HeaderSize + body.size());
-    copy.append(Magic);
-    PutNumber(copy, version);
-    PutNumber(copy, stamp.declined ? DeclinedFlag : std::uint32_t{0});
-    PutNumber(copy, stamp.time);
-    PutNumber(copy, static_cast<std::uint64_t>(body.size()));
-    PutNumber(copy, Checksum(body, Checksum(copy)));
-    copy.append(body);
-    return copy;
+std::string HeaderOf(const RecoveryStamp& stamp, std::uint64_t length, std::uint64_t sum) {
+    std::string header(Magic);
+    PutNumber(header, InBlocks);
+    PutNumber(header, stamp.declined ? DeclinedFlag : std::uint32_t{0});
+    PutNumber(header, stamp.time);
+    PutNumber(header, length);
+    PutNumber(header, sum);
+    PutNumber(header, Checksum(header));
+    return header;
 }
 
-std::optional<Header> Open(std::string_view copy) {
-    if (copy.size() < HeaderSize || !copy.starts_with(Magic))
+/// Nothing when it is no header, or a damaged one. That of an old layout says nothing of
+/// its own damage.
+std::optional<Header> ReadHeader(std::string_view copy) {
+    if (copy.size() < OldHeaderSize || !copy.starts_with(Magic))
         return std::nullopt;
-    PackedReader cursor(copy.substr(Magic.size()));
-    const auto version = cursor.Number<std::uint32_t>();
-    const auto flags = cursor.Number<std::uint32_t>();
-    const RecoveryStamp stamp{cursor.Number<std::int64_t>(), (flags & DeclinedFlag) != 0};
-    const auto length = cursor.Number<std::uint64_t>();
-    const auto checksum = cursor.Number<std::uint64_t>();
-    const std::string_view body = copy.substr(HeaderSize);
-    if (version < FirstVersion || version > Version || length != body.size() ||
-        checksum != Checksum(body, Checksum(copy.substr(0, ChecksumAt))))
+    PackedReader reader(copy.substr(Magic.size()));
+    Header header;
+    header.layout = reader.Number<std::uint32_t>();
+    header.stamp.declined = (reader.Number<std::uint32_t>() & DeclinedFlag) != 0;
+    header.stamp.time = reader.Number<std::int64_t>();
+    header.length = reader.Number<std::uint64_t>();
+    header.sum = reader.Number<std::uint64_t>();
+    if (header.layout < First || header.layout > InBlocks)
         return std::nullopt;
-    return Header{version, stamp, body};
+    if (header.layout == InBlocks &&
+        (reader.Number<std::uint64_t>() != Checksum(copy.substr(0, HeaderSumAt)) ||
+         reader.Failed()))
+        return std::nullopt;
+    return header;
 }
+
+std::string_view OldBody(std::string_view copy, const Header& header) {
+    const std::string_view body = copy.substr(OldHeaderSize);
+    const bool whole = header.length == body.size() &&
+                       header.sum == Checksum(body, Checksum(copy.substr(0, OldChecksumAt)));
+    return whole ? body : std::string_view();
+}
+
+std::optional<RecoveredDocument> ReadOldCopy(std::string_view copy, const Header& header) {
+    PackedReader reader(OldBody(copy, header));
+    RecoveredDocument document;
+    document.stamp = header.stamp;
+    document.notes = ReadNotes(reader, header.layout);
+    std::vector<UndoHistory::Record> history = ReadHistory(reader, header.layout);
+    const std::vector<NumberedExtra> extras = ReadExtras(reader, header.layout);
+    const auto count = reader.Number<std::uint32_t>();
+    ReadTitles(reader, count, document.titles);
+    for (const auto& [index, extra] : extras)
+        document.titles.Extra(index, extra);
+    if (reader.Failed() || reader.Left() != 0)
+        return std::nullopt;
+    document.titles.RestoreHistory(std::move(history));
+    document.titles.UndoEnabled(true);
+    return document;
+}
+
+/// Puts a document together from the blocks that there are.
+class Assembly {
+  public:
+    explicit Assembly(const std::vector<SealedBlock>& blocks) {
+        for (const SealedBlock& block : blocks)
+            Take(block);
+        m_document.earlier = RecoveryVersions::Read(blocks, m_whole);
+        Number();
+    }
+
+    /// Everything was there, and in order.
+    bool Whole() const { return m_whole && m_hasNotes && m_document.lostTitles == 0; }
+    RecoveredDocument Document() && { return std::move(m_document); }
+
+  private:
+    void Take(const SealedBlock& block) {
+        PackedReader reader(block.body);
+        switch (block.kind) {
+        case Notes: {
+            RecoveryNotes notes = ReadNotes(reader, InBlocks);
+            notes.draft = std::move(m_document.notes.draft);
+            m_document.notes = std::move(notes);
+            m_count = block.count;
+            m_hasNotes = true;
+            break;
+        }
+        case DraftText:
+            m_document.notes.draft = ReadDraft(reader);
+            break;
+        case History:
+            m_history = ReadHistory(reader, InBlocks);
+            break;
+        case Extras:
+            for (auto& [index, extra] : ReadExtras(reader, InBlocks))
+                m_extras[static_cast<std::uint32_t>(index)] = std::move(extra);
+            break;
+        case Titles:
+            ReadTitles(reader, block.count, m_document.titles);
+            for (std::uint32_t i = 0; m_numbers.size() < Count(); ++i)
+                m_numbers.push_back(block.first + i);
+            break;
+        default:
+            return;
+        }
+        m_whole = m_whole && !reader.Failed() && reader.Left() == 0;
+    }
+
+    // By the numbers that the titles had, gaps are known.
+    void Number() {
+        SUBTITLES& titles = m_document.titles;
+        const std::uint32_t last = m_numbers.empty() ? 0 : m_numbers.back();
+        const std::uint32_t all = std::max(m_count, last);
+        m_document.lostTitles =
+            static_cast<std::int32_t>(all - std::min<std::size_t>(all, Count()));
+        for (std::size_t i = 0; !m_extras.empty() && i < m_numbers.size(); ++i)
+            if (const auto extra = m_extras.find(m_numbers[i]); extra != m_extras.end())
+                titles.Extra(static_cast<std::int32_t>(i + 1), extra->second);
+        if (m_document.lostTitles == 0)
+            titles.RestoreHistory(std::move(m_history));
+        titles.UndoEnabled(true);
+    }
+
+    std::size_t Count() const { return static_cast<std::size_t>(m_document.titles.Count()); }
+
+    RecoveredDocument m_document;
+    std::vector<UndoHistory::Record> m_history;
+    std::map<std::uint32_t, TitleExtra> m_extras;
+    /// The number of each title that was read.
+    std::vector<std::uint32_t> m_numbers;
+    std::uint32_t m_count = 0;
+    bool m_hasNotes = false;
+    bool m_whole = true;
+};
 
 } // namespace
 
-RecoveryBody::RecoveryBody(const SUBTITLES& titles, const RecoveryNotes& notes) {
-    PutNotes(m_bytes, notes);
-    PutHistory(m_bytes, titles.History());
-    PutExtras(m_bytes, titles);
+RecoveryBody::RecoveryBody(const SUBTITLES& titles, const RecoveryNotes& notes)
+    : m_hasDraft(notes.draft.has_value()) {
+    {
+        BlockScope block(m_bytes, Notes);
+        block.Count(static_cast<std::uint32_t>(titles.Count()));
+        PutNotes(m_bytes, notes);
+    }
+    if (notes.draft) {
+        const BlockScope block(m_bytes, DraftText);
+        PutDraft(m_bytes, *notes.draft);
+    }
+    {
+        const BlockScope block(m_bytes, History);
+        PutHistory(m_bytes, titles.History());
+    }
+    {
+        const BlockScope block(m_bytes, Extras);
+        PutExtras(m_bytes, titles);
+    }
     m_titlesAt = m_bytes.size();
     // The window waits for this: room is made once.
-    std::size_t size = m_titlesAt + 4 + static_cast<std::size_t>(titles.Count()) * LeastTitleSize;
+    const auto count = static_cast<std::size_t>(titles.Count());
+    std::size_t size =
+        m_titlesAt + count * LeastTitleSize + (count / TitlesInBlock + 1) * BlockScope::HeadSize;
     for (std::int32_t i = 1; i <= titles.Count(); ++i)
         size += titles.Text(i).size();
     m_bytes.reserve(size);
     AdviseLargePages(m_bytes.data(), m_bytes.capacity());
-    PutTitles(m_bytes, titles);
+    for (std::int32_t first = 1; first <= titles.Count(); first += TitlesInBlock) {
+        const std::int32_t last = std::min(first + TitlesInBlock - 1, titles.Count());
+        BlockScope block(m_bytes, Titles, static_cast<std::uint32_t>(first));
+        block.Count(static_cast<std::uint32_t>(last - first + 1));
+        for (std::int32_t i = first; i <= last; ++i)
+            PutTitle(m_bytes, titles, i);
+    }
+}
+
+RecoveryBody::RecoveryBody(const SUBTITLES& titles, const RecoveryNotes& notes,
+                           const Versions& earlier)
+    : RecoveryBody(titles, notes) {
+    for (std::size_t age = 0; age < std::min(MostVersions, earlier.Count()); ++age)
+        m_earlier.push_back(earlier.At(age));
 }
 
 std::uint64_t RecoveryBody::TitlesFingerprint() const {
@@ -212,30 +220,59 @@ std::uint64_t RecoveryBody::TitlesFingerprint() const {
 }
 
 std::string SealRecoveryCopy(const RecoveryBody& body, const RecoveryStamp& stamp) {
-    return Seal(body.Bytes(), stamp, Version);
+    std::string copy;
+    copy.reserve(HeaderSize + body.Bytes().size());
+    copy.append(HeaderSize, '\0');
+    copy.append(body.Bytes());
+    RecoveryVersions::Put(copy, body.Earlier(), RecoveryBody::MostVersionBytes);
+    const std::uint64_t sum = SealBlocks(copy, HeaderSize);
+    copy.replace(0, HeaderSize, HeaderOf(stamp, copy.size() - HeaderSize, sum));
+    return copy;
 }
 
 std::optional<std::string> RestampRecoveryCopy(std::string_view copy, const RecoveryStamp& stamp) {
-    const auto header = Open(copy);
-    return header ? std::optional(Seal(header->body, stamp, header->version)) : std::nullopt;
+    auto document = ReadRecoveryCopy(copy);
+    if (!document)
+        return std::nullopt;
+    Versions earlier;
+    for (Version& version : document->earlier)
+        earlier.Restore(std::move(version));
+    return SealRecoveryCopy({document->titles, document->notes, earlier}, stamp);
 }
 
 std::optional<RecoveredDocument> ReadRecoveryCopy(std::string_view copy) {
-    const auto header = Open(copy);
+    const auto header = ReadHeader(copy);
     if (!header)
         return std::nullopt;
-    PackedReader cursor(header->body);
-    RecoveredDocument document;
-    document.stamp = header->stamp;
-    document.notes = ReadNotes(cursor, header->version);
-    std::vector<UndoHistory::Record> history = ReadHistory(cursor, header->version);
-    const std::vector<NumberedExtra> extras = ReadExtras(cursor, header->version);
-    ReadTitles(cursor, document.titles);
-    for (const auto& [index, extra] : extras)
-        document.titles.Extra(index, extra);
-    if (cursor.Failed() || cursor.Left() != 0)
+    if (header->layout < InBlocks)
+        return ReadOldCopy(copy, *header);
+    const std::string_view behind = copy.substr(HeaderSize);
+    const ReadBlocks read = ReadSealedBlocks(behind);
+    if (!read.whole || header->length != behind.size() || header->sum != read.sum)
         return std::nullopt;
-    document.titles.RestoreHistory(std::move(history));
-    document.titles.UndoEnabled(true);
+    Assembly assembly(read.blocks);
+    if (!assembly.Whole())
+        return std::nullopt;
+    RecoveredDocument document = std::move(assembly).Document();
+    document.stamp = header->stamp;
+    return document;
+}
+
+bool IsLaterRecoveryCopy(std::string_view copy) {
+    if (!copy.starts_with(Magic))
+        return false;
+    PackedReader reader(copy.substr(Magic.size()));
+    return reader.Number<std::uint32_t>() > InBlocks;
+}
+
+std::optional<RecoveredDocument> SalvageRecoveryCopy(std::string_view copy) {
+    if (auto document = ReadRecoveryCopy(copy))
+        return document;
+    RecoveredDocument document = Assembly(ReadSealedBlocks(copy).blocks).Document();
+    if (document.titles.Count() == 0)
+        return std::nullopt;
+    if (const auto header = ReadHeader(copy); header && header->layout == InBlocks)
+        document.stamp = header->stamp;
+    document.damaged = true;
     return document;
 }
