@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <optional>
 #include <string_view>
 
 enum class SettingType : std::uint8_t {
@@ -86,7 +87,8 @@ using TextSetting = SettingName<SettingType::Text>;
 
 /// The current user's settings: HKCU\Software\Tevo\Quelmar on Windows, the file
 /// Tevo/Quelmar.conf in the user's configuration folder elsewhere. A window reads
-/// its values when it loads and writes them when it unloads.
+/// its values when it loads and writes them when it unloads. A store that cannot be used,
+/// or not at once, is as good as none: defaults are read, and nothing is written.
 class Settings {
   public:
     Settings();
@@ -101,5 +103,8 @@ class Settings {
     void SetString(TextSetting setting, const QString& value);
 
   private:
-    QSettings m_store;
+    bool Writable();
+
+    std::optional<QSettings> m_store;
+    bool m_asked = false;
 };

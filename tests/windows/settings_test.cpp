@@ -3,6 +3,7 @@
 #include "tests/windows/fakeplayer.h"
 
 #include <QDir>
+#include <QElapsedTimer>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -10,6 +11,13 @@
 #include <QSettings>
 
 #include <gtest/gtest.h>
+
+#include <functional>
+
+#ifndef Q_OS_WIN
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
 
 namespace {
 
@@ -90,5 +98,64 @@ TEST_F(DamagedSettings, ValuesOfAnotherTypeGiveTheirDefaults) {
     EXPECT_EQ(settings.String("CodePage").toStdString(), "windows-1252");
     EXPECT_EQ(settings.String("MRU").toStdString(), "12");
 }
+
+#ifndef Q_OS_WIN
+/// Reading what is no file, or waiting for a lock, could take for ever.
+struct Obstacle {
+    const char* what;
+    std::function<void(const QByteArray& file)> put;
+};
+
+class ObstructedSettings : public DamagedSettings, public testing::WithParamInterface<Obstacle> {
+  protected:
+    ~ObstructedSettings() override {
+        QDir(file).removeRecursively();
+        QFile::remove(file);
+        QFile::remove(file + ".lock");
+    }
+
+    const QString file = File();
+};
+
+TEST_P(ObstructedSettings, DoNotStopTheProgram) {
+    QFile::remove(file);
+    GetParam().put(QFile::encodeName(file));
+    QElapsedTimer taken;
+    taken.start();
+    ExpectUsableWindow(GetParam().what);
+    {
+        frmQuelmar window(std::make_unique<FakePlayer>());
+        window.show();
+        EXPECT_TRUE(window.close());
+    }
+    EXPECT_LT(taken.elapsed(), 5000) << GetParam().what;
+}
+
+INSTANTIATE_TEST_SUITE_P(Files, ObstructedSettings,
+                         testing::Values(Obstacle{"a named pipe",
+                                                  [](const QByteArray& file) {
+                                                      EXPECT_EQ(mkfifo(file.constData(), 0600), 0);
+                                                  }},
+                                         Obstacle{"a folder",
+                                                  [](const QByteArray& file) {
+                                                      QDir().mkpath(QFile::decodeName(file));
+                                                  }},
+                                         Obstacle{"a link to itself",
+                                                  [](const QByteArray& file) {
+                                                      EXPECT_EQ(symlink(file.constData(),
+                                                                        file.constData()),
+                                                                0);
+                                                  }},
+                                         Obstacle{"a lock of a program on another host",
+                                                  [](const QByteArray& file) {
+                                                      QFile lock(QFile::decodeName(file) + ".lock");
+                                                      ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
+                                                      lock.write("1\nquelmar\nanother-host\n");
+                                                  }}),
+                         [](const auto& row) {
+                             QString name = QString::fromLatin1(row.param.what);
+                             return name.remove(' ').toStdString();
+                         });
+#endif
 
 } // namespace
