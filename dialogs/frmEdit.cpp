@@ -1,5 +1,6 @@
 #include "dialogs/frmEdit.h"
 
+#include "dialogs/lefttyped.h"
 #include "dialogs/placement.h"
 #include "model/times.h"
 #include "platform/errorgate.h"
@@ -60,6 +61,10 @@ frmEdit::frmEdit(TitleList& list, QWidget* parent)
         connect(confirm, &QShortcut::activated, cmdOK, &QPushButton::click);
     }
     Form_Load();
+    connect(txtSubt, &QPlainTextEdit::textChanged, this, &frmEdit::KeepTyped);
+    connect(txtStart, &QLineEdit::textChanged, this, &frmEdit::KeepTyped);
+    connect(txtDuration, &QLineEdit::textChanged, this, &frmEdit::KeepTyped);
+    GoOnWithLeft();
 }
 
 void frmEdit::LayOut() {
@@ -138,7 +143,30 @@ void frmEdit::Form_Load() {
     UpdateTagButtons();
 }
 
+void frmEdit::GoOnWithLeft() {
+    const auto left = GoOnTyping(document(), m_index, List().Window());
+    if (!left)
+        return;
+    txtSubt->setPlainText(QString::fromStdString(left->text));
+    if (!left->start.empty())
+        txtStart->setText(QString::fromStdString(left->start));
+    if (!left->duration.empty())
+        txtDuration->setText(QString::fromStdString(left->duration));
+}
+
+void frmEdit::KeepTyped() {
+    const bool changed = txtSubt->Text() != List().RowText(m_index) ||
+                         txtStart->text() != m_loadedStart ||
+                         txtDuration->text() != m_loadedDuration;
+    if (changed)
+        document().Typing(Draft{m_index, Subt().Text(m_index), txtSubt->Text().toStdString(),
+                                txtStart->text().toStdString(), txtDuration->text().toStdString()});
+    else
+        document().Typing(std::nullopt);
+}
+
 void frmEdit::Form_Unload() {
+    document().Typing(std::nullopt);
     Settings settings;
     settings.SetDword("SEWidth", ToTwips(width()));
     settings.SetDword("SEHeight", ToTwips(height()));

@@ -37,6 +37,9 @@ class frmEdit : public ListDialog {
     void Form_Load();
     void Form_Unload() override;
     void UpdateTagButtons();
+    /// Keeps what is typed safe until it is confirmed or given up.
+    void KeepTyped();
+    void GoOnWithLeft();
     void InsertMark(const QString& mark);
 
     /// The times that the boxes mean: the title's own while a box is left alone.

@@ -49,7 +49,10 @@ frmList::frmList(EditorHost& host, QWidget* parent)
         [this](const Change& change) { Guarded([&] { Document_Change(change); }); });
 }
 
-frmList::~frmList() = default;
+frmList::~frmList() {
+    // An editor in a row outlives this by a little.
+    m_delegate->disconnect(this);
+}
 
 void frmList::LayOut() {
     m_rows->MarkOf = [this](std::int32_t row) {
@@ -57,7 +60,8 @@ void frmList::LayOut() {
     };
     LV->setObjectName("LV");
     LV->setModel(m_rows);
-    LV->setItemDelegate(new RowDelegate(LV));
+    m_delegate = new RowDelegate(LV);
+    LV->setItemDelegate(m_delegate);
     setCentralWidget(LV);
     PlaceForFirstTime();
     LV->setContextMenuPolicy(Qt::ActionsContextMenu);
@@ -105,6 +109,9 @@ void frmList::ConnectList() {
     connect(LV->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &frmList::SelectionChanged);
     connect(m_rows, &RowModel::modelReset, this, &frmList::SelectionChanged);
+    connect(m_delegate, &RowDelegate::Typed, this, &frmList::LV_Typing);
+    connect(m_delegate, &RowDelegate::TypingEnded, this,
+            [this] { document().Typing(std::nullopt); });
     connect(m_rows, &RowModel::LabelEdited, this, [this](std::int32_t row, const QString& text) {
         Guarded([&] { LV_AfterLabelEdit(row, text); });
     });
@@ -177,6 +184,7 @@ void frmList::Form_QueryUnload() {
 void frmList::Form_Unload() {
     if (m_find != nullptr)
         m_find->cmdExit_Click();
+    document().Typing(std::nullopt);
     document().ListWindowOpen = false;
     SaveSettings();
     m_host.EditButtonsEnabled(true);

@@ -12,6 +12,7 @@
 #include <span>
 #include <vector>
 
+class RowDelegate;
 class RowModel;
 class Versions;
 enum class RowColour : std::uint8_t;
@@ -55,6 +56,7 @@ class frmList final : public QMainWindow, public TitleList {
     void LV_DblClick();
     void LV_KeyPress(int keyAscii);
     void LV_KeyDown(int keyCode);
+    void LV_Typing(std::int32_t row, const QString& text);
     void LV_AfterLabelEdit(std::int32_t row, const QString& newString);
     void mnuTimeFirst_Click();
     void mnuTimeSecond_Click();
@@ -145,6 +147,7 @@ class frmList final : public QMainWindow, public TitleList {
     EditorHost& m_host;
     RowModel* m_rows;
     ListActions m_actions;
+    RowDelegate* m_delegate = nullptr;
     QPointer<frmFind> m_find;
     Connection m_connection;
     /// Of the document that the rows show.

@@ -1,7 +1,9 @@
 #include "listeditor/frmList.h"
 
 #include "dialogs/frmStretch.h"
+#include "dialogs/lefttyped.h"
 #include "editing/edittitle.h"
+#include "listeditor/labeleditor.h"
 #include "listeditor/rowmodel.h"
 #include "listeditor/titleview.h"
 #include "model/times.h"
@@ -120,7 +122,20 @@ void frmList::LV_KeyDown(int keyCode) {
         return;
     ScrollTo(row);
     SelectRow(row);
+    const auto left = GoOnTyping(document(), row, this);
     LV->edit(m_rows->index(row - 1, RowModel::Text));
+    auto* editor = LV->findChild<LabelEditor*>();
+    if (left && editor != nullptr)
+        editor->setPlainText(QString::fromStdString(left->text));
+}
+
+void frmList::LV_Typing(std::int32_t row, const QString& text) {
+    const std::string& original = Subt().Text(row);
+    std::string typed = text.toStdString();
+    if (typed == original)
+        document().Typing(std::nullopt);
+    else
+        document().Typing(Draft{row, original, std::move(typed), {}, {}});
 }
 
 bool frmList::eventFilter(QObject* watched, QEvent* event) {

@@ -123,9 +123,13 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
 }
 
 QWidget* RowDelegate::createEditor(QWidget* parent, const QStyleOptionViewItem& option,
-                                   const QModelIndex& /*index*/) const {
+                                   const QModelIndex& index) const {
     auto* editor = new LabelEditor(parent);
     editor->setFont(option.font);
+    const std::int32_t row = index.row() + 1;
+    connect(editor, &LabelEditor::textChanged, this,
+            [this, editor, row] { emit Typed(row, editor->Text()); });
+    connect(editor, &QObject::destroyed, this, &RowDelegate::TypingEnded);
     return editor;
 }
 

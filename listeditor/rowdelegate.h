@@ -2,6 +2,8 @@
 
 #include <QStyledItemDelegate>
 
+#include <cstdint>
+
 /// Draws the rows of the list: line breaks of a text as a sign in a second tone,
 /// marked rows with the number of their mark, a frame around the row that has the
 /// focus. Edits a text in place, in as many lines as it has.
@@ -25,6 +27,11 @@ class RowDelegate : public QStyledItemDelegate {
                       const QModelIndex& index) const override;
     void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const override;
+
+  signals:
+    /// A text is being typed in place, and is no longer.
+    void Typed(std::int32_t row, const QString& text) const;
+    void TypingEnded() const;
 
   protected:
     bool eventFilter(QObject* editor, QEvent* event) override;

@@ -62,6 +62,26 @@ Connection Document::BeforeOther(std::function<void()> observer) {
 void Document::BeginOther() {
     Call(m_beforeOther);
     ++m_number;
+    m_fileFollows = true;
+    m_typed.reset();
+    m_left.reset();
+}
+
+void Document::Typing(std::optional<Draft> draft) {
+    if (draft == m_typed)
+        return;
+    m_typed = std::move(draft);
+    Call(m_whileTyping);
+}
+
+std::optional<Draft> Document::TakeLeft(std::int32_t title) {
+    if (!m_left || m_left->title != title || m_left->original != Subt.Text(title))
+        return std::nullopt;
+    return std::exchange(m_left, std::nullopt);
+}
+
+Connection Document::WhileTyping(std::function<void()> observer) {
+    return Add(m_whileTyping, std::move(observer));
 }
 
 void Document::GoBack(std::size_t age) {
@@ -72,7 +92,7 @@ void Document::GoBack(std::size_t age) {
         const Step step(Subt, "Going back", Step::Undo::Emptied);
         Subt.Replace(TitlesOf(version));
         Style = version.style;
-        SubtitleFile = version.subtitleFile;
+        SubtitleFile = m_file = version.subtitleFile;
         SubtitlesChanged = true;
     }
 }
@@ -86,12 +106,14 @@ void Document::Changing(const StepName& step, std::int32_t first) {
     Version about;
     about.step = step.text;
     about.time = Now();
-    about.subtitleFile = SubtitleFile;
+    about.subtitleFile = m_file;
     about.style = Style;
     m_earlier->Keep(Subt, std::move(about));
 }
 
 void Document::StepEnded(const std::optional<Change>& change) {
+    if (std::exchange(m_fileFollows, false))
+        m_file = SubtitleFile;
     if (change)
         Call(m_observers, *change);
     if (std::exchange(m_marksWait, false))

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/draft.h"
 #include "model/filestyle.h"
 #include "model/subtitles.h"
 
@@ -7,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 class Versions;
@@ -74,6 +76,17 @@ class Document : private TitlesWatcher {
     /// is emptied, and the titles count as changed. Without such a version nothing happens.
     void GoBack(std::size_t age);
 
+    /// What is being typed for a title and not confirmed; nothing when it was confirmed or
+    /// given up. Until somebody types again, what an earlier run left counts.
+    const std::optional<Draft>& Typed() const { return m_typed ? m_typed : m_left; }
+    void Typing(std::optional<Draft> draft);
+    /// What an earlier run left typed.
+    void LeftTyped(std::optional<Draft> draft) { m_left = std::move(draft); }
+    /// Hands that out, once, if it belongs to the title and the title's text is still the
+    /// one that it was typed over.
+    std::optional<Draft> TakeLeft(std::int32_t title);
+    [[nodiscard]] Connection WhileTyping(std::function<void()> observer);
+
     /// The observer hears of each step's change of the titles once, when the step is
     /// over; of marks and of a save after that. It may change the titles, subscribe and
     /// unsubscribe, but not throw.
@@ -98,6 +111,12 @@ class Document : private TitlesWatcher {
     bool m_marksWait = false;
     bool m_savedWaits = false;
     std::uint32_t m_number = 0;
+    /// Of the file that the titles came from; the box may name the next one already.
+    std::string m_file;
+    bool m_fileFollows = false;
     Observers<Observer> m_observers;
+    std::optional<Draft> m_typed;
+    std::optional<Draft> m_left;
     Observers<std::function<void()>> m_beforeOther;
+    Observers<std::function<void()>> m_whileTyping;
 };

@@ -271,18 +271,28 @@ TEST_F(DocumentVersions, ARunOfPlacementsIsOne) {
 }
 
 TEST_F(DocumentVersions, GoingBackIsItselfAStep) {
-    document.SubtitleFile = "a.srt";
-    document.Style.byteOrderMark = true;
-    titles.Text(2, "x");
+    {
+        const Step step(titles);
+        document.BeginOther();
+        document.SubtitleFile = "a.srt";
+        document.Style.byteOrderMark = true;
+        titles.Text(2, "x");
+    }
     Shift(1);
+    // The box names the next file before that is opened.
     document.SubtitleFile = "b.srt";
-    document.Style = {};
+    {
+        const Step step(titles, "Open");
+        document.BeginOther();
+        document.Style = {};
+        titles.Text(1, "other");
+    }
     document.SubtitlesChanged = false;
     titles.Text(3, "y");
     std::vector<Change> heard;
     const Connection connection =
         document.Subscribe([&](const Change& change) { heard.push_back(change); });
-    document.GoBack(0);
+    document.GoBack(1);
     EXPECT_EQ(heard, (std::vector<Change>{{Change::Kind::Replaced, 1, 6}}));
     EXPECT_EQ(titles.StartTime(1), 1);
     EXPECT_EQ(titles.Text(2), "x");
@@ -292,12 +302,12 @@ TEST_F(DocumentVersions, GoingBackIsItselfAStep) {
     EXPECT_TRUE(document.SubtitlesChanged);
     EXPECT_EQ(document.SubtitleFile, "a.srt");
     EXPECT_TRUE(document.Style.byteOrderMark);
-    EXPECT_EQ(Steps(), "Going back;Shift;");
+    EXPECT_EQ(Steps(), "Going back;Open;Shift;");
     document.GoBack(0);
     EXPECT_EQ(titles.StartTime(1), 2);
     EXPECT_EQ(titles.Text(3), "y");
     EXPECT_EQ(document.SubtitleFile, "b.srt");
-    EXPECT_EQ(Steps(), "Going back;Going back;Shift;");
+    EXPECT_EQ(Steps(), "Going back;Going back;Open;Shift;");
 }
 
 TEST_F(DocumentVersions, GoingBackFurtherThanThereAreVersionsDoesNothing) {
