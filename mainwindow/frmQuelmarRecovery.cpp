@@ -1,6 +1,7 @@
 #include "mainwindow/frmQuelmar.h"
 
 #include "model/step.h"
+#include "model/versions.h"
 
 #include <QLineEdit>
 #include <QPushButton>
@@ -14,6 +15,7 @@ RecoveryNotes frmQuelmar::Notes() const {
     notes.subtitleFile = m_document.SubtitleFile;
     notes.frameRate = m_document.FrameRate;
     notes.style = m_document.Style;
+    notes.draft = m_document.Typed();
     return notes;
 }
 
@@ -28,6 +30,9 @@ void frmQuelmar::RestoreDocument(RecoveredDocument document) {
     m_document.BeginOther();
     m_document.SubtitleFile = document.notes.subtitleFile;
     Subt.Replace(std::move(document.titles));
+    for (Version& version : document.earlier)
+        m_document.Earlier().Restore(std::move(version));
+    m_document.LeftTyped(std::move(document.notes.draft));
     m_document.Style = std::move(document.notes.style);
     if (document.notes.frameRate > 0)
         m_document.FrameRate = document.notes.frameRate;

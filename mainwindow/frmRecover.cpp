@@ -19,28 +19,37 @@ namespace {
 
 constexpr int ColumnGap = 16;
 
+QString Note(const RecoveredDocument& document) {
+    QStringList notes;
+    if (document.stamp.declined)
+        notes << frmRecover::tr("you chose not to save it");
+    if (document.damaged)
+        notes << DamageText(document);
+    return notes.join(QLatin1String("; "));
+}
+
 } // namespace
 
 std::vector<RecoverableWork> FindRecoverableWork(const QString& folder) {
     std::vector<RecoverableWork> works;
     for (OrphanCopy& orphan : ClaimOrphans(folder))
-        if (auto document = ReadRecoveryCopy(orphan.Bytes()))
+        if (auto document = SalvageRecoveryCopy(orphan.Bytes()))
             works.push_back({std::move(orphan), std::move(*document)});
     return works;
 }
 
 QString WorkText(const RecoverableWork& work, std::int64_t now) {
+    const QString note = Note(work.document);
     return QStringLiteral("%1: %2 titles, %3%4")
         .arg(QString::fromStdString(work.document.notes.subtitleFile))
         .arg(work.document.titles.Count())
-        .arg(MomentText(work.document.stamp.time, now),
-             work.document.stamp.declined ? frmRecover::tr(", you chose not to save it")
-                                          : QString());
+        .arg(MomentText(work.document.stamp.time, now), note.isEmpty() ? note : ", " + note);
 }
 
-frmRecover::frmRecover(std::vector<RecoverableWork>& works, QWidget* parent)
+frmRecover::frmRecover(std::vector<RecoverableWork>& works, Discarding discarding, QWidget* parent)
     : QDialog(parent)
     , m_works(works)
+    , m_discarding(discarding)
     , lstWork(new QTreeWidget(this))
     , cmdRestore(new QPushButton(tr("Restore"), this))
     , cmdDiscard(new QPushButton(tr("Discard"), this))
@@ -86,11 +95,10 @@ void frmRecover::Form_Load() {
     const std::int64_t now = QDateTime::currentSecsSinceEpoch();
     lstWork->clear();
     for (const RecoverableWork& work : m_works) {
-        auto* item = new QTreeWidgetItem(
-            lstWork,
-            {DocumentName(work.document.notes), QString::number(work.document.titles.Count()),
-             MomentText(work.document.stamp.time, now),
-             work.document.stamp.declined ? tr("you chose not to save it") : QString()});
+        auto* item = new QTreeWidgetItem(lstWork, {DocumentName(work.document.notes),
+                                                   QString::number(work.document.titles.Count()),
+                                                   MomentText(work.document.stamp.time, now),
+                                                   Note(work.document)});
         item->setToolTip(0, QString::fromStdString(work.document.notes.subtitleFile));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     }
@@ -119,9 +127,15 @@ void frmRecover::cmdRestore_Click() {
 
 void frmRecover::cmdDiscard_Click() {
     const auto row = Current();
-    if (!row || !AskYesNo(this, tr("Discard this work for good?"), MessageIcon::Question))
+    if (!row)
         return;
-    m_works[*row].orphan.Discard();
+    OrphanCopy& orphan = m_works[*row].orphan;
+    if (m_discarding == Discarding::KeepsAWhile)
+        Decline(orphan);
+    else if (AskYesNo(this, tr("Discard this work for good?"), MessageIcon::Question))
+        orphan.Discard();
+    else
+        return;
     m_works.erase(m_works.begin() + static_cast<std::ptrdiff_t>(*row));
     Form_Load();
 }

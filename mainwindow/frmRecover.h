@@ -29,7 +29,16 @@ class frmRecover : public QDialog {
     Q_OBJECT
 
   public:
-    explicit frmRecover(std::vector<RecoverableWork>& works, QWidget* parent = nullptr);
+    /// What becomes of work that is discarded here.
+    enum class Discarding {
+        /// It is asked for, and then the work is gone.
+        IsForGood,
+        /// It is kept as work that was declined, for seven days.
+        KeepsAWhile,
+    };
+
+    explicit frmRecover(std::vector<RecoverableWork>& works,
+                        Discarding discarding = Discarding::IsForGood, QWidget* parent = nullptr);
 
     /// The work to restore, once the dialog was accepted.
     std::optional<std::size_t> Chosen() const { return m_chosen; }
@@ -42,6 +51,7 @@ class frmRecover : public QDialog {
     std::optional<std::size_t> Current() const;
 
     std::vector<RecoverableWork>& m_works;
+    Discarding m_discarding;
     std::optional<std::size_t> m_chosen;
     QTreeWidget* lstWork;
     QPushButton* cmdRestore;

@@ -2,11 +2,8 @@
 
 #include "mainwindow/frmQuelmar.h"
 #include "platform/errorgate.h"
-#include "platform/moment.h"
 
 #include <QDateTime>
-#include <QMessageBox>
-#include <QPushButton>
 
 #include <algorithm>
 #include <chrono>
@@ -24,40 +21,7 @@ std::int64_t Now() {
     return QDateTime::currentSecsSinceEpoch();
 }
 
-enum class Choice { Restore, Keep, Discard };
-
-Choice Ask(QWidget& parent, const RecoveryQuestion& question) {
-    QMessageBox box(QMessageBox::Question, QStringLiteral("Quelmar"), question.text,
-                    QMessageBox::NoButton, &parent);
-    box.setObjectName("RecoveryQuestion");
-    box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(question.details);
-    const auto* restore = box.addButton(Recovery::tr("Restore"), QMessageBox::AcceptRole);
-    auto* keep = box.addButton(Recovery::tr("Keep for later"), QMessageBox::RejectRole);
-    const auto* discard = box.addButton(Recovery::tr("Discard"), QMessageBox::DestructiveRole);
-    box.setEscapeButton(keep);
-    box.exec();
-    if (box.clickedButton() == restore)
-        return Choice::Restore;
-    return box.clickedButton() == discard ? Choice::Discard : Choice::Keep;
-}
-
 } // namespace
-
-QString DocumentName(const RecoveryNotes& notes) {
-    const QString file = QString::fromStdString(notes.subtitleFile).trimmed();
-    const qsizetype slash = std::max(file.lastIndexOf('/'), file.lastIndexOf('\\'));
-    const QString name = file.mid(slash + 1);
-    return name.isEmpty() ? Recovery::tr("a document without a file name") : name;
-}
-
-RecoveryQuestion::RecoveryQuestion(const RecoveredDocument& document, std::int64_t now)
-    : text(Recovery::tr("There is unsaved work from the last time: %1")
-               .arg(DocumentName(document.notes)))
-    , details(Recovery::tr(document.titles.Count() == 1 ? "%1 title, last changed %2."
-                                                        : "%1 titles, last changed %2.")
-                  .arg(document.titles.Count())
-                  .arg(MomentText(document.stamp.time, now))) {}
 
 Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
     : m_window(window)
@@ -65,6 +29,10 @@ Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
     , m_connection(window.document().Subscribe(
           [this](const Change& change) { Guarded([&] { Document_Change(change); }); }))
     , m_beforeOther(window.document().BeforeOther([this] { DocumentReplacing(); }))
+    , m_whileTyping(window.document().WhileTyping([this] {
+        m_typing = true;
+        KeepSoon();
+    }))
     , m_pause(ShortestPause) {
     connect(&window, &frmQuelmar::SaveDeclined, this, &Recovery::SaveDeclined);
     connect(&window, &frmQuelmar::FileEmptying, this, &Recovery::Flush);
@@ -87,7 +55,12 @@ Recovery::~Recovery() {
 void Recovery::Document_Change(const Change& change) {
     if (change.kind == Change::Kind::Saved)
         return DocumentHeld();
-    if (change.kind == Change::Kind::Marks || m_soon.isActive())
+    if (change.kind != Change::Kind::Marks)
+        KeepSoon();
+}
+
+void Recovery::KeepSoon() {
+    if (m_soon.isActive())
         return;
     const std::chrono::milliseconds past(m_sinceCopy.elapsed());
     m_soon.start(std::max(ShortestWait, m_pause - past));
@@ -99,7 +72,7 @@ void Recovery::StoreInTrouble(const QString& trouble) {
 }
 
 void Recovery::KeepChanges() {
-    if (m_replacing || m_window.Subt.Changes() == m_keptChanges)
+    if (m_replacing || (!m_typing && m_window.Subt.Changes() == m_keptChanges))
         return;
     m_declined = false;
     Keep(Fate::Current);
@@ -112,13 +85,15 @@ void Recovery::Keep(Fate fate) {
     QElapsedTimer layingOut;
     layingOut.start();
     m_keptChanges = m_window.Subt.Changes();
-    const auto body = std::make_shared<const RecoveryBody>(m_window.Subt, m_window.Notes());
+    m_typing = false;
+    const auto body = std::make_shared<const RecoveryBody>(m_window.Subt, m_window.Notes(),
+                                                           m_window.document().Earlier());
     const RecoveryStamp stamp{Now(), m_declined};
     m_pause = std::max(ShortestPause, std::chrono::milliseconds(layingOut.elapsed() * RestFactor));
     m_sinceCopy.start();
     auto maker = [body, stamp, fate, offers = m_offers,
                   held = m_heldTitles]() -> std::optional<std::string> {
-        const bool kept = !held || body->TitlesFingerprint() != *held;
+        const bool kept = !held || body->HasDraft() || body->TitlesFingerprint() != *held;
         const bool offered = kept && !stamp.declined;
         if (fate == Fate::Current)
             offers->current = offered;
@@ -158,40 +133,12 @@ void Recovery::DocumentHeld() {
     m_heldTitles = RecoveryBody(m_window.Subt, m_window.Notes()).TitlesFingerprint();
     m_heldChanges = m_keptChanges = m_window.Subt.Changes();
     ForgetCurrent();
+    m_typing = m_window.document().Typed().has_value();
+    if (m_typing)
+        KeepSoon();
 }
 
 void Recovery::SaveDeclined() {
     m_declined = true;
     Keep(Fate::Current);
-}
-
-bool Recovery::OfferOrphans() {
-    for (OrphanCopy& orphan : ClaimOrphans(m_store.Folder())) {
-        auto document = ReadRecoveryCopy(orphan.Bytes());
-        if (!document || document->stamp.declined) {
-            const std::int64_t time = document ? document->stamp.time : orphan.Written();
-            if (Now() - time > KeepDeclinedSeconds)
-                orphan.Discard();
-            continue;
-        }
-        const Choice choice = Ask(m_window, RecoveryQuestion(*document, Now()));
-        if (choice == Choice::Discard)
-            orphan.Discard();
-        if (choice == Choice::Restore) {
-            Restore(orphan, std::move(*document));
-            return true;
-        }
-    }
-    return false;
-}
-
-// The old copy goes only when the new one is on the disk.
-void Recovery::Restore(OrphanCopy& orphan, RecoveredDocument document) {
-    m_window.RestoreDocument(std::move(document));
-    m_replacing = false;
-    m_declined = false;
-    m_heldTitles.reset();
-    Keep(Fate::Current);
-    if (Flush())
-        orphan.Discard();
 }

@@ -14,8 +14,10 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class frmQuelmar;
+struct RecoverableWork;
 
 /// Keeps a recovery copy of the document while its titles differ from what its file
 /// holds, whatever the window's own mark of changes says, and brings work of earlier
@@ -39,6 +41,11 @@ class Recovery : public QObject {
     enum class Fate { Current, Archived };
 
     void Document_Change(const Change& change);
+    void KeepSoon();
+    /// What is to be offered now. What is too old is tidied away, what cannot be read is
+    /// told and kept.
+    std::vector<RecoverableWork> TakeOffers();
+    bool OfferOne(RecoverableWork& work);
     void KeepChanges();
     void StoreInTrouble(const QString& trouble);
     void Keep(Fate fate);
@@ -51,6 +58,7 @@ class Recovery : public QObject {
     RecoveryStore& m_store;
     Connection m_connection;
     Connection m_beforeOther;
+    Connection m_whileTyping;
     QTimer m_soon;
     /// Since the last copy, and how long the next one waits for at least.
     QElapsedTimer m_sinceCopy;
@@ -66,6 +74,8 @@ class Recovery : public QObject {
         std::atomic<bool> archived = false;
     };
     std::shared_ptr<Offers> m_offers = std::make_shared<Offers>();
+    /// Something else than the titles is to be kept.
+    bool m_typing = false;
     bool m_replacing = false;
     bool m_declined = false;
 };
@@ -80,6 +90,10 @@ struct RecoveryQuestion {
 
 /// The name of a document for people: the subtitle file's, without its folder.
 QString DocumentName(const RecoveryNotes& notes);
+/// What is wrong with the copy, for people; empty for a whole one.
+QString DamageText(const RecoveredDocument& document);
+/// The user does not want the work: it is kept a while, but not offered.
+void Decline(OrphanCopy& orphan);
 
 /// Copies that were declined or cannot be read are kept that long.
 inline constexpr std::int64_t KeepDeclinedSeconds = std::int64_t{7} * 24 * 60 * 60;

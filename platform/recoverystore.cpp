@@ -20,6 +20,7 @@ namespace {
 
 constexpr auto RetryAfter = std::chrono::seconds(5);
 const auto CopySuffix = QStringLiteral(".recovery");
+const auto SetAsideSuffix = QStringLiteral(".damaged");
 const auto LockSuffix = QStringLiteral(".lock");
 constexpr auto OwnerOnly = QFile::ReadOwner | QFile::WriteOwner;
 
@@ -218,7 +219,7 @@ OrphanCopy::OrphanCopy(FileLock lock, QString file)
     : m_lock(std::move(lock))
     , m_file(std::move(file)) {
     QFile copy(m_file);
-    if (copy.open(QIODevice::ReadOnly))
+    if (copy.open(QIODevice::ReadOnly) && copy.size() <= MostBytes)
         m_bytes = copy.readAll().toStdString();
 }
 
@@ -228,6 +229,16 @@ std::int64_t OrphanCopy::Written() const {
 
 void OrphanCopy::Discard() {
     QFile::remove(m_file);
+}
+
+QString OrphanCopy::SetAside() {
+    const QString aside = m_file.chopped(CopySuffix.size()) + SetAsideSuffix;
+    QFile file(m_file);
+    if (!file.rename(aside))
+        return m_file;
+    if (file.open(QIODevice::ReadWrite))
+        file.setFileTime(QDateTime::currentDateTime(), QFile::FileModificationTime);
+    return aside;
 }
 
 bool OrphanCopy::Replace(const std::string& copy) {
@@ -257,4 +268,12 @@ std::vector<OrphanCopy> ClaimOrphans(const QString& folder) {
             QFile::remove(file.filePath());
     }
     return orphans;
+}
+
+void RemoveSetAside(const QString& folder, std::int64_t seconds) {
+    const QDateTime limit = QDateTime::currentDateTime().addSecs(-seconds);
+    for (const QFileInfo& file :
+         QDir(folder).entryInfoList({'*' + SetAsideSuffix}, QDir::Files | QDir::Hidden))
+        if (file.lastModified() < limit)
+            QFile::remove(file.filePath());
 }

@@ -92,10 +92,15 @@ class OrphanCopy {
     OrphanCopy(FileLock lock, QString file);
 
     const QString& File() const { return m_file; }
+    /// Empty for a file larger than `MostBytes`, which is no copy.
     const std::string& Bytes() const { return m_bytes; }
+    static constexpr std::int64_t MostBytes = std::int64_t{1} << 30U;
     /// Seconds since 1970.
     std::int64_t Written() const;
     void Discard();
+    /// Gives it another name, under which it is no copy any more but can still be looked
+    /// into. Answers that name.
+    QString SetAside();
     /// Puts another copy in its place.
     bool Replace(const std::string& copy);
 
@@ -108,3 +113,6 @@ class OrphanCopy {
 /// Takes hold of all copies that no running program holds, the newest first. What a
 /// program left unfinished when it was ended is tidied away.
 std::vector<OrphanCopy> ClaimOrphans(const QString& folder = RecoveryStore::DefaultFolder());
+
+/// Removes what was set aside longer ago than that.
+void RemoveSetAside(const QString& folder, std::int64_t seconds);

@@ -1,7 +1,11 @@
+#include "dialogs/frmEdit.h"
 #include "formats/recoverycopy.h"
+#include "listeditor/frmList.h"
+#include "listeditor/titleview.h"
 #include "mainwindow/frmQuelmar.h"
 #include "mainwindow/frmRecover.h"
 #include "mainwindow/recovery.h"
+#include "model/step.h"
 #include "platform/moment.h"
 #include "platform/recoverystore.h"
 #include "tests/windows/drive.h"
@@ -15,6 +19,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -35,7 +40,7 @@ Answer SaveErrors() {
 Answer AnswerOffer(const QString& button, QString* asked = nullptr) {
     return [=](QWidget& window) {
         auto* box = qobject_cast<QMessageBox*>(&window);
-        ASSERT_NE(box, nullptr);
+        ASSERT_NE(box, nullptr) << window.objectName().toStdString();
         if (asked != nullptr)
             *asked = box->text() + '\n' + box->informativeText();
         for (QAbstractButton* choice : box->buttons())
@@ -92,6 +97,27 @@ class RecoveryTest : public testing::Test {
         file.write(text);
     }
 
+    static std::int64_t Now() { return QDateTime::currentSecsSinceEpoch(); }
+
+    /// As a run that is over left it.
+    void KeepCopy(const std::string& copy) const {
+        RecoveryStore(folder).Post([&]() -> std::optional<std::string> { return copy; });
+    }
+    static frmList& OpenList(Run& run) {
+        Child<QPushButton>(run.window, "cmdEdit").click();
+        return Child<frmList>(run.window, "frmList");
+    }
+    /// Until `Thaw`, the copies stay as they are: so a killed program would leave them.
+    void Freeze() {
+        QDir().mkpath(frozen);
+        for (const QString& name : QDir(folder).entryList({"*.recovery"}, QDir::Files))
+            QFile::copy(folder + '/' + name, frozen + '/' + name);
+    }
+    void Thaw() {
+        QDir(folder).removeRecursively();
+        QDir().rename(frozen, folder);
+    }
+
     /// First texts of what the next start would offer, and (in brackets) of what was declined.
     std::string Kept() const {
         std::string result;
@@ -104,6 +130,7 @@ class RecoveryTest : public testing::Test {
     QTemporaryDir home;
     QString folder = home.path() + "/state";
     QString source = home.path() + "/film.srt";
+    QString frozen = home.path() + "/frozen";
 };
 
 TEST_F(RecoveryTest, NothingIsKeptOfWhatTheFileHolds) {
@@ -196,9 +223,193 @@ TEST_F(RecoveryTest, WorkCanWaitOrBeDiscarded) {
         const Modals modals({AnswerOffer("Discard")});
         EXPECT_FALSE(run.recovery.OfferOrphans());
     }
-    EXPECT_EQ(Kept(), "");
+    EXPECT_EQ(Kept(), "(work)") << "kept like work that was not saved on purpose";
     const Modals modals;
     EXPECT_FALSE(run.recovery.OfferOrphans());
+}
+
+TEST_F(RecoveryTest, ManyPiecesOfWorkAreOneList) {
+    for (int i = 1; i <= 50; ++i) {
+        SUBTITLES titles;
+        titles.Add(1, 2, "work " + std::to_string(i));
+        KeepCopy(SealRecoveryCopy({titles, {}}, {Now() - i, false}));
+    }
+    Run run(folder);
+    {
+        const Modals modals({AnswerWindow("frmRecover", [](QWidget& window) {
+            auto& lstWork = Child<QTreeWidget>(window, "lstWork");
+            ASSERT_EQ(lstWork.topLevelItemCount(), 50);
+            lstWork.setCurrentItem(lstWork.topLevelItem(3));
+            Child<QPushButton>(window, "cmdDiscard").click();
+            EXPECT_EQ(lstWork.topLevelItemCount(), 49);
+            window.close();
+        })});
+        EXPECT_FALSE(run.recovery.OfferOrphans());
+    }
+    EXPECT_EQ(FindRecoverableWork(folder).size(), 50U) << "what was discarded is kept a while";
+    std::string chosen;
+    {
+        const Modals modals({AnswerWindow("frmRecover", [&](QWidget& window) {
+            auto& lstWork = Child<QTreeWidget>(window, "lstWork");
+            ASSERT_EQ(lstWork.topLevelItemCount(), 49);
+            lstWork.setCurrentItem(lstWork.topLevelItem(7));
+            Child<QPushButton>(window, "cmdRestore").click();
+        })});
+        EXPECT_TRUE(run.recovery.OfferOrphans());
+    }
+    EXPECT_TRUE(run.window.Subt.Text(1).starts_with("work "));
+    EXPECT_EQ(FindRecoverableWork(folder).size(), 49U) << "one is this run's own now";
+    run.window.document().SubtitlesChanged = false;
+}
+
+TEST_F(RecoveryTest, OfADamagedCopyComesBackWhatCanBeRead) {
+    SUBTITLES titles;
+    for (int i = 1; i <= 2000; ++i)
+        titles.Add(i, i + 0.5, "title " + std::to_string(i));
+    RecoveryNotes notes;
+    notes.subtitleFile = "/films/film.srt";
+    std::string copy = SealRecoveryCopy({titles, notes}, {Now(), false});
+    copy.replace(copy.size() / 2, 10, "0123456789");
+    KeepCopy(copy);
+    Run run(folder);
+    QString question;
+    {
+        const Modals modals({AnswerOffer("Restore", &question)});
+        EXPECT_TRUE(run.recovery.OfferOrphans());
+    }
+    EXPECT_TRUE(question.contains("film.srt")) << question.toStdString();
+    EXPECT_TRUE(question.contains("The copy is damaged, titles lost: 512."))
+        << question.toStdString();
+    EXPECT_EQ(run.window.Subt.Count(), 2000 - 512);
+    EXPECT_EQ(run.window.Subt.Text(1), "title 1");
+    EXPECT_EQ(run.window.Subt.Text(2000 - 512), "title 2000");
+    const QStringList aside = QDir(folder).entryList({"*.damaged"}, QDir::Files);
+    EXPECT_EQ(aside.size(), 1) << "more may be in it";
+    run.window.document().SubtitlesChanged = false;
+}
+
+TEST_F(RecoveryTest, ACopyThatCannotBeReadIsNamedOnceAndKept) {
+    KeepCopy("damaged");
+    QString told;
+    {
+        Run run(folder);
+        const Modals modals({[&](QWidget& window) {
+            auto& box = dynamic_cast<QMessageBox&>(window);
+            told = box.text();
+            box.accept();
+        }});
+        EXPECT_FALSE(run.recovery.OfferOrphans());
+    }
+    const QStringList aside = QDir(folder).entryList(QDir::Files);
+    ASSERT_EQ(aside.size(), 1);
+    EXPECT_TRUE(told.contains(aside[0])) << told.toStdString();
+    EXPECT_TRUE(told.startsWith("Unsaved work from the last time is damaged and cannot be read."));
+    Run run(folder);
+    const Modals modals;
+    EXPECT_FALSE(run.recovery.OfferOrphans());
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files), aside);
+}
+
+TEST_F(RecoveryTest, ACopyOfALaterReleaseIsLeftAlone) {
+    std::string copy = SealRecoveryCopy({SUBTITLES(), {}}, {Now(), false});
+    copy[8] = 99;
+    KeepCopy(copy);
+    const QStringList before = QDir(folder).entryList(QDir::Files);
+    Run run(folder);
+    const Modals modals;
+    EXPECT_FALSE(run.recovery.OfferOrphans());
+    EXPECT_EQ(QDir(folder).entryList(QDir::Files), before);
+}
+
+TEST_F(RecoveryTest, ACopyOfAbsurdSizeIsNotEvenRead) {
+    KeepCopy("damaged");
+    QFile file(folder + '/' + QDir(folder).entryList({"*.recovery"}, QDir::Files).at(0));
+    // It takes no room on the disk.
+    ASSERT_TRUE(file.resize(OrphanCopy::MostBytes + 1));
+    for (const OrphanCopy& orphan : ClaimOrphans(folder))
+        EXPECT_TRUE(orphan.Bytes().empty());
+    Run run(folder);
+    const Modals modals({[](QWidget& window) {
+        dynamic_cast<QMessageBox&>(window).accept();
+    }});
+    EXPECT_FALSE(run.recovery.OfferOrphans());
+    QFile::remove(folder + '/' + QDir(folder).entryList({"*.damaged"}, QDir::Files).at(0));
+}
+
+TEST_F(RecoveryTest, VersionsComeBackToo) {
+    {
+        Run run(folder);
+        run.Type(source);
+        {
+            const Step step(run.window.Subt, "Shift", Step::Undo::Emptied);
+            run.window.Subt.StartTime(2, 9);
+        }
+        run.Edit("on", false);
+    }
+    Run run(folder);
+    const Modals modals({AnswerOffer("Restore")});
+    EXPECT_TRUE(run.recovery.OfferOrphans());
+    ASSERT_EQ(run.window.document().Earlier().Count(), 1U);
+    EXPECT_EQ(run.window.document().Earlier().At(0).step, "Shift");
+    run.window.document().GoBack(0);
+    EXPECT_EQ(run.window.Subt.StartTime(2), 3);
+    EXPECT_EQ(run.window.Subt.Text(1), "One");
+    run.window.document().SubtitlesChanged = false;
+}
+
+TEST_F(RecoveryTest, TextInAnOpenDialogIsKeptAndOfferedAgain) {
+    for (const bool inRow : {false, true}) {
+        QDir(folder).removeRecursively();
+        {
+            Run run(folder);
+            run.Type(source);
+            frmList& list = OpenList(run);
+            list.LV->selectRow(1);
+            if (inRow) {
+                QTest::keyClick(list.LV, Qt::Key_F2);
+                auto* editor = list.LV->findChild<QPlainTextEdit*>();
+                ASSERT_NE(editor, nullptr);
+                editor->setPlainText("typed");
+                EXPECT_TRUE(run.recovery.Flush());
+            } else {
+                frmEdit dialog(list, &list);
+                dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+                dialog.show();
+                dialog.txtSubt->setPlainText("typed");
+                dialog.txtDuration->setText("0.75");
+                EXPECT_TRUE(QTest::qWaitFor([&] { return run.store.HasCopy(); }, 5000));
+                EXPECT_TRUE(run.recovery.Flush());
+            }
+            // Killed here: what is on the disk stays.
+            Freeze();
+        }
+        Thaw();
+        Run run(folder);
+        {
+            const Modals modals({AnswerOffer("Restore")});
+            EXPECT_TRUE(run.recovery.OfferOrphans());
+        }
+        EXPECT_EQ(run.window.Subt.Text(2), "Two");
+        frmList& list = OpenList(run);
+        list.LV->selectRow(0);
+        {
+            frmEdit dialog(list, &list);
+            dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+            EXPECT_EQ(dialog.txtSubt->toPlainText(), "One");
+        }
+        list.LV->selectRow(1);
+        const Modals modals({AnswerMessage("You were changing this title when the program ended.\n"
+                                           "Go on with what you had typed?",
+                                           QMessageBox::Yes)});
+        frmEdit dialog(list, &list);
+        dialog.setAttribute(Qt::WA_DeleteOnClose, false);
+        EXPECT_EQ(dialog.txtSubt->toPlainText(), "typed");
+        EXPECT_EQ(dialog.txtDuration->text(), inRow ? "1" : "0.75");
+        dialog.cmdCancel->click();
+        EXPECT_FALSE(run.window.document().Typed());
+        run.window.document().SubtitlesChanged = false;
+        list.close();
+    }
 }
 
 TEST_F(RecoveryTest, DeclinedWorkIsKeptButNotOffered) {
@@ -221,20 +432,16 @@ TEST_F(RecoveryTest, DeclinedWorkIsKeptButNotOffered) {
 }
 
 TEST_F(RecoveryTest, DeclinedAndDamagedCopiesGoAfterSevenDays) {
-    const std::int64_t now = QDateTime::currentSecsSinceEpoch();
     SUBTITLES titles;
     titles.Add(1, 2, "old");
-    const auto keep = [&](std::int64_t age, bool declined) {
-        RecoveryStore(folder).Post([&]() -> std::optional<std::string> {
-            return SealRecoveryCopy({titles, {}}, {now - age, declined});
-        });
-    };
-    keep(KeepDeclinedSeconds + 100, true);
-    keep(KeepDeclinedSeconds - 100, true);
-    RecoveryStore(folder).Post([]() -> std::optional<std::string> { return "damaged"; });
+    for (const std::int64_t age : {KeepDeclinedSeconds + 100, KeepDeclinedSeconds - 100})
+        KeepCopy(SealRecoveryCopy({titles, {}}, {Now() - age, true}));
+    KeepCopy("damaged");
     {
         Run run(folder);
-        const Modals modals;
+        const Modals modals({[](QWidget& window) {
+            dynamic_cast<QMessageBox&>(window).accept();
+        }});
         EXPECT_FALSE(run.recovery.OfferOrphans());
     }
     EXPECT_EQ(QDir(folder).entryList(QDir::Files).size(), 2);
@@ -242,7 +449,7 @@ TEST_F(RecoveryTest, DeclinedAndDamagedCopiesGoAfterSevenDays) {
     for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files)) {
         QFile copy(file.filePath());
         ASSERT_TRUE(copy.open(QIODevice::ReadWrite));
-        copy.setFileTime(QDateTime::fromSecsSinceEpoch(now - KeepDeclinedSeconds - 100),
+        copy.setFileTime(QDateTime::fromSecsSinceEpoch(Now() - KeepDeclinedSeconds - 100),
                          QFile::FileModificationTime);
     }
     Run run(folder);
