@@ -47,6 +47,9 @@ void frmList::LoadSettings() {
     TB->setVisible(toolbar);
     LoadColumns();
     LV->SetListFont(LoadFont(settings, LV->font()));
+    constexpr std::int32_t NotStored = -1;
+    if (settings.Dword("ListCol2", NotStored) == NotStored)
+        LV->MakeRoomForTimes();
 }
 
 void frmList::LoadColumns() {

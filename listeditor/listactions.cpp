@@ -40,8 +40,8 @@ constexpr std::array<Separator, 6> Separators{{{"mnuEditSepa1", ListMenu::Edit, 
                                                {"mnuTimeSepa1", ListMenu::Timing, 50},
                                                {"mnuTimeSepa2", ListMenu::Timing, 100}}};
 
-constexpr int LeastIconSide = 22;
-constexpr double IconPerLine = 1.35;
+constexpr int LeastIconSide = 24;
+constexpr double IconPerLine = 1.2;
 
 } // namespace
 
@@ -135,6 +135,8 @@ QAction* ListActions::Entry(const QString& name) const {
 
 void ListActions::FitIcons(const QFontMetrics& font) {
     const int side = qMax(LeastIconSide, qRound(font.height() * IconPerLine));
+    // A button draws its icon in the toolbar's size, and measures it in its own.
+    m_toolbar->setIconSize({side, side});
     for (auto* button : m_toolbar->findChildren<QToolButton*>())
         button->setIconSize({side, side});
 }

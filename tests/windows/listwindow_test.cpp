@@ -6,6 +6,7 @@
 
 #include <QAccessible>
 #include <QAction>
+#include <QApplication>
 #include <QFontDialog>
 #include <QHeaderView>
 #include <QMenuBar>
@@ -132,10 +133,26 @@ TEST_F(ListWindow, TimesFitTheFontThatIsChosen) {
         EXPECT_GE(List().LV->columnWidth(column), metrics.horizontalAdvance("-00:00:00,000"));
 }
 
+TEST_F(ListWindow, AFirstStartFitsItsFont) {
+    const QFont usual = QApplication::font();
+    QFont large = usual;
+    large.setPointSize(24);
+    QApplication::setFont(large);
+    Open();
+    const int least = QFontMetrics(large).horizontalAdvance("00:00:00,000");
+    for (int column = 1; column < 3; ++column)
+        EXPECT_GT(List().LV->columnWidth(column), least);
+    EXPECT_LE(List().frameGeometry().width(), List().screen()->availableGeometry().width());
+    host.Close();
+    QApplication::setFont(usual);
+}
+
 TEST_F(ListWindow, IconsFollowTheFont) {
     Open();
     const auto side = [&] {
-        return Child<QToolButton>(List(), "Undo").iconSize().height();
+        const auto& button = Child<QToolButton>(List(), "Undo");
+        EXPECT_EQ(button.iconSize(), List().TB->iconSize()) << "which is what is drawn";
+        return button.iconSize().height();
     };
     const int before = side();
     QFont font = List().font();
