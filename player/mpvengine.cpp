@@ -114,6 +114,11 @@ std::int64_t MpvEngine::DroppedPictures() const {
     return m_dropped;
 }
 
+double MpvEngine::Origin() const {
+    const std::lock_guard lock(m_lock);
+    return m_origin;
+}
+
 double MpvEngine::Position() const {
     return PositionBefore(milliseconds(0));
 }

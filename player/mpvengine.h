@@ -52,6 +52,8 @@ class MpvEngine {
     /// Pictures of the open file that were due and not shown.
     std::int64_t DroppedPictures() const;
 
+    /// libmpv's time at position 0.
+    double Origin() const;
     double Position() const;
     double PositionBefore(std::chrono::milliseconds age) const;
     bool Playing() const;
