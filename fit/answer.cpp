@@ -18,7 +18,11 @@ void Answer::Take(const Found& found, const std::vector<std::size_t>& searched) 
     if (m_right.empty())
         DropOutside();
     const bool agrees = AnchorsAgree();
+    if (m_stretches.empty())
+        m_stretches = {Stretch{0, m_titles.size(), 0, 1, 0}};
     m_stretches = ThroughAnchors(m_stretches, m_titles, m_anchors);
+    for (const PlacedAnchor& anchor : m_anchors)
+        m_noPlace[anchor.title] = false;
     Judge(found, agrees);
 }
 
@@ -73,11 +77,11 @@ void Answer::Divide(const Found& found, const std::vector<std::size_t>& searched
 void Answer::TakeMargins(const Found& found, const std::vector<std::size_t>& searched) {
     // The unit is the natural logarithm of a likelihood ratio, which is too sure of
     // itself as neighbours are not independent.
-    constexpr double Even = 3;
+    constexpr double Even = 2;
     std::vector<bool> known(m_titles.size(), false);
     for (std::size_t i = 0; i < searched.size(); ++i) {
         const auto margin = static_cast<double>(found.path.margins[i]);
-        m_confidence[searched[i]] = margin * margin / (margin * margin + Even * Even);
+        m_confidence[searched[i]] = 1 - 0.5 / (1 + margin * margin / (Even * Even));
         known[searched[i]] = true;
     }
     double last = 0;
@@ -146,7 +150,7 @@ void Answer::Judge(const Found& found, bool anchorsAgree) {
     constexpr float LeastOverDecoy = 1.7F;
     const bool better = found.score > LeastOverDecoy * std::max(found.decoy, 5.0F);
     m_sure = better ? sure : std::min(sure, 0.5);
-    if (!better || sure < 0.9 || !anchorsAgree)
+    if (!better || sure < 0.94 || !anchorsAgree)
         return;
     const bool stays = std::all_of(m_stretches.begin(), m_stretches.end(), [](const Stretch& s) {
         return s.rate == 1 && std::abs(s.offset) < Unseen;
@@ -182,6 +186,8 @@ Fit Answer::Result(std::span<const FitTitle> titles) const {
         }
         fit.pieces.push_back(piece);
     }
+    for (const PlacedAnchor& anchor : m_anchors)
+        fit.titles[m_titles[anchor.title].source].anchored = true;
     std::sort(fit.withoutPlace.begin(), fit.withoutPlace.end());
     std::sort(fit.beforeZero.begin(), fit.beforeZero.end());
     return fit;

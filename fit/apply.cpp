@@ -64,21 +64,24 @@ std::vector<FitTimes> ApplyFit(std::span<const FitTitle> titles, const Fit& fit,
         last = pieces[*i];
     }
 
-    double limit = std::numeric_limits<double>::infinity();
+    // The start of the next title, and of the next one that moves to a place.
+    double next = std::numeric_limits<double>::infinity();
+    double nextPlaced = next;
     for (auto at = order.rbegin(); at != order.rend(); ++at) {
         const std::size_t i = *at;
         if (pieces[i] == FittedTitle::NoPiece || !Chosen(chosen, pieces[i])) {
-            limit = times[i].start;
+            next = times[i].start;
             continue;
         }
         times[i] = Moved(titles[i], fit.pieces[static_cast<std::size_t>(pieces[i])]);
         const bool placed = pieceOf(i) != FittedTitle::NoPiece;
-        if (!placed && times[i].start > limit)
+        const double limit = placed ? nextPlaced : std::min(next, nextPlaced);
+        if (times[i].start > limit && !(placed && fit.titles[i].anchored))
             StartAt(times[i], limit);
         if (times[i].start < 0 && !(titles[i].start < 0))
             StartAt(times[i], 0);
         if (placed)
-            limit = times[i].start;
+            next = nextPlaced = times[i].start;
     }
     return times;
 }

@@ -5,11 +5,11 @@
 
 namespace {
 
-constexpr Ticks WidestGap = 300;
+constexpr Ticks WidestGap = 200;
 constexpr Ticks NarrowestGap = 15;
 /// Speech before and after a start is looked at for so long.
-constexpr Ticks Onset = 25;
-constexpr float OnsetShare = 0.6F;
+constexpr Ticks Onset = 35;
+constexpr float OnsetShare = 0.9F;
 /// A title of usual length and gaps, for which the weight is 1.
 constexpr float UsualLength = 80;
 /// A title that no speech belongs to is no proof against its place.
@@ -85,7 +85,7 @@ void Evidence::RawRow(std::size_t number, float* row) const {
     constexpr auto Unit = static_cast<float>(SpeechTrack::Unit);
     const float inside = title.scale / (Unit * m_spread);
     const float around = inside * title.share;
-    const float onset = OnsetShare / (Unit * m_spread * 7.0F);
+    const float onset = OnsetShare / (Unit * m_spread * 8.4F);
     const std::int32_t count = last - first;
     float* const out = row + first;
     for (std::int32_t k = 0; k < count; ++k) {

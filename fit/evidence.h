@@ -14,7 +14,7 @@
 class Evidence {
   public:
     /// What a title that lies outside of the film costs.
-    static constexpr float Outside = -0.25F;
+    static constexpr float Outside = -0.45F;
 
     /// Of the titles whose indexes are in `searched` (ascending), among all. The offsets
     /// are those of `grid`, the titles' times are multiplied by the rate first. The

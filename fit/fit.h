@@ -69,6 +69,8 @@ struct FittedTitle {
     static constexpr std::int32_t NoPiece = -1;
     /// Index into the pieces; `NoPiece` for a title that has no place in the film.
     std::int32_t piece = NoPiece;
+    /// An anchor says where it starts.
+    bool anchored = false;
     /// The offset that this title and its neighbours ask for by themselves, at the
     /// rate of its piece: a dot of a graph of offset over time.
     double ownOffset = 0;
@@ -118,9 +120,11 @@ struct FitTimes {
 };
 
 /// The new times of all titles, in their order. Only pieces with true in `chosen` move
-/// (all when it is empty); the others keep their times. Titles without a place
-/// follow the piece before them (or else behind them) no further than to the start of the next
-/// title that has one, so that none is lost and the order is kept. Lengths change by the
+/// (all when it is empty); the others keep their times. Titles without a place follow the
+/// piece before them (or else behind them) no further than to the start of the next title,
+/// so that none is lost. Among the titles that move the order of starts is kept: where
+/// pieces meet, a title may start a little earlier than its piece says. Titles with an
+/// anchor start where that says, whatever becomes of the order. Lengths change by the
 /// piece's rate. None starts before 0 that did not before.
 std::vector<FitTimes> ApplyFit(std::span<const FitTitle> titles, const Fit& fit,
                                const std::vector<bool>& chosen = {});

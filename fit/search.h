@@ -10,13 +10,13 @@
 /// What explanations of the speech cost, in the unit of the evidence.
 struct PathCosts {
     /// A further piece, where the titles leave a long gap, and the addition where they leave none.
-    float cut = 12;
+    float cut = 15;
     float cutWithoutGap = 3;
     /// Titles that have no place: for the run, for each, and for each second of the film
     /// that stays without titles where they were.
-    float run = 14;
-    float withoutPlace = 0.25F;
-    float emptySecond = 0.15F;
+    float run = 17;
+    float withoutPlace = 0.45F;
+    float emptySecond = 0.5F;
     /// An offset for each 100 s that it is away from 0.
     float away = 0.5F;
 };

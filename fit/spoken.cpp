@@ -7,7 +7,7 @@
 namespace {
 
 /// Of speech that neither drags nor hurries.
-constexpr double LettersPerSecond = 15;
+constexpr double LettersPerSecond = 16;
 /// A sign of Chinese, Japanese or Korean is a syllable.
 constexpr double LettersPerSyllableSign = 2.5;
 constexpr double Breath = 0.25;
