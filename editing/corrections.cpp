@@ -19,16 +19,39 @@ std::string_view Split(std::string_view& rest, std::string_view separator, bool&
     return part;
 }
 
+/// How long the override block is that the text begins with, such as {\\an8}; 0: none.
+std::size_t OverrideLength(std::string_view text) {
+    if (!text.starts_with("{\\"))
+        return 0;
+    const std::size_t end = text.find_first_of("{}", 1);
+    return end == std::string_view::npos || text[end] == '{' ? 0 : end + 1;
+}
+
+/// The word before the next blank; blanks in an override block are its own.
+std::string_view TakeWord(std::string_view& rest, bool& more) {
+    std::size_t at = 0;
+    while (at < rest.size() && rest[at] != ' ')
+        at += std::max<std::size_t>(rest[at] == '{' ? OverrideLength(rest.substr(at)) : 0, 1);
+    more = at < rest.size();
+    const std::string_view word = rest.substr(0, at);
+    rest.remove_prefix(more ? at + 1 : rest.size());
+    return word;
+}
+
 void AppendWithoutSlashes(std::string& line, std::string_view word) {
-    std::copy_if(word.begin(), word.end(), std::back_inserter(line),
-                 [](char c) { return c != '/'; });
+    while (!word.empty()) {
+        const std::size_t block = OverrideLength(word);
+        if (block > 0 || word.front() != '/')
+            line += word.substr(0, std::max<std::size_t>(block, 1));
+        word.remove_prefix(std::max<std::size_t>(block, 1));
+    }
 }
 
 std::string LineWithTags(std::string_view line, bool& changed) {
     std::string tagged;
     bool italic = false;
     for (bool more = !line.empty(); more;) {
-        const std::string_view word = Split(line, " ", more);
+        const std::string_view word = TakeWord(line, more);
         const bool slashed = word.starts_with('/');
         const bool opens = slashed && !italic;
         if (italic && !slashed)
@@ -72,6 +95,10 @@ std::string CorrectText(std::string_view text) {
     bool sentenceStart = true;
     for (std::size_t at = 0; at < text.size(); ++at) {
         const char c = text[at];
+        if (const std::size_t block = c == '{' ? OverrideLength(text.substr(at)) : 0; block > 0) {
+            at += block - 1;
+            continue;
+        }
         if (c == (sentenceStart ? 'l' : 'I')) {
             if (corrected.empty())
                 corrected = text;

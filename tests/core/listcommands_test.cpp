@@ -150,7 +150,10 @@ INSTANTIATE_TEST_SUITE_P(
                     TextRow{"one\r\nlong", ""}, TextRow{"<i>lt</i>", ""}, TextRow{"\"lt", ""},
                     TextRow{"So? lt is", "So? It is"}, TextRow{"So! lt is", "So! It is"},
                     TextRow{"so; It", "so; lt"}, TextRow{"I? I", ""},
-                    TextRow{"Ah... lt", "Ah... It"}, TextRow{"\xC3\xA9I", "\xC3\xA9l"}));
+                    TextRow{"Ah... lt", "Ah... It"}, TextRow{"\xC3\xA9I", "\xC3\xA9l"},
+                    TextRow{"{\\an8}lt is {\\fnIl}I", "{\\an8}It is {\\fnIl}l"},
+                    TextRow{"{\\fnIMPACT\\pos(1.2)}Is", ""},
+                    TextRow{"{I} {\\I {\\I}", "{l} {\\l {\\I}"}));
 
 class Italics : public testing::TestWithParam<TextRow> {};
 
@@ -166,7 +169,9 @@ INSTANTIATE_TEST_SUITE_P(
                     TextRow{"a /b\r\n/c d", "a <i>b</i>\r\n<i>c</i> d"},
                     TextRow{"a  /b", "a  <i>b</i>"}, TextRow{"/a  b", "<i>a</i>  b"},
                     TextRow{"/a b /c", "<i>a</i> b <i>c</i>"},
-                    TextRow{"/a\r\n\r\nb/c", "<i>a</i>\r\n\r\nb/c"}, TextRow{" /a", "<i>a</i>"}));
+                    TextRow{"/a\r\n\r\nb/c", "<i>a</i>\r\n\r\nb/c"}, TextRow{" /a", "<i>a</i>"},
+                    TextRow{"/a{\\fn/x y}/b c", "<i>a{\\fn/x y}b</i> c"},
+                    TextRow{"{\\fnA /b}c", ""}, TextRow{"{\\x /b", "{\\x <i>b</i>"}));
 
 TEST(Corrections, WholeListsCannotBeUndone) {
     SUBTITLES titles;
