@@ -17,6 +17,14 @@ inline std::string AsciiLower(std::string_view text) {
     return lower;
 }
 
+/// Is each byte a character of its own?
+inline bool IsAscii(std::string_view text) {
+    unsigned char all = 0;
+    for (const char c : text)
+        all = static_cast<unsigned char>(all | static_cast<unsigned char>(c));
+    return all < 0x80;
+}
+
 constexpr bool IsAsciiDigit(char c) {
     return c >= '0' && c <= '9';
 }

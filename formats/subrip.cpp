@@ -1,5 +1,7 @@
 #include "formats/subrip.h"
 
+#include "base/ascii.h"
+#include "base/utf8.h"
 #include "formats/linereader.h"
 #include "formats/reading.h"
 #include "formats/tags.h"
@@ -13,8 +15,32 @@ constexpr std::size_t TimeLength = 12;
 constexpr std::size_t EndColumn = 17;
 constexpr std::string_view Arrow = " --> ";
 
+/// The offset behind so many characters; columns are counted in them, not in bytes.
+std::size_t OffsetOf(std::string_view line, std::size_t column) {
+    std::size_t at = 0;
+    for (; column > 0 && at < line.size(); --column)
+        NextCodePoint(line, at);
+    return at;
+}
+
 double TimeAt(std::string_view line, std::size_t column) {
-    return column < line.size() ? ParseTime(line.substr(column, TimeLength)) : 0;
+    const std::string_view rest = line.substr(OffsetOf(line, column));
+    return rest.empty() ? 0 : ParseTime(rest.substr(0, OffsetOf(rest, TimeLength)));
+}
+
+struct Times {
+    double start;
+    double end;
+};
+
+Times TimesOf(std::string_view line) {
+    // Nearly every line is as it is written.
+    if (line.size() >= EndColumn + TimeLength &&
+        line.substr(TimeLength, EndColumn - TimeLength) == Arrow &&
+        IsAscii(line.substr(0, EndColumn + TimeLength)))
+        return {ParseTime(line.substr(0, TimeLength)),
+                ParseTime(line.substr(EndColumn, TimeLength))};
+    return {TimeAt(line, 0), TimeAt(line, EndColumn)};
 }
 
 /// The lines of one title up to its empty line. Codes are rare, and the lines
@@ -88,8 +114,7 @@ ReadOutcome Read(std::string_view text, double /*frameRate*/, SUBTITLES& titles,
         // A block that ends with its number or its times is no title.
         if (lines.AtEnd())
             break;
-        const double start = TimeAt(times, 0);
-        const double end = TimeAt(times, EndColumn);
+        const auto [start, end] = TimesOf(times);
         titles.Add(start, end, texts.Next());
         room.Added(lines.Position());
     }

@@ -74,6 +74,14 @@ INSTANTIATE_TEST_SUITE_P(
                 {{1, 4, "A"}}},
         ReadRow{
             "the columns are fixed", "1\r\n0:00:01,000 --> 0:00:04,000\r\nA\r\n", {{1, 0, "A"}}},
+        ReadRow{"columns are characters",
+                "1\r\n00:00:01,000\xC2\xA0-->\xC2\xA0"
+                "00:00:04,000\r\nA\r\n",
+                {{1, 4, "A"}}},
+        ReadRow{"characters of any length before the times end",
+                "1\r\n00:00:01,5\xE2\x80\x82 --> \xF0\x9F\x98\x80"
+                "00:00:04,000\r\nA\r\n",
+                {{1, 4, "A"}}},
         ReadRow{"a line without times", "1\r\n\r\nA\r\n", {{0, 0, "A"}}},
         ReadRow{"a short time line", "1\r\n00:00:01,5\r\nA\r\n", {{1.005, 0, "A"}}},
         ReadRow{
