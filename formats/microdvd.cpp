@@ -6,6 +6,8 @@
 #include "formats/writing.h"
 #include "model/numbers.h"
 
+#include <cmath>
+
 namespace {
 
 /// The lines of a title stand apart by "|". The last one is taken as it stands:
@@ -29,13 +31,18 @@ std::string TitleText(std::string_view text) {
     return title;
 }
 
+/// The number ends at its first character that is no digit: {25.9} is frame 25.
+double FrameNumber(std::string_view text) {
+    return std::trunc(LeadingNumber(text));
+}
+
 /// The line begins with "{". Where a brace is missing, what would follow it is
 /// looked for from the start of the line.
 void AddTitle(std::string_view line, double frameRate, SUBTITLES& titles) {
-    const double start = LeadingNumber(line.substr(1)) / frameRate;
+    const double start = FrameNumber(line.substr(1)) / frameRate;
     const std::size_t brace = line.find('{', 1);
     const std::size_t afterBrace = brace == std::string_view::npos ? 0 : brace + 1;
-    const double end = LeadingNumber(line.substr(afterBrace)) / frameRate;
+    const double end = FrameNumber(line.substr(afterBrace)) / frameRate;
     const std::size_t close = line.find('}', afterBrace);
     const std::size_t afterClose = close == std::string_view::npos ? 0 : close + 1;
     titles.Add(start, end, TitleText(line.substr(afterClose)));
