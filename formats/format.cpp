@@ -3,10 +3,15 @@
 #include "base/ascii.h"
 #include "base/runtimeerror.h"
 #include "formats/linereader.h"
+#include "formats/lrc.h"
 #include "formats/microdvd.h"
+#include "formats/mpl2.h"
 #include "formats/reading.h"
 #include "formats/sami.h"
 #include "formats/subrip.h"
+#include "formats/substation.h"
+#include "formats/subviewer.h"
+#include "formats/webvtt.h"
 
 #include <algorithm>
 #include <array>
@@ -53,14 +58,23 @@ bool Drops(const Format& source, const SUBTITLES& titles, std::int32_t index) {
 } // namespace
 
 std::span<const Format> Formats() {
-    static const std::array<Format, 3> All{SamiFormat(), SubRipFormat(), MicroDvdFormat()};
+    static const std::array All{SamiFormat(),
+                                SubRipFormat(),
+                                MicroDvdFormat(),
+                                WebVttFormat(),
+                                AdvancedSubStationFormat(),
+                                SubStationFormat(),
+                                SbvFormat(),
+                                SubViewerFormat(),
+                                Mpl2Format(),
+                                LrcFormat()};
     return All;
 }
 
 const Format* FormatByName(std::string_view fileName, const FileStyle& style) {
     const std::vector<const Format*> found = FormatsOfName(fileName);
     for (const Format* format : found) {
-        if (format->keeps != nullptr && format->keeps == style.format)
+        if (format->IsOf(style))
             return format;
     }
     return found.empty() ? nullptr : found.front();
@@ -114,8 +128,8 @@ std::string FormatList() {
 
 const Format* DroppedFormat(const Format& format, const FileStyle& style) {
     for (const Format& other : Formats()) {
-        if (other.keeps != nullptr && other.keeps == style.format)
-            return format.keeps != nullptr && format.keeps == style.format ? nullptr : &other;
+        if (other.IsOf(style))
+            return format.IsOf(style) ? nullptr : &other;
     }
     return nullptr;
 }

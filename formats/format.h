@@ -84,8 +84,14 @@ struct Format {
     const char* keptParts = nullptr;
     /// A title's text as formats understand it that have the four tags alone.
     std::string (*plainText)(std::string_view text) = nullptr;
+    /// Another format's text as a title holds it once this one has been written and read
+    /// again. Null: as it is.
+    std::string (*adoptedText)(std::string_view text) = nullptr;
     /// Says the extra more than a title without one has? Null: any does.
     bool (*isSpecial)(const TitleExtra& extra) = nullptr;
+
+    /// Is what the style keeps this format's own?
+    bool IsOf(const FileStyle& style) const { return keeps != nullptr && style.format == keeps; }
 };
 
 /// All formats, in the order in which file dialogs offer them.

@@ -2,6 +2,7 @@
 
 #include "base/runtimeerror.h"
 #include "formats/encoding.h"
+#include "formats/pictures.h"
 #include "model/step.h"
 
 #include <cmath>
@@ -72,6 +73,14 @@ const Format* FormatOf(const std::filesystem::path& file, std::string_view text)
     }
 }
 
+LoadResult Refused(const std::string& pictures) {
+    return {LoadOutcome::UnknownFormat,
+            nullptr,
+            "Could not determine file format.\r\nThe file holds its titles as pictures (" +
+                pictures + "), not as text.",
+            {}};
+}
+
 } // namespace
 
 LoadResult LoadTitles(const std::filesystem::path& file, const std::string& codePage,
@@ -79,8 +88,11 @@ LoadResult LoadTitles(const std::filesystem::path& file, const std::string& code
     std::optional<FileBytes> bytes = hooks.readFile ? hooks.readFile(file) : ReadWholeFile(file);
     if (!bytes)
         return {LoadOutcome::NotOpened, nullptr, {}, {}};
+    const char* const pictures = PicturesIn(bytes->View());
     const DecodedText decoded(std::move(*bytes), codePage);
     titles.UndoEnabled(true);
+    if (pictures != nullptr)
+        return Refused(pictures);
     const Format* format = FormatOf(file, decoded.Text());
     if (format == nullptr)
         return {LoadOutcome::UnknownFormat, nullptr, "Could not determine file format", {}};

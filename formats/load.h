@@ -27,7 +27,8 @@ enum class LoadOutcome {
     Complete,
     /// The file cannot be opened: nothing happened.
     NotOpened,
-    /// Neither its name nor its text tells a format; the titles are still the old ones.
+    /// Neither its name nor its beginning tells a format, or it holds pictures of titles;
+    /// the titles are still the old ones.
     UnknownFormat,
     /// A time is beyond what can be shown; the titles are still the old ones.
     Unusable,

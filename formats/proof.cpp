@@ -39,10 +39,12 @@ void ReadMarkup(std::string& words) {
 /// The titles of a list that a format can hold, one after the other.
 class Held {
   public:
-    /// `source`: the format whose things the texts still hold, or null.
-    Held(const Format& format, const Format* source, const SUBTITLES& titles)
+    /// `source`: the format whose things the texts still hold, or null. `adopted`: the
+    /// texts are not yet those that the format itself reads.
+    Held(const Format& format, const Format* source, bool adopted, const SUBTITLES& titles)
         : m_format(format)
         , m_source(source)
+        , m_adopted(adopted)
         , m_titles(titles) {}
 
     /// false: that was the last.
@@ -67,13 +69,18 @@ class Held {
 
   private:
     std::string PlainText() const {
-        const std::string& text = m_titles.Text(m_number);
-        return m_source == nullptr || m_source->plainText == nullptr ? text
-                                                                     : m_source->plainText(text);
+        std::string text = m_titles.Text(m_number);
+        if (m_source != nullptr && m_source->plainText != nullptr)
+            text = m_source->plainText(text);
+        if (m_adopted && m_format.adoptedText != nullptr)
+            text = m_format.adoptedText(text);
+        // Times within a text move along with it.
+        return m_format.plainText == nullptr ? text : m_format.plainText(text);
     }
 
     const Format& m_format;
     const Format* m_source;
+    bool m_adopted;
     const SUBTITLES& m_titles;
     std::int32_t m_number = 0;
     std::string m_words;
@@ -126,8 +133,8 @@ std::string FirstDifference(const Format& format, double frameRate, const FileSt
     const auto far = [&](double a, double b) {
         return !(std::abs(a - b) <= unit / 2 + Slack);
     };
-    Held wanted(format, DroppedFormat(format, style), written);
-    Held is(format, nullptr, readBack);
+    Held wanted(format, DroppedFormat(format, style), !format.IsOf(style), written);
+    Held is(format, nullptr, false, readBack);
     while (wanted.Next()) {
         const std::int32_t number = wanted.Number();
         if (!is.Next())

@@ -21,7 +21,7 @@ std::optional<std::string> Compose(const Format& format, double frameRate,
                                    const std::string& codePage, const SUBTITLES& titles,
                                    const FileStyle& style) {
     try {
-        const bool strange = format.unicode && style.format != format.keeps;
+        const bool strange = format.unicode && !format.IsOf(style);
         const FileStyle plain;
         const FileStyle& encoding = strange ? plain : style;
         std::string text(Utf8Mark(encoding));

@@ -11,6 +11,8 @@ constexpr std::size_t Size = 2'000'000;
 #else
 constexpr std::size_t Size = 20'000'000;
 #endif
+/// For each of the formats.
+constexpr std::size_t WriteSize = 1'000'000;
 
 class LargeTexts : public testing::TestWithParam<WorstText> {};
 
@@ -33,11 +35,11 @@ INSTANTIATE_TEST_SUITE_P(Rows, LargeTexts, testing::ValuesIn(WorstTexts), [](con
 
 TEST(LargeText, IsWrittenInEveryFormat) {
     for (const char* body : WorstToWrite) {
-        const SUBTITLES titles = ListOf({{1, 2, Repeated(body, Size)}});
+        const SUBTITLES titles = ListOf({{1, 2, Repeated(body, WriteSize)}});
         for (const Format& format : Formats()) {
             std::string out;
             format.write(titles, 25, {}, out);
-            EXPECT_GE(out.size(), 20U);
+            EXPECT_GE(out.size(), 10U);
         }
     }
 }

@@ -42,6 +42,40 @@ TEST(Detection, ReadsWhatItSkippedWhenItReadsTheFormat) {
     EXPECT_EQ(LoadText("x.txt", std::string("\r\n") + MicroDvd).titles.Count(), 1);
 }
 
+struct PictureRow {
+    const char* name;
+    std::string_view file;
+    const char* kind;
+};
+
+class Pictures : public testing::TestWithParam<PictureRow> {};
+
+TEST_P(Pictures, AreSaidToBeNoText) {
+    int asked = 0;
+    LoadHooks hooks;
+    hooks.askFrameRate = [&asked](std::optional<double>) {
+        ++asked;
+        return 25;
+    };
+    const Loaded loaded = LoadText(GetParam().name, GetParam().file, hooks);
+    EXPECT_EQ(loaded.result.outcome, LoadOutcome::UnknownFormat);
+    EXPECT_EQ(loaded.result.message,
+              std::string("Could not determine file format.\r\nThe file holds its titles as "
+                          "pictures (") +
+                  GetParam().kind + "), not as text.");
+    EXPECT_EQ(asked, 0);
+    EXPECT_TRUE(loaded.titles.UndoEnabled());
+}
+
+using namespace std::string_view_literals;
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, Pictures,
+    testing::Values(PictureRow{"x.sub", "\0\0\x01\xBA\x44\0\x04"sv, "VobSub"},
+                    PictureRow{"x.idx", "# VobSub index file, v7\r\n"sv, "VobSub"},
+                    PictureRow{"x.sup", "PG\0\0\x10\x20\0\0\0\0\x16\0\x13"sv, "PGS"},
+                    PictureRow{"x.sup", "SP\x10\x20\0\0\0\0\0\0\x01"sv, "DVD"}));
+
 class Unknown : public testing::TestWithParam<const char*> {};
 
 TEST_P(Unknown, IsSaid) {
@@ -54,8 +88,9 @@ TEST_P(Unknown, IsSaid) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Rows, Unknown,
-                         testing::Values("0\r\n", "-1\r\n", " \r\n1\r\n", "WEBVTT\r\n",
-                                         " {1}{25}A\r\n", "\r\n\r\nx"));
+                         testing::Values("0\r\n", "-1\r\n", " \r\n1\r\n", "WEBVTTX\r\n", "[a]",
+                                         "[1]", "[00]", "0:00:01.000", "[script", " {1}{25}A\r\n",
+                                         "\r\n\r\nx"));
 
 TEST(Detection, TakesALeadingNumberAboveZeroForSubRip) {
     for (const char* line : {"1", " 7 x", "0.5", "+3"})

@@ -42,7 +42,7 @@ TEST(Save, ChoosesTheFormatByTheExtensionInAnyCase) {
 TEST(Save, UnderANameThatTellsNoFormatIsRefused) {
     const TestFolder folder;
     PutFile(folder / "out", "old");
-    for (const char* name : {"out", "out.txt"}) {
+    for (const char* name : {"out", "out.doc"}) {
         const SaveResult result = Save(folder / name, {{1, 2, "A"}});
         EXPECT_FALSE(result.written);
         EXPECT_EQ(result.format, nullptr);
