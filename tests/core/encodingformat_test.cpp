@@ -131,10 +131,6 @@ TEST(FileEncoding, OfANewDocumentIsUtf8WithoutAMark) {
     EXPECT_EQ(SavedText("x.srt", {{1, 2, "\xD0\xBA"}}), Block("\xD0\xBA"));
 }
 
-TEST(FileEncoding, OfAnEmptyNameIsNoMark) {
-    EXPECT_EQ(SavedText("x", {{1, 2, "A"}}, Style(Encoding::Utf8, true)), "");
-}
-
 std::string AllBytes() {
     std::string bytes;
     for (int byte = 0; byte < 256; ++byte)
