@@ -36,7 +36,7 @@ inline constexpr std::array<WorstText, 34> WorstTexts{{
     {"codesandbars.sub", "{1}{2}", "{y:b}|{y}", "", 1},
     {"braces.sub", "{", "{", "", 1},
     {"nul.sub", "{1}{2}", "", "", 1},
-    {"digits.sub", "{", "9", "}", 1},
+    {"digits.sub", "{", "9", "}", 0},
     {"blanks.sub", "{1}{2}", " ", "", 1},
     {"tiny.sub", "", "{1}{2}a\n", "", -1},
     {"italics.srt", worsttexts::Block, "{y:i}", "", 1},
