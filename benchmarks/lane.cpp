@@ -50,7 +50,7 @@ std::shared_ptr<SoundMap> Sound() {
         SoundPage page;
         for (std::size_t i = 0; i < page.least.size(); ++i) {
             const auto level =
-                static_cast<float>(0.5 + 0.5 * std::sin(static_cast<double>(i * (number + 3))));
+                static_cast<float>(static_cast<double>((i * 37 + number * 11) % 101) / 100);
             page.least[i] = PackSample(-level);
             page.greatest[i] = PackSample(level * 0.8F);
             page.loudness[i] = PackPower(level * level / 5);
@@ -110,7 +110,8 @@ void MeasureRepaints(Lane& lane, RunningPlayer& player, int titles) {
         std::vector<double> times;
         QImage image(lane.size(), QImage::Format_RGB32);
         for (int i = 0; i < Repaints; ++i) {
-            player.FakePlayer::CurrentPosition(std::fmod(i * 617.3, FilmLength - span));
+            player.FakePlayer::CurrentPosition(
+                std::fmod(i * 617.3, std::max(1.0, FilmLength - span)));
             while (lane.View().Span() > span * 1.01 || lane.View().Span() < span * 0.99) {
                 const bool in = lane.View().Span() > span;
                 QKeyEvent key(QEvent::KeyPress, in ? Qt::Key_Plus : Qt::Key_Minus, {});

@@ -41,7 +41,7 @@ LanePixel Mixed(LanePixel colour, LanePixel other, double share) {
     return mixed;
 }
 
-void LaneGround::Colours(const LaneColours& colours) {
+void LaneGround::Look(const LaneColours& colours) {
     m_colours = colours;
     for (std::size_t tint = 0; tint < Tints; ++tint) {
         const double speech = static_cast<double>(tint) / (Tints - 1);
@@ -65,12 +65,24 @@ void LaneGround::Colours(const LaneColours& colours) {
     m_rims[Chosen] = m_rims[ChosenEdge] = colours.chosen;
 }
 
+void LaneGround::Rows::Resize(std::size_t width) {
+    top.resize(width);
+    bottom.resize(width);
+}
+
+void LaneGround::Colours::Resize(std::size_t width) {
+    outside.resize(width);
+    peak.resize(width);
+    loud.resize(width);
+}
+
 bool LaneGround::MeasureSound(const LanePiece& piece, const SoundMap* sound) {
     const auto width = static_cast<std::size_t>(piece.width);
     std::vector<SoundColumn> heard(width);
     if (sound != nullptr)
         sound->Columns(piece.from, piece.step, heard);
-    m_columns.resize(width);
+    m_peak.Resize(width);
+    m_loud.Resize(width);
     m_tints.resize(width);
     m_known.resize(width);
     const double half = (piece.shape.height - piece.shape.ruler) / 2;
@@ -83,9 +95,10 @@ bool LaneGround::MeasureSound(const LanePiece& piece, const SoundMap* sound) {
         const double loud =
             Height(std::pow(10.0, (column.loudness <= Silence ? -200.0 : double{column.loudness}) /
                                       DecibelsPerFactor));
-        m_columns[x] = {RowOf(middle - half * Height(greatest)),
-                        RowOf(middle + half * Height(-least)), RowOf(middle - half * loud),
-                        RowOf(middle + half * loud)};
+        m_peak.top[x] = RowOf(middle - half * Height(greatest));
+        m_peak.bottom[x] = RowOf(middle + half * Height(-least));
+        m_loud.top[x] = RowOf(middle - half * loud);
+        m_loud.bottom[x] = RowOf(middle + half * loud);
         m_tints[x] = static_cast<std::uint8_t>(
             std::lround(std::clamp(double{column.speech}, 0.0, 1.0) * (Tints - 1)));
         m_known[x] = column.known ? 1 : 0;
@@ -123,26 +136,40 @@ void LaneGround::CoverTrack(const LanePiece& piece, const LaneContents& contents
     });
 }
 
+/// The lane's most frequent work: no branches, so that the compiler paints several pixels
+/// at a time.
+void LaneGround::PaintRow(LanePixel* row, std::int32_t y, std::size_t width) const {
+    const std::int32_t* const peakTop = m_peak.top.data();
+    const std::int32_t* const peakBottom = m_peak.bottom.data();
+    const std::int32_t* const loudTop = m_loud.top.data();
+    const std::int32_t* const loudBottom = m_loud.bottom.data();
+    const LanePixel* const outside = m_shade.outside.data();
+    const LanePixel* const peak = m_shade.peak.data();
+    const LanePixel* const loud = m_shade.loud.data();
+    for (std::size_t x = 0; x < width; ++x) {
+        const bool inPeak = (y >= peakTop[x]) & (y < peakBottom[x]);
+        const bool inLoud = (y >= loudTop[x]) & (y < loudBottom[x]);
+        const LanePixel quiet = inPeak ? peak[x] : outside[x];
+        row[x] = inLoud ? loud[x] : quiet;
+    }
+}
+
 void LaneGround::PaintTrack(const LanePiece& piece, int track) {
     const auto width = static_cast<std::size_t>(piece.width);
-    m_shade.resize(width);
+    m_shade.Resize(width);
     for (std::size_t x = 0; x < width; ++x) {
-        m_shade[x] = m_shades[m_cover[x]][m_tints[x]];
-        if (m_known[x] == 0 && m_cover[x] == Free)
-            m_shade[x] = {m_colours.unknown, m_colours.unknown, m_colours.unknown};
+        const bool unknown = m_known[x] == 0 && m_cover[x] == Free;
+        const Shades shades = unknown
+                                  ? Shades{m_colours.unknown, m_colours.unknown, m_colours.unknown}
+                                  : m_shades[m_cover[x]][m_tints[x]];
+        m_shade.outside[x] = shades.outside;
+        m_shade.peak[x] = shades.peak;
+        m_shade.loud[x] = shades.loud;
     }
     const int top = RowOf(piece.shape.TrackTop(track));
     const int bottom = std::min(RowOf(piece.shape.TrackTop(track + 1)), RowOf(piece.shape.height));
-    for (int y = top; y < bottom; ++y) {
-        LanePixel* const row = piece.pixels + static_cast<std::size_t>(y) * piece.stride;
-        for (std::size_t x = 0; x < width; ++x) {
-            const Column& column = m_columns[x];
-            const Shades& shade = m_shade[x];
-            const LanePixel quiet =
-                y >= column.peakTop && y < column.peakBottom ? shade.peak : shade.outside;
-            row[x] = y >= column.loudTop && y < column.loudBottom ? shade.loud : quiet;
-        }
-    }
+    for (int y = top; y < bottom; ++y)
+        PaintRow(piece.pixels + static_cast<std::size_t>(y) * piece.stride, y, width);
     // The blocks' upper and lower rims.
     for (const int y : {top, bottom - 1}) {
         LanePixel* const row = piece.pixels + static_cast<std::size_t>(y) * piece.stride;

@@ -57,7 +57,7 @@ struct LaneContents {
 /// blocks. What is painted by pens and in letters comes over it. It keeps the memory it works in.
 class LaneGround {
   public:
-    void Colours(const LaneColours& colours);
+    void Look(const LaneColours& colours);
     /// true: everything was known of the sound, so that it need not be painted again.
     bool Paint(const LanePiece& piece, const LaneContents& contents);
 
@@ -72,24 +72,32 @@ class LaneGround {
         LanePixel peak;
         LanePixel loud;
     };
-    /// From and up to a row.
-    struct Column {
-        std::int32_t peakTop;
-        std::int32_t peakBottom;
-        std::int32_t loudTop;
-        std::int32_t loudBottom;
+    /// Of each column of pixels: the rows that sound fills, from the first one up to the
+    /// last, and the colours. One array for each, so that a row is painted many pixels at a time.
+    struct Rows {
+        std::vector<std::int32_t> top;
+        std::vector<std::int32_t> bottom;
+        void Resize(std::size_t width);
+    };
+    struct Colours {
+        std::vector<LanePixel> outside;
+        std::vector<LanePixel> peak;
+        std::vector<LanePixel> loud;
+        void Resize(std::size_t width);
     };
 
     bool MeasureSound(const LanePiece& piece, const SoundMap* sound);
     void CoverTrack(const LanePiece& piece, const LaneContents& contents, int track);
+    void PaintRow(LanePixel* row, std::int32_t y, std::size_t width) const;
     void PaintTrack(const LanePiece& piece, int track);
 
     std::array<std::array<Shades, Tints>, Covers> m_shades{};
     std::array<LanePixel, Covers> m_rims{};
     LaneColours m_colours;
-    std::vector<Column> m_columns;
+    Rows m_peak;
+    Rows m_loud;
     std::vector<std::uint8_t> m_tints;
     std::vector<std::uint8_t> m_known;
     std::vector<std::uint8_t> m_cover;
-    std::vector<Shades> m_shade;
+    Colours m_shade;
 };

@@ -15,6 +15,7 @@ namespace {
 constexpr int TileWidth = 256;
 /// Tiles beside those in sight that are kept.
 constexpr int SpareTiles = 16;
+constexpr std::size_t MostFree = 64;
 constexpr int MostWords = 2000;
 constexpr double LabelRoom = 76;
 constexpr double NarrowestWords = 22;
@@ -27,8 +28,35 @@ constexpr double PlainTick = 3;
 void LaneTiles::Look(const LanePalette& colours, const QFont& font) {
     m_colours = colours;
     m_font = font;
-    m_ground.Colours(colours.ground);
+    m_ground.Look(colours.ground);
     ForgetWords();
+}
+
+void LaneTiles::Forget() {
+    Drop([](std::int64_t /*number*/, const Tile& /*tile*/) { return true; });
+}
+
+/// The images of tiles that are no longer wanted are painted again: fresh memory costs more
+/// than a tile.
+template <typename Unwanted>
+void LaneTiles::Drop(const Unwanted& unwanted) {
+    std::erase_if(m_tiles, [&](auto& entry) {
+        if (!unwanted(entry.first, entry.second))
+            return false;
+        if (m_free.size() < MostFree)
+            m_free.push_back(std::move(entry.second.image));
+        return true;
+    });
+}
+
+QImage LaneTiles::FreeImage(const QSize& size) {
+    while (!m_free.empty()) {
+        QImage image = std::move(m_free.back());
+        m_free.pop_back();
+        if (image.size() == size)
+            return image;
+    }
+    return {size, QImage::Format_RGB32};
 }
 
 void LaneTiles::ForgetWords() {
@@ -37,7 +65,7 @@ void LaneTiles::ForgetWords() {
 }
 
 void LaneTiles::ForgetUnfinished() {
-    std::erase_if(m_tiles, [](const auto& entry) { return !entry.second.complete; });
+    Drop([](std::int64_t /*number*/, const Tile& tile) { return !tile.complete; });
 }
 
 void LaneTiles::Draw(QPainter& painter, const QRect& dirty, const Scene& scene) {
@@ -61,9 +89,9 @@ void LaneTiles::Draw(QPainter& painter, const QRect& dirty, const Scene& scene) 
     }
     const std::int64_t inSight = scene.view.Width() / TileWidth + 2;
     if (static_cast<std::int64_t>(m_tiles.size()) > inSight + SpareTiles)
-        std::erase_if(m_tiles, [&](const auto& entry) {
-            return entry.first < tileAt(0) - SpareTiles / 2 ||
-                   entry.first > tileAt(0) + inSight + SpareTiles / 2;
+        Drop([&](std::int64_t number, const Tile& /*tile*/) {
+            return number < tileAt(0) - SpareTiles / 2 ||
+                   number > tileAt(0) + inSight + SpareTiles / 2;
         });
 }
 
@@ -71,7 +99,8 @@ LaneTiles::Tile LaneTiles::Paint(std::int64_t number, const Scene& scene) {
     const double ratio = scene.ratio;
     const QSize size(qRound(TileWidth * ratio), std::max(1, qRound(scene.shape.height * ratio)));
     Tile tile;
-    tile.image = QImage(size, QImage::Format_RGB32);
+    tile.image = FreeImage(size);
+    tile.image.setDevicePixelRatio(1);
     LanePiece piece;
     piece.pixels = reinterpret_cast<LanePixel*>(tile.image.bits());
     piece.stride = static_cast<std::size_t>(tile.image.bytesPerLine()) / sizeof(LanePixel);

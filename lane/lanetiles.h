@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <functional>
 #include <unordered_map>
+#include <vector>
 
 class QPainter;
 
@@ -36,7 +37,7 @@ class LaneTiles {
 
     void Look(const LanePalette& colours, const QFont& font);
     /// Titles, words or selection have changed.
-    void Forget() { m_tiles.clear(); }
+    void Forget();
     void ForgetWords();
     /// The sound's map has grown: what lacked some of it is painted again.
     void ForgetUnfinished();
@@ -58,6 +59,9 @@ class LaneTiles {
         friend bool operator==(const Make&, const Make&) = default;
     };
 
+    template <typename Unwanted>
+    void Drop(const Unwanted& unwanted);
+    QImage FreeImage(const QSize& size);
     Tile Paint(std::int64_t number, const Scene& scene);
     void PaintRuler(QPainter& painter, double left, const Scene& scene) const;
     void PaintWords(QPainter& painter, double left, const Scene& scene);
@@ -68,5 +72,6 @@ class LaneTiles {
     LaneGround m_ground;
     Make m_make;
     std::unordered_map<std::int64_t, Tile> m_tiles;
+    std::vector<QImage> m_free;
     std::unordered_map<std::int32_t, QStaticText> m_words;
 };

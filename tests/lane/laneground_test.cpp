@@ -66,7 +66,7 @@ struct Picture {
 Picture Paint(const LaneContents& contents, double from = 0) {
     Picture picture;
     LaneGround ground;
-    ground.Colours(Colours());
+    ground.Look(Colours());
     LanePiece piece;
     piece.pixels = picture.pixels.data();
     piece.stride = Width;
