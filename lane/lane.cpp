@@ -190,15 +190,19 @@ void Lane::Placing(std::optional<double> since) {
 }
 
 void Lane::Marks(double blue, double green) {
+    const bool other = blue != m_blueMark || green != m_greenMark;
     m_blueMark = blue;
     m_greenMark = green;
-    update();
+    if (other)
+        update();
 }
 
 void Lane::Selection(double start, double end) {
+    const bool other = start != m_selectionStart || end != m_selectionEnd;
     m_selectionStart = start;
     m_selectionEnd = end;
-    update();
+    if (other)
+        update();
 }
 
 void Lane::Reveal(std::int32_t title) {

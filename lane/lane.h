@@ -101,7 +101,7 @@ class Lane : public QWidget {
 
   private:
     /// What a pressed button is going to be.
-    enum class Press : std::uint8_t { None, Click, Drag, Scrub, Pan };
+    enum class Press : std::uint8_t { None, Click, Drag, Scrub, Pan, Height };
 
     // Looks
     void Look();
@@ -126,6 +126,7 @@ class Lane : public QWidget {
     // The mouse
     LaneHit HitAt(const QPointF& place) const;
     void ShowCursor(const QPointF& place);
+    bool AtUpperEdge(const QPointF& place) const;
     void BeginDrag(const QPointF& place);
     void DragTo(const QPointF& place, bool snap);
     void EndDrag(bool keep);
@@ -173,6 +174,8 @@ class Lane : public QWidget {
     LaneHit m_pressed;
     QPointF m_pressPlace;
     QPointF m_pointer;
+    /// Where the upper edge was dragged to last, on the screen.
+    double m_edge = 0;
     bool m_snap = true;
     std::optional<LaneDrag> m_drag;
     /// The titles as they lie during a drag.

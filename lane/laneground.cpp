@@ -25,8 +25,24 @@ constexpr int ChannelBits = 8;
 constexpr LanePixel ChannelMask = 0xff;
 constexpr LanePixel Opaque = 0xff000000;
 
+/// The row that begins nearest to there; never above the first one.
 int RowOf(double y) {
-    return static_cast<int>(std::lround(y));
+    return static_cast<int>(y + 0.5);
+}
+
+/// The height of this loudness, from a table: powers would cost more than the rest of a column.
+double LoudHeight(double decibels) {
+    constexpr int Steps = 4;
+    constexpr auto Count = static_cast<std::size_t>(-Silence) * Steps + 1;
+    static const std::array<double, Count> Heights = [] {
+        std::array<double, Count> heights{};
+        for (std::size_t i = 1; i < Count; ++i)
+            heights[i] = Height(std::pow(10.0, (static_cast<double>(i) / Steps + double{Silence}) /
+                                                   DecibelsPerFactor));
+        return heights;
+    }();
+    const double step = (decibels - double{Silence}) * Steps;
+    return Heights[static_cast<std::size_t>(std::clamp(step, 0.0, static_cast<double>(Count - 1)))];
 }
 
 } // namespace
@@ -92,9 +108,7 @@ bool LaneGround::MeasureSound(const LanePiece& piece, const SoundMap* sound) {
         const SoundColumn& column = heard[x];
         const double least = std::min(0.0, static_cast<double>(column.least));
         const double greatest = std::max(0.0, static_cast<double>(column.greatest));
-        const double loud =
-            Height(std::pow(10.0, (column.loudness <= Silence ? -200.0 : double{column.loudness}) /
-                                      DecibelsPerFactor));
+        const double loud = LoudHeight(double{column.loudness});
         m_peak.top[x] = RowOf(middle - half * Height(greatest));
         m_peak.bottom[x] = RowOf(middle + half * Height(-least));
         m_loud.top[x] = RowOf(middle - half * loud);

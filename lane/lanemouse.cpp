@@ -15,6 +15,7 @@ namespace {
 /// A press that moves by less is a click (in pixels).
 constexpr double ClickSlack = 4;
 constexpr double SnapReach = 6;
+constexpr double UpperEdge = 4;
 /// One notch of a wheel, as Qt counts it.
 constexpr double Notch = 120;
 constexpr double ScrollPerNotch = 80;
@@ -28,6 +29,8 @@ LaneHit Lane::HitAt(const QPointF& place) const {
 }
 
 void Lane::ShowCursor(const QPointF& place) {
+    if (m_press == Press::Height || (m_press == Press::None && AtUpperEdge(place)))
+        return setCursor(Qt::SizeVerCursor);
     const LaneHit::Part part = m_press == Press::Drag ? m_pressed.part : HitAt(place).part;
     const bool edge = part == LaneHit::Part::Start || part == LaneHit::Part::End;
     if (m_press == Press::Pan)
@@ -40,6 +43,11 @@ void Lane::ShowCursor(const QPointF& place) {
         unsetCursor();
 }
 
+/// There the lane is taken hold of to make it higher or lower.
+bool Lane::AtUpperEdge(const QPointF& place) const {
+    return place.y() < UpperEdge;
+}
+
 void Lane::mousePressEvent(QMouseEvent* event) {
     if (m_view.Length() <= 0 || m_press != Press::None)
         return event->ignore();
@@ -50,6 +58,11 @@ void Lane::mousePressEvent(QMouseEvent* event) {
     }
     if (event->button() != Qt::LeftButton)
         return event->ignore();
+    if (AtUpperEdge(m_pointer)) {
+        m_press = Press::Height;
+        m_edge = event->globalPosition().y();
+        return;
+    }
     m_pressed = HitAt(m_pointer);
     m_press = Press::Click;
     // A title that is chosen already stays so with the others, for a drag of them all.
@@ -74,7 +87,13 @@ void Lane::mouseMoveEvent(QMouseEvent* event) {
         DragTo(m_pointer, !event->modifiers().testFlag(Qt::AltModifier));
     else if (m_press == Press::Scrub)
         emit ScrubWanted(std::clamp(m_view.Time(m_pointer.x()), 0.0, m_view.Length()));
-    else if (m_press == Press::Pan) {
+    else if (m_press == Press::Height) {
+        const double edge = event->globalPosition().y();
+        const int more = static_cast<int>(std::lround(m_edge - edge));
+        m_edge = edge;
+        if (more != 0)
+            emit HeightWanted(more);
+    } else if (m_press == Press::Pan) {
         m_view.Scroll(before.x() - m_pointer.x());
         Scrolled();
     }
