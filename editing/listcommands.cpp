@@ -2,6 +2,7 @@
 
 #include "model/numbers.h"
 #include "model/step.h"
+#include "model/times.h"
 
 #include <algorithm>
 
@@ -11,6 +12,7 @@ constexpr double MoveStep = 0.1;
 constexpr double DurationStep = 0.05;
 constexpr double SmallestDuration = 0.25;
 constexpr double LargestInserted = 2.0;
+constexpr const char* NewTitle = "New title";
 
 void Move(SUBTITLES& titles, std::int32_t index, double seconds) {
     const Step step(titles, Step::Undo::Once);
@@ -56,8 +58,19 @@ InsertedTitle InsertBefore(SUBTITLES& titles, std::int32_t index) {
     const double current = titles.StartTime(index);
     const double start = (titles.StartTime(index - 1) + current) / 2;
     const double duration = std::clamp(current - start, SmallestDuration, LargestInserted);
-    titles.Insert(index, start, start + duration, "New title");
+    titles.Insert(index, start, start + duration, NewTitle);
     return {start, duration};
+}
+
+std::int32_t InsertAt(SUBTITLES& titles, double time) {
+    const double start = std::max(0.0, RoundTime(time));
+    std::int32_t index = titles.Count() + 1;
+    while (index > 1 && titles.StartTime(index - 1) > start)
+        --index;
+    const double room = index <= titles.Count() ? titles.StartTime(index) - start : LargestInserted;
+    const double duration = std::clamp(room, SmallestDuration, LargestInserted);
+    titles.Insert(index, start, RoundTime(start + duration), NewTitle);
+    return index;
 }
 
 std::vector<std::int32_t> DeleteTitles(SUBTITLES& titles, std::vector<std::int32_t> selected) {

@@ -28,6 +28,10 @@ struct InsertedTitle {
 /// A new title, half way between the starts of the title before and this one.
 InsertedTitle InsertBefore(SUBTITLES& titles, std::int32_t index);
 
+/// A new title that starts at this time (seconds, at least 0), behind all that start
+/// before it: for two seconds, or up to the next title's start, at least 0.25 s. Its number.
+std::int32_t InsertAt(SUBTITLES& titles, double time);
+
 /// Deletes the titles, in ascending order, but never the last one that is left.
 /// Answers the numbers of those that were deleted.
 std::vector<std::int32_t> DeleteTitles(SUBTITLES& titles, std::vector<std::int32_t> selected);

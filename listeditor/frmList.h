@@ -48,6 +48,9 @@ class frmList final : public QMainWindow, public TitleList {
     /// green mark.
     void StretchToMarks();
 
+    /// Selects these titles instead, in ascending order, and scrolls to the first. The player
+    /// stays where it is.
+    void SelectTitles(std::span<const std::int32_t> titles);
     /// The main window has come to title i while playing.
     void FollowTitle(std::int32_t i);
     void UndoPossible(bool possible);
@@ -85,6 +88,10 @@ class frmList final : public QMainWindow, public TitleList {
     void ShowInstead(const SUBTITLES& titles) override;
     void ShowOwn() override;
     void GoToTitle(std::int32_t index) override;
+
+  signals:
+    /// Other rows are selected.
+    void Selected();
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -77,8 +77,28 @@ void frmList::ScrollTo(std::int32_t row) {
     LV->scrollTo(m_rows->index(row - 1, RowModel::Text));
 }
 
+void frmList::SelectTitles(std::span<const std::int32_t> titles) {
+    QItemSelection selection;
+    for (std::size_t first = 0; first < titles.size();) {
+        std::size_t last = first;
+        while (last + 1 < titles.size() && titles[last + 1] == titles[last] + 1)
+            ++last;
+        selection.select(m_rows->index(titles[first] - 1, RowModel::Text),
+                         m_rows->index(titles[last] - 1, RowModel::Text));
+        first = last + 1;
+    }
+    LV->selectionModel()->select(selection,
+                                 QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+    if (titles.empty())
+        return;
+    LV->selectionModel()->setCurrentIndex(m_rows->index(titles.front() - 1, RowModel::Text),
+                                          QItemSelectionModel::NoUpdate);
+    ScrollTo(titles.front());
+}
+
 void frmList::SelectionChanged() {
     m_actions.SetEnabled(Needs::CurrentTitle, !LV->selectionModel()->selection().isEmpty());
+    emit Selected();
 }
 
 void frmList::GoToTitle(std::int32_t index) {

@@ -104,6 +104,37 @@ INSTANTIATE_TEST_SUITE_P(Neighbours, Inserting,
                                          InsertRow{10, 10.2, 10.1, 10.35},
                                          InsertRow{10, 12, 11, 12}, InsertRow{20, 10, 15, 15.25}));
 
+struct InsertAtRow {
+    const char* name;
+    double time;
+    std::int32_t number;
+    double start;
+    double end;
+};
+
+class ListInsertAt : public testing::TestWithParam<InsertAtRow> {};
+
+TEST_P(ListInsertAt, TakesTheRoomUpToTheNextTitle) {
+    const InsertAtRow& row = GetParam();
+    SUBTITLES titles = Titles({{6, 8}, {10, 12}});
+    EXPECT_EQ(InsertAt(titles, row.time), row.number);
+    EXPECT_EQ(titles.Count(), 3);
+    EXPECT_EQ(titles.Text(row.number), "New title");
+    EXPECT_NEAR(titles.StartTime(row.number), row.start, 1e-9);
+    EXPECT_NEAR(titles.EndTime(row.number), row.end, 1e-9);
+    EXPECT_EQ(titles.UndoCount(), 1);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, ListInsertAt,
+                         testing::Values(InsertAtRow{"First", 1, 1, 1, 3},
+                                         InsertAtRow{"BeforeTheFilm", -5, 1, 0, 2},
+                                         InsertAtRow{"LittleRoom", 5, 1, 5, 6},
+                                         InsertAtRow{"NoRoom", 9.9, 2, 9.9, 10.15},
+                                         InsertAtRow{"AtAStart", 6, 2, 6, 8},
+                                         InsertAtRow{"Last", 20, 3, 20, 22},
+                                         InsertAtRow{"WholeMilliseconds", 7.00049, 2, 7, 9}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
 TEST(ListCommands, InsertBeforeTheFirstHalvesItsStart) {
     SUBTITLES titles = Titles({{6, 8}});
     InsertBefore(titles, 1);

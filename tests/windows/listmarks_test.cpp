@@ -90,6 +90,22 @@ TEST_F(ListMarks, AClickMovesThePlayerAndEnablesButtons) {
         EXPECT_FALSE(ButtonEnabled(key)) << key;
 }
 
+TEST_F(ListMarks, TitlesAreSelectedWithoutMovingThePlayer) {
+    Open();
+    Click(2);
+    const auto moves = host.positions.size();
+    int heard = 0;
+    QObject::connect(&List(), &frmList::Selected, [&] { ++heard; });
+    using Rows = std::vector<std::int32_t>;
+    for (const Rows& rows : {Rows{1, 2, 3}, Rows{1, 3, 4}, Rows{5}, Rows{}}) {
+        List().SelectTitles(rows);
+        EXPECT_EQ(List().SelectedRows(), rows);
+        EXPECT_GT(heard, 0);
+        heard = 0;
+    }
+    EXPECT_EQ(host.positions.size(), moves);
+}
+
 TEST_F(ListMarks, TheCurrentTitleHasTheFocusOrIsTheFirst) {
     Open();
     Click(2);
