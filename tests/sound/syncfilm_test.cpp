@@ -1,0 +1,160 @@
+#include "cli/commandline.h"
+
+#include "tests/core/fittingfilms.h"
+#include "tests/sound/filmmaking.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdlib>
+#include <sstream>
+
+namespace {
+
+constexpr double Length = 300;
+constexpr double Pi = 3.14159265358979323846;
+
+/// 16 kHz, one channel, 16 bits.
+std::string WaveFile(const std::vector<std::int16_t>& samples) {
+    const auto number = [](std::uint32_t value, int bytes) {
+        std::string text;
+        for (int i = 0; i < bytes; ++i)
+            text += static_cast<char>(value >> static_cast<unsigned>(8 * i));
+        return text;
+    };
+    const auto size = static_cast<std::uint32_t>(2 * samples.size());
+    std::string file = "RIFF" + number(36 + size, 4) + "WAVEfmt " + number(16, 4) + number(1, 2) +
+                       number(1, 2) + number(16000, 4) + number(32000, 4) + number(2, 2) +
+                       number(16, 2) + "data" + number(size, 4);
+    for (const std::int16_t sample : samples)
+        file += number(static_cast<std::uint16_t>(sample), 2);
+    return file;
+}
+
+/// A buzz that comes and goes four times a second wherever something is said, over noise.
+std::string Babble(const FittingFilm& film) {
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(film.length * 16000));
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        samples[i] =
+            static_cast<std::int16_t>(60 * (Chance(3, static_cast<std::uint32_t>(i)) - 0.5));
+    for (const FitTitle& title : film.titles) {
+        const auto first = static_cast<std::size_t>(title.start * 16000);
+        const auto last = static_cast<std::size_t>(title.end * 16000);
+        for (std::size_t i = first; i < last && i < samples.size(); ++i) {
+            const double time = static_cast<double>(i - first) / 16000;
+            const double syllable = 0.5 - 0.5 * std::cos(2 * Pi * 4 * time);
+            double buzz = 0;
+            for (int harmonic = 3; harmonic < 16; ++harmonic)
+                buzz += std::sin(2 * Pi * 140 * harmonic * time) / harmonic;
+            samples[i] = static_cast<std::int16_t>(samples[i] + 5000 * syllable * buzz);
+        }
+    }
+    return WaveFile(samples);
+}
+
+class SyncFilm : public testing::Test {
+  public:
+    SyncFilm() {
+        setenv("XDG_CACHE_HOME", (Folder / "cache").c_str(), 1);
+        PutFile(Folder / "FILM.wav", Babble(Film));
+        Put("RIGHT.srt", Film.titles);
+        Put("LATE.srt", Misplaced(Film.titles, -2.4));
+    }
+
+    void Put(const char* name, const std::vector<FitTitle>& titles) const {
+        std::vector<TestTitle> list;
+        for (const FitTitle& title : titles)
+            list.push_back({title.start, title.end, title.text});
+        PutFile(Folder / name, SavedText(name, list));
+    }
+
+    /// The words with a dot that are no options are names in the folder.
+    int Run(std::vector<std::string> words) {
+        for (std::string& word : words) {
+            if (word.find('.') != std::string::npos && !word.starts_with('-'))
+                word = (Folder / word).string();
+        }
+        words.insert(words.begin(), "sync");
+        std::ostringstream out;
+        std::ostringstream err;
+        const ExitCode code = RunCommandLine(words, out, err);
+        Out = out.str();
+        Err = err.str();
+        return static_cast<int>(code);
+    }
+
+    double Error(const char* name) const {
+        const std::filesystem::path file = Folder / name;
+        const Loaded loaded = LoadText(file.filename().string(), FileText(file));
+        const std::vector<TestTitle> titles = loaded.Titles();
+        if (titles.size() != Film.titles.size())
+            return 1e9;
+        double worst = 0;
+        for (std::size_t i = 0; i < titles.size(); ++i)
+            worst = std::max(worst, std::abs(titles[i].start - Film.titles[i].start));
+        return worst;
+    }
+
+    std::string Report() const { return FileText(Folder / "REPORT.json"); }
+
+    const FittingFilm Film = MakeFilm(95, Length);
+    const TestFolder Folder;
+    std::string Out;
+    std::string Err;
+};
+
+TEST_F(SyncFilm, FitsToTheSound) {
+    EXPECT_EQ(Run({"--report", "REPORT.json", "FILM.wav", "LATE.srt", "OUT.srt"}), 0) << Err;
+    EXPECT_LT(Error("OUT.srt"), 0.1) << Out;
+    EXPECT_NE(Report().find(R"("by": "sound")"), std::string::npos) << Report();
+    EXPECT_EQ(Run({"--by", "sound", "FILM.wav", "RIGHT.srt", "SAME.srt"}), 0) << Err;
+    EXPECT_EQ(FileText(Folder / "SAME.srt"), FileText(Folder / "RIGHT.srt"));
+}
+
+TEST_F(SyncFilm, PrefersATextTrackThatAgreesWithTheSound) {
+    Ffmpeg(Folder, "-i FILM.wav -i RIGHT.srt -c:a pcm_s16le -c:s srt FILM.mkv");
+    EXPECT_EQ(Run({"--report", "REPORT.json", "FILM.mkv", "LATE.srt", "OUT.srt"}), 0) << Err;
+    EXPECT_NE(Report().find(R"("by": "titles")"), std::string::npos) << Report();
+    EXPECT_LT(Error("OUT.srt"), 0.02);
+}
+
+TEST_F(SyncFilm, KeepsToTheSoundWhenTheTextTrackDoesNotAgree) {
+    Ffmpeg(Folder, "-i FILM.wav -i LATE.srt -c:a pcm_s16le -c:s srt FILM.mkv");
+    EXPECT_EQ(Run({"--report", "REPORT.json", "FILM.mkv", "LATE.srt", "OUT.srt"}), 0) << Err;
+    EXPECT_NE(Report().find(R"("by": "sound")"), std::string::npos) << Report();
+    EXPECT_LT(Error("OUT.srt"), 0.1);
+    EXPECT_EQ(Run({"--by", "titles", "--track", "1", "FILM.mkv", "RIGHT.srt", "OUT.srt"}), 0);
+    EXPECT_NEAR(Error("OUT.srt"), 2.4, 0.05);
+}
+
+TEST_F(SyncFilm, SaysWhatATrackLacks) {
+    EXPECT_EQ(Run({"--track", "2", "FILM.wav", "LATE.srt", "OUT.srt"}), 1);
+    EXPECT_NE(Err.find("no such sound track"), std::string::npos) << Err;
+    EXPECT_EQ(Run({"--by", "titles", "FILM.wav", "LATE.srt", "OUT.srt"}), 1);
+    EXPECT_NE(Err.find("has no text track"), std::string::npos) << Err;
+    EXPECT_FALSE(std::filesystem::exists(Folder / "OUT.srt"));
+}
+
+TEST_F(SyncFilm, FitsAWholeFolder) {
+    std::filesystem::create_directory(Folder / "films");
+    for (const char* name : {"A", "B"}) {
+        const std::string film = name;
+        std::filesystem::copy_file(Folder / "FILM.wav", Folder / ("films/" + film + ".wav"));
+        std::filesystem::copy_file(Folder / "LATE.srt", Folder / ("films/" + film + ".en.srt"));
+    }
+    std::filesystem::copy_file(Folder / "RIGHT.srt", Folder / "films/A.srt");
+    EXPECT_EQ(Run({"--library", "./films", "--dry-run"}), 0);
+    EXPECT_FALSE(std::filesystem::exists(Folder / "films/A.en.fitted.srt"));
+    EXPECT_EQ(Run({"--library", "./films", "--jobs", "2"}), 0);
+    EXPECT_NE(Out.find("3 files: 2 fitted, 1 right, 0 unsure, 0 done before, 0 failed"),
+              std::string::npos)
+        << Out;
+    EXPECT_LT(Error("films/A.en.fitted.srt"), 0.1);
+    EXPECT_LT(Error("films/B.en.fitted.srt"), 0.1);
+    EXPECT_FALSE(std::filesystem::exists(Folder / "films/A.fitted.srt"));
+    EXPECT_EQ(Run({"--library", "./films"}), 0);
+    EXPECT_NE(Out.find("0 fitted, 1 right, 0 unsure, 2 done before"), std::string::npos) << Out;
+}
+
+} // namespace
