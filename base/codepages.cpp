@@ -54,14 +54,27 @@ bool IsDefaultName(std::string_view name) {
     return lower.empty() || lower == DefaultName || lower == "cp1252";
 }
 
+/// A "/" would select the converter's own extras, a NUL would cut the name short.
+bool IsPlain(std::string_view name) {
+    return name.find_first_of(std::string_view("/\0", 2)) == std::string_view::npos;
+}
+
 } // namespace
+
+bool CodePage::Knows(std::string_view name) {
+    if (IsDefaultName(name))
+        return true;
+    const std::string own(name);
+    return IsPlain(name) && (ByteDecoder(own).Valid() || MultiByte::Open(own) != nullptr);
+}
 
 CodePage::CodePage(std::string_view name)
     : m_name(name) {
-    // A "/" would select the converter's own extras, a NUL would cut the name short.
-    const bool plain = m_name.find_first_of(std::string_view("/\0", 2)) == std::string::npos;
-    if (IsDefaultName(name) || !plain || !FillFromPlatform(m_name, m_high)) {
-        m_name = DefaultName;
+    const bool own = IsDefaultName(name) || !IsPlain(name);
+    if (own || !FillFromPlatform(m_name, m_high)) {
+        m_multiByte = own ? nullptr : MultiByte::Open(m_name);
+        if (!m_multiByte)
+            m_name = DefaultName;
         FillWindows1252(m_high);
     }
     KeepUndefined();
@@ -91,6 +104,8 @@ char32_t CodePage::Character(char byte) const {
 }
 
 std::string CodePage::ToUtf8(std::string_view bytes) const {
+    if (m_multiByte)
+        return m_multiByte->ToUtf8(bytes);
     std::string text;
     text.reserve(bytes.size() + bytes.size() / 8);
     for (const char byte : bytes)
@@ -99,6 +114,8 @@ std::string CodePage::ToUtf8(std::string_view bytes) const {
 }
 
 std::optional<std::string> CodePage::FromUtf8(std::string_view utf8) const {
+    if (m_multiByte)
+        return m_multiByte->FromUtf8(utf8);
     std::string bytes;
     bytes.reserve(utf8.size());
     for (std::size_t at = 0; at < utf8.size();) {

@@ -23,6 +23,7 @@ FileStamp StampOf(const std::filesystem::path& file) {
     stamp.size = static_cast<std::uintmax_t>(status.st_size);
     stamp.time = status.st_mtim.tv_sec * InASecond + status.st_mtim.tv_nsec;
     stamp.number = status.st_ino;
+    stamp.device = status.st_dev;
     stamp.there = true;
 #endif
     return stamp;

@@ -1,5 +1,6 @@
 #include "cli/commandline.h"
 
+#include "base/codepages.h"
 #include "base/runtimeerror.h"
 #include "base/savejournal.h"
 #include "cli/commands.h"
@@ -199,6 +200,8 @@ ExitCode RunCommand(const Command& command, std::span<const std::string> words, 
         rate = RateOf(arguments->Value("--frame-rate"));
     if (!rate)
         return Complain(err, "Illegal frame rate!");
+    if (arguments->Has("--code-page") && !CodePage::Knows(arguments->Value("--code-page")))
+        return Complain(err, "unknown encoding " + arguments->Value("--code-page"));
     const std::optional<Task> task = command.prepare(*arguments, fault);
     if (!task)
         return Complain(err, fault);

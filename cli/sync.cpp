@@ -1,5 +1,6 @@
 #include "cli/sync.h"
 
+#include "base/codepages.h"
 #include "base/wholefile.h"
 #include "cli/arguments.h"
 #include "cli/library.h"
@@ -62,6 +63,8 @@ bool Understand(const Arguments& arguments, Reference::Wish& wish, std::string& 
     }
     if (arguments.Has("--code-page"))
         wish.manners.codePage = arguments.Value("--code-page");
+    if (!CodePage::Knows(wish.manners.codePage))
+        fault = "unknown encoding " + wish.manners.codePage;
     wish.manners.partial = arguments.Has("--partial");
     return fault.empty();
 }

@@ -151,6 +151,7 @@ INSTANTIATE_TEST_SUITE_P(
         std::vector<std::string>{"convert", "--fast", "IN.srt", "OUT.srt"},
         std::vector<std::string>{"convert", "--partial=yes", "IN.srt", "OUT.srt"},
         std::vector<std::string>{"convert", "--frame-rate", "0", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"convert", "--code-page", "nonsense", "IN.srt", "OUT.srt"},
         std::vector<std::string>{"convert", "--frame-rate", "x", "IN.srt", "OUT.srt"},
         std::vector<std::string>{"convert", "IN.srt", "OUT.srt", "--frame-rate"},
         std::vector<std::string>{"shift", "IN.srt", "OUT.srt"},
