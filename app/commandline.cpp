@@ -18,16 +18,13 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
         line.complaint = parser.errorText();
         return line;
     }
-    const QStringList files = parser.positionalArguments();
-    line.media = files.value(0);
-    line.subtitles = files.value(1);
+    line.files = parser.positionalArguments();
     line.demoFolder = parser.value(demo);
     if (parser.isSet(help))
         line.task = Task::Help;
     else if (parser.isSet(version))
         line.task = Task::Version;
-    else if (files.size() > 2 ||
-             ((parser.isSet(recover) || parser.isSet(demo)) && !files.empty())) {
+    else if ((parser.isSet(recover) || parser.isSet(demo)) && !line.files.empty()) {
         line.task = Task::Wrong;
         line.complaint = QStringLiteral("Too many file names.");
     } else if (parser.isSet(demo))

@@ -8,8 +8,7 @@ struct CommandLine {
     enum class Task { Run, Recover, Demo, Help, Version, Wrong };
 
     Task task = Task::Run;
-    QString media;
-    QString subtitles;
+    QStringList files;
     /// Where the demonstration leaves what it made.
     QString demoFolder;
     /// What is wrong with a wrong one.

@@ -56,6 +56,6 @@ int main(int argc, char** argv) {
     case CommandLine::Task::Recover:
         return RunRecovery();
     default:
-        return RunProgram(line.media, line.subtitles);
+        return RunProgram(line.files);
     }
 }

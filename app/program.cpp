@@ -2,17 +2,23 @@
 
 #include "app/firstpaint.h"
 #include "app/interrupted.h"
+#include "app/namedfiles.h"
 #include "base/savejournal.h"
 #include "mainwindow/frmRecover.h"
+#include "platform/beside.h"
 #include "platform/errorgate.h"
+#include "platform/messageboxes.h"
 
 #include <QApplication>
 #include <QDateTime>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QSessionManager>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <thread>
 #include <utility>
 
 Program::Program(std::unique_ptr<frmQuelmar> window)
@@ -20,8 +26,9 @@ Program::Program(std::unique_ptr<frmQuelmar> window)
     , m_recovery(*m_window, m_store) {
     InstallErrorReporter([this](const std::string& report) { EndWithReport(report); });
     // When the user logs out nobody may be there to answer questions.
-    QObject::connect(qApp, &QGuiApplication::commitDataRequest, &m_recovery, &Recovery::Flush,
-                     Qt::DirectConnection);
+    QObject::connect(
+        qApp, &QGuiApplication::commitDataRequest, &m_recovery, [this] { m_recovery.Flush(); },
+        Qt::DirectConnection);
     QObject::connect(m_window.get(), &frmQuelmar::Closed, qApp, &QApplication::quit,
                      Qt::QueuedConnection);
 }
@@ -50,14 +57,51 @@ void Program::EndWithReport(const std::string& report) {
     std::_Exit(EXIT_FAILURE);
 }
 
-int RunProgram(const QString& media, const QString& subtitles) {
+namespace {
+
+constexpr auto Grace = std::chrono::seconds(5);
+
+/// Threads that wait for a disk which does not answer must not keep the program.
+void EndSoon(int code) {
+    std::thread([code] {
+        std::this_thread::sleep_for(Grace);
+        std::_Exit(code);
+    }).detach();
+}
+
+void OpenFiles(frmQuelmar& window, const QStringList& files) {
+    if (files.empty())
+        return;
+    const QString where = QFileInfo(files.constFirst()).path();
+    NamedFiles named = AskBeside<NamedFiles>(&window, where, files.constFirst(), [files] {
+                           return TellApart(files);
+                       }).value_or(NamedFiles());
+    if (named.subtitles.isEmpty() && !named.media.isEmpty()) {
+        const QString beside = AskBeside<QString>(&window, where, named.media, [=] {
+                                   return SubtitlesBeside(named.media);
+                               }).value_or(QString());
+        if (!beside.isEmpty() &&
+            AskYesNo(&window,
+                     QObject::tr("“%1” lies beside the film.\nOpen these subtitles too?")
+                         .arg(QFileInfo(beside).fileName()),
+                     MessageIcon::Question))
+            named.subtitles = beside;
+    }
+    window.OpenFiles(named.media, named.subtitles);
+}
+
+} // namespace
+
+int RunProgram(const QStringList& files) {
     Program program;
     program.Store().Probe();
-    return program.Run([&] {
+    const int code = program.Run([&] {
         OfferInterruptedSaves(program.Window(), StateFolder());
         if (!program.Copies().OfferOrphans())
-            program.Window().OpenFiles(media, subtitles);
+            OpenFiles(program.Window(), files);
     });
+    EndSoon(code);
+    return code;
 }
 
 int RunRecovery() {
@@ -74,10 +118,12 @@ int RunRecovery() {
     if (dialog.exec() != QDialog::Accepted || !dialog.Chosen())
         return EXIT_SUCCESS;
     Program program;
-    return program.Run([&] {
+    const int code = program.Run([&] {
         RecoverableWork& work = works[*dialog.Chosen()];
         program.Copies().Restore(work.orphan, std::move(work.document));
         // The others are free for whoever asks next.
         works.clear();
     });
+    EndSoon(code);
+    return code;
 }

@@ -5,6 +5,7 @@
 #include "platform/recoverystore.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 #include <memory>
@@ -35,6 +36,6 @@ class Program {
 };
 
 /// Offers work of runs that did not end normally, then opens the files named.
-int RunProgram(const QString& media, const QString& subtitles);
+int RunProgram(const QStringList& files);
 /// Lists what can be recovered and restores what the user chooses.
 int RunRecovery();

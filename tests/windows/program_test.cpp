@@ -26,7 +26,7 @@ TEST(CommandLine, TellsItsTask) {
         {{}, Task::Run},
         {{"film.avi"}, Task::Run},
         {{"film.avi", "film.srt"}, Task::Run},
-        {{"film.avi", "film.srt", "more"}, Task::Wrong},
+        {{"film.avi", "film.srt", "more"}, Task::Run},
         {{"--help"}, Task::Help},
         {{"-h", "film.avi"}, Task::Help},
         {{"--version"}, Task::Version},
@@ -49,8 +49,7 @@ TEST(CommandLine, TellsItsTask) {
 
 TEST(CommandLine, NamesTheFiles) {
     const CommandLine line = CommandLine::Parse({"a film.avi", "its.srt"});
-    EXPECT_EQ(line.media.toStdString(), "a film.avi");
-    EXPECT_EQ(line.subtitles.toStdString(), "its.srt");
+    EXPECT_EQ(line.files, (QStringList{"a film.avi", "its.srt"}));
     EXPECT_EQ(CommandLine::Parse({"--demo", "there"}).demoFolder.toStdString(), "there");
 }
 
