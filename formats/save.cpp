@@ -7,6 +7,7 @@
 #include "formats/encoding.h"
 #include "formats/proof.h"
 
+#include <memory>
 #include <new>
 #include <optional>
 
@@ -34,12 +35,11 @@ std::optional<std::string> Compose(const Format& format, double frameRate,
     }
 }
 
-/// How the file differs from the titles; empty when it does not.
-std::string Differs(const std::filesystem::path& file, const Format& format, double frameRate,
+/// How a file of these bytes differs from the titles; empty when it does not.
+std::string Differs(std::optional<FileBytes> bytes, const Format& format, double frameRate,
                     const std::string& codePage, const SUBTITLES& titles,
                     const FileStyle& written) {
     try {
-        std::optional<FileBytes> bytes = ReadWholeFile(file);
         if (!bytes)
             return "it cannot be read";
         const DecodedText decoded(std::move(*bytes), codePage);
@@ -84,29 +84,46 @@ std::string Fate(ReplaceResult result, const std::filesystem::path& file) {
     return {};
 }
 
-struct Replaced {
-    ReplaceResult result;
+/// What touches the disk, and all that it needs.
+struct Writing {
+    std::filesystem::path file;
+    std::string bytes;
+    std::filesystem::path journalFolder;
+    bool flush = true;
+
+    ReplaceResult result = ReplaceResult::Failed;
     std::string details;
+    std::optional<FileBytes> readBack;
 };
 
-Replaced Replace(const std::filesystem::path& file, std::string_view bytes,
-                 const SaveHooks& hooks) {
+void Write(Writing& writing) {
     SaveJournal journal;
     ReplaceHooks replacing;
-    replacing.flush = hooks.flushToDisk;
-    if (!hooks.journalFolder.empty())
+    replacing.flush = writing.flush;
+    if (!writing.journalFolder.empty())
         replacing.keep = [&](std::string_view oldBytes) {
-            return journal.Write(hooks.journalFolder, file, oldBytes, bytes);
+            return journal.Write(writing.journalFolder, writing.file, oldBytes, writing.bytes);
         };
-    const ReplaceResult result = ReplaceBytes(file, bytes, replacing);
-    if (result == ReplaceResult::Torn)
-        return {result, NameInQuotes(file) +
-                            " is damaged. What it held and what it was to hold are "
-                            "kept in " +
-                            NameInQuotes(journal.Name()) +
-                            "; the program offers them when it is started."};
+    writing.result = ReplaceBytes(writing.file, writing.bytes, replacing);
+    if (writing.result == ReplaceResult::Torn) {
+        writing.details = NameInQuotes(writing.file) +
+                          " is damaged. What it held and what it was to hold are kept in " +
+                          NameInQuotes(journal.Name()) +
+                          "; the program offers them when it is started.";
+        return;
+    }
     journal.Remove();
-    return {result, Fate(result, file)};
+    writing.details = Fate(writing.result, writing.file);
+    if (writing.result == ReplaceResult::Written)
+        writing.readBack = ReadWholeFile(writing.file);
+}
+
+/// false: given up.
+bool Run(const std::shared_ptr<Writing>& writing, const SaveHooks& hooks) {
+    if (hooks.beside)
+        return hooks.beside([writing] { Write(*writing); });
+    Write(*writing);
+    return true;
 }
 
 } // namespace
@@ -128,18 +145,28 @@ SaveResult SaveTitles(const std::filesystem::path& file, const std::string& code
     const double frameRate =
         format.needsFrameRate && hooks.askFrameRate ? hooks.askFrameRate() : DefaultFrameRate;
     result.message = WriteFailure;
-    const std::optional<std::string> bytes = Compose(format, frameRate, codePage, titles, style);
+    std::optional<std::string> bytes = Compose(format, frameRate, codePage, titles, style);
     if (!bytes)
         return result;
 
     if (hooks.beforeWriting)
         hooks.beforeWriting();
-    const Replaced replaced = Replace(file, *bytes, hooks);
-    result.details = replaced.details;
-    result.written = replaced.result == ReplaceResult::Written;
+    const auto writing = std::make_shared<Writing>();
+    writing->file = file;
+    writing->bytes = std::move(*bytes);
+    writing->journalFolder = hooks.journalFolder;
+    writing->flush = hooks.flushToDisk;
+    if (!Run(writing, hooks)) {
+        result.message = "Saving " + NameInQuotes(file) + " was given up.";
+        result.details = "It may still get the titles when its disk answers.";
+        return result;
+    }
+    result.details = writing->details;
+    result.written = writing->result == ReplaceResult::Written;
     if (!result.written)
         return result;
-    const std::string difference = Differs(file, format, frameRate, codePage, titles, style);
+    const std::string difference =
+        Differs(std::move(writing->readBack), format, frameRate, codePage, titles, style);
     result.proven = difference.empty();
     result.message = result.proven ? std::string()
                                    : NameInQuotes(file) + " was written, but does not give the " +

@@ -15,6 +15,9 @@ struct SaveHooks {
     /// Where the old bytes and the new ones are kept while a file must be overwritten in
     /// place (see base/replacefile.h). Empty: no file is overwritten so.
     std::filesystem::path journalFolder;
+    /// Runs what touches the disk, which may not answer for long; false when it was given
+    /// up. It owns all that it uses, and may go on alone after that.
+    std::function<bool(std::function<void()>)> beside;
     /// Return only when the file is on the disk, so that a power cut cannot take it.
     bool flushToDisk = true;
 };

@@ -1,5 +1,7 @@
 #include "platform/commondialogs.h"
 
+#include "platform/beside.h"
+
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -54,20 +56,24 @@ QString FirstExtension(const QString& patterns) {
 QString FilterWith(const CommonDialog& settings) {
     const QStringList parts = settings.Filter.split('|');
     for (qsizetype i = 0; i + 1 < parts.size(); i += 2)
-        if (FirstExtension(parts[i + 1]) == settings.PickedExtension)
+        if (settings.PickedFilter.isEmpty()
+                ? FirstExtension(parts[i + 1]) == settings.PickedExtension
+                : parts[i] == settings.PickedFilter)
             return NameFilters(settings.Filter).at(i / 2);
     return {};
 }
 
 // The dialog may answer the filter's text with its patterns or without them.
-QString PickedExtension(const QFileDialog& dialog, const CommonDialog& settings) {
+void TakePicked(const QFileDialog& dialog, CommonDialog& settings) {
     const QString picked = dialog.selectedNameFilter();
     const QStringList parts = settings.Filter.split('|');
     const QStringList filters = NameFilters(settings.Filter);
     for (qsizetype i = 0; i < filters.size(); ++i)
-        if (picked == filters[i] || picked == parts[2 * i])
-            return FirstExtension(parts[2 * i + 1]);
-    return {};
+        if (picked == filters[i] || picked == parts[2 * i]) {
+            settings.PickedFilter = parts[2 * i];
+            settings.PickedExtension = FirstExtension(parts[2 * i + 1]);
+            return;
+        }
 }
 
 bool Run(QFileDialog& dialog, CommonDialog& settings) {
@@ -75,17 +81,19 @@ bool Run(QFileDialog& dialog, CommonDialog& settings) {
     // The filters' texts name the patterns themselves.
     dialog.setOption(QFileDialog::HideNameFilterDetails);
     dialog.setNameFilters(NameFilters(settings.Filter));
-    if (!settings.PickedExtension.isEmpty())
+    if (!settings.PickedExtension.isEmpty() || !settings.PickedFilter.isEmpty())
         dialog.selectNameFilter(FilterWith(settings));
     if (!fileName.isEmpty()) {
         const QFileInfo file(fileName);
-        dialog.setDirectory(StartFolder(file));
+        const auto folder = AskBeside<QDir>(dialog.parentWidget(), file.path(), fileName,
+                                            [file] { return StartFolder(file); });
+        dialog.setDirectory(folder.value_or(QDir::home()));
         dialog.selectFile(file.fileName());
     }
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return false;
     fileName = QDir::toNativeSeparators(dialog.selectedFiles().constFirst());
-    settings.PickedExtension = PickedExtension(dialog, settings);
+    TakePicked(dialog, settings);
     return true;
 }
 

@@ -19,6 +19,8 @@ class CommonDialog {
     /// user left it with, by its first pattern. Empty for one that takes all files; where
     /// no filter has it, the first one is picked.
     QString PickedExtension;
+    /// The same by the filter's text; goes before the extension unless it is empty.
+    QString PickedFilter;
     /// The open dialog takes existing files only.
     bool FileMustExist = false;
 

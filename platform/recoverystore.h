@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <deque>
@@ -42,8 +43,9 @@ class RecoveryStore {
     /// The copy that is made stays beside the one that is posted next, until a later
     /// start of the program deals with it.
     void Archive(Maker maker);
-    /// Waits until all that was posted is on the disk, or could not be written.
-    void Flush();
+    /// Waits until all that was posted is on the disk, or could not be written; no longer
+    /// than this, as the disk may not answer.
+    void Flush(std::chrono::milliseconds most = std::chrono::seconds(10));
     /// Called on the store's thread with the reason why copies cannot be written ("disk
     /// full"), and with nothing when they can again.
     void WhenInTrouble(std::function<void(const QString&)> listener);

@@ -110,7 +110,8 @@ void Modals::Poll() {
         m_answered = nullptr;
         return;
     }
-    if (modal == m_answered)
+    // A busy machine may be as slow as a dead share.
+    if (modal == m_answered || modal->objectName() == "frmWaiting")
         return;
     m_answered = modal;
     if (m_next == m_answers.size()) {
