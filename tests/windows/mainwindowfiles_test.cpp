@@ -108,7 +108,7 @@ TEST_F(MainWindowFiles, TheDialogsStartOnTheLastNameWithoutExtension) {
             EXPECT_EQ(dialog.windowTitle(), "Select an existing file or enter a new filename");
             EXPECT_EQ(dialog.directory(), QDir(folder.path()));
             EXPECT_EQ(Child<QLineEdit>(dialog, "fileNameEdit").text(), "film");
-            EXPECT_EQ(dialog.nameFilters().size(), 3);
+            EXPECT_GE(dialog.nameFilters().size(), 3);
         })});
         Click("cmdBrowseSRT");
     }
