@@ -1,6 +1,7 @@
 #include "listeditor/listactions.h"
 
 #include "platform/errorgate.h"
+#include "platform/icons.h"
 
 #include <QAction>
 #include <QMainWindow>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "listeditor/icons.h"
+#include "platform/icons.h"
 
 #include <QFontMetrics>
 #include <QList>

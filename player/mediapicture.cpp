@@ -1,6 +1,6 @@
 #include "player/mediapicture.h"
 
-#include "player/mediaicons.h"
+#include "platform/icons.h"
 
 #include <QPainter>
 
@@ -70,5 +70,5 @@ void MediaPicture::paintEvent(QPaintEvent* /*event*/) {
     const int side = std::min({width() / 2, height() / 2, LargestSymbol});
     QRectF place(0, 0, side, side);
     place.moveCenter(QRectF(rect()).center());
-    DrawMediaShape(painter, MediaShape::Note, place, Symbol);
+    DrawSign(painter, Sign::Note, place, Symbol);
 }

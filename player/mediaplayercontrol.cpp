@@ -1,7 +1,7 @@
 #include "player/mediaplayercontrol.h"
 
+#include "platform/icons.h"
 #include "player/jumpslider.h"
-#include "player/mediaicons.h"
 #include "player/mediamenu.h"
 #include "player/mediapicture.h"
 
@@ -208,10 +208,9 @@ void MediaPlayerControl::Seek(int milliseconds) {
 
 void MediaPlayerControl::ShowIcons() {
     const bool playing = m_player.State() == Player::Playing;
-    m_play->setIcon(MediaIcon(playing ? MediaShape::Pause : MediaShape::Play, palette()));
-    m_stop->setIcon(MediaIcon(MediaShape::Stop, palette()));
-    m_mute->setIcon(
-        MediaIcon(m_player.Muted() ? MediaShape::Silence : MediaShape::Sound, palette()));
+    m_play->setIcon(DrawnIcon(playing ? Sign::Pause : Sign::Play));
+    m_stop->setIcon(DrawnIcon(Sign::Stop));
+    m_mute->setIcon(DrawnIcon(m_player.Muted() ? Sign::Silence : Sign::Sound));
 }
 
 /// In a narrow window the slider keeps its room; what the menu offers too goes first.
@@ -227,12 +226,6 @@ void MediaPlayerControl::FitBar() {
         widget->hide();
         m_slash->setVisible(!m_total->isHidden());
     }
-}
-
-void MediaPlayerControl::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange)
-        ShowIcons();
 }
 
 void MediaPlayerControl::contextMenuEvent(QContextMenuEvent* event) {

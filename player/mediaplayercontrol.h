@@ -27,7 +27,6 @@ class MediaPlayerControl : public QWidget {
     ~MediaPlayerControl() override;
 
   protected:
-    void changeEvent(QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;

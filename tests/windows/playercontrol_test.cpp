@@ -285,11 +285,12 @@ TEST_F(ControlTest, TheIconsAreInTheTextsColour) {
         palette.setColor(QPalette::Window, dark ? QColor(40, 40, 40) : QColor(240, 240, 240));
         palette.setColor(QPalette::Button, palette.color(QPalette::Window));
         palette.setColor(QPalette::ButtonText, dark ? Qt::white : Qt::black);
-        control.setPalette(palette);
+        QApplication::setPalette(palette);
         auto& stop = Part<QToolButton>("mpStop");
         const int middle = qGray(At(stop, stop.rect().center()).rgb());
         EXPECT_TRUE(dark ? middle > 200 : middle < 50) << middle;
     }
+    QApplication::setPalette(before);
 }
 
 TEST(MediaControl, DrawsTheFilmAtEverySize) {
