@@ -1,27 +1,29 @@
 #include "mainwindow/frmQuelmar.h"
 
 #include "listeditor/frmList.h"
-#include "mainwindow/transportstrip.h"
+#include "mainwindow/displaypanel.h"
+#include "mainwindow/filepanel.h"
+#include "mainwindow/handlers.h"
+#include "mainwindow/keyplacer.h"
+#include "mainwindow/panelcontrols.h"
+#include "mainwindow/subtitlefiles.h"
+#include "mainwindow/transportbuttons.h"
 #include "mainwindow/windowplace.h"
 #include "model/numbers.h"
+#include "model/step.h"
 #include "model/times.h"
-#include "platform/errorgate.h"
+#include "model/versions.h"
 #include "platform/messageboxes.h"
 #include "platform/settings.h"
 #include "platform/twips.h"
-#include "platform/updown.h"
 #include "player/mediaplayercontrol.h"
 #include "player/mpvplayer.h"
 
-#include <QApplication>
 #include <QCloseEvent>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QRadioButton>
+#include <QGuiApplication>
 #include <QScreen>
-#include <QTimer>
+#include <QWindow>
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -31,8 +33,6 @@ constexpr std::int32_t MinimumWidth = 10000;
 constexpr std::int32_t MinimumHeight = 5000;
 constexpr QSize DesignSize(1000, 680);
 constexpr double DefaultFrameRate = 25;
-
-constexpr int DisplayInterval = 50;
 
 /// The strip lies in the player's control bar, at its left end.
 constexpr int ButtonStripOffsetTop =
@@ -49,90 +49,45 @@ double StoredFrameRate(const QString& text) {
     return rate > 0 && std::isfinite(rate) ? rate : DefaultFrameRate;
 }
 
-QTimer* MakeTimer(QWidget* window, const char* name, int interval) {
-    auto* timer = new QTimer(window);
-    timer->setObjectName(QString::fromLatin1(name));
-    timer->setInterval(interval);
-    return timer;
-}
-
 } // namespace
 
 frmQuelmar::frmQuelmar()
     : frmQuelmar(MakeMpvPlayer()) {}
 
-frmQuelmar::frmQuelmar(std::unique_ptr<Player> player)
-    : m_player(std::move(player)) {
+frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
+    m_state.player = std::move(player);
     setObjectName(QStringLiteral("frmQuelmar"));
     setMinimumSize(MinimumSize());
-    MakeControls();
-    Timer1 = MakeTimer(this, "Timer1", DisplayInterval);
-    Timer1->setTimerType(Qt::PreciseTimer);
-    tmrPosButtons = MakeTimer(this, "tmrPosButtons", FirstRepeatInterval);
-    tmrUDTime = MakeTimer(this, "tmrUDTime", TimeSpinner::NextInterval);
-    tmrRelease = MakeTimer(this, "tmrRelease", 0);
-    tmrRelease->setTimerType(Qt::PreciseTimer);
-    tmrRelease->setSingleShot(true);
-    ConnectControls();
-    ConnectPlayer();
+    MP = std::make_unique<MediaPlayerControl>(*m_state.player, this);
+    Named(MP.get(), "MP", tr("Media player"),
+          QStringLiteral("Right-click for a player options menu, or move the mouse out to get rid "
+                         "of this text"));
+    m_files = std::make_unique<SubtitleFiles>(m_state, this);
+    PB = std::make_unique<FilePanel>(m_state, *m_files, this);
+    PB2 = std::make_unique<DisplayPanel>(m_state, this);
+    m_transport = std::make_unique<TransportButtons>(*m_state.player, this);
+    m_keys = std::make_unique<KeyPlacer>(m_state, *PB2, ActionKey, this);
+    ConnectParts();
     Form_Load();
-    qApp->installEventFilter(this);
 }
 
 frmQuelmar::~frmQuelmar() {
-    qApp->removeEventFilter(this);
-    // The list editor and the player control refer to the titles and the player: they are
-    // destroyed first.
-    m_player->disconnect(this);
-    delete m_list.data();
-    delete std::exchange(MP, nullptr);
+    m_state.player->disconnect(this);
+    delete m_state.list.data();
 }
 
-void frmQuelmar::ConnectControls() {
-    const auto on = [this](auto* sender, auto signal, auto handler) {
-        connect(sender, signal, this, [this, handler](auto... arguments) {
-            Guarded([&] { (this->*handler)(arguments...); });
-        });
-    };
-    const auto onClick = [this](QPushButton* button, void (frmQuelmar::*handler)()) {
-        connect(button, &QPushButton::clicked, this,
-                [this, handler] { Guarded([&] { (this->*handler)(); }); });
-    };
-    const auto onChange = [this](QLineEdit* box, void (frmQuelmar::*handler)()) {
-        connect(box, &QLineEdit::textChanged, this,
-                [this, handler] { Guarded([&] { (this->*handler)(); }); });
-    };
-    onChange(txtAVI, &frmQuelmar::txtAVI_Change);
-    onChange(txtSRT, &frmQuelmar::txtSRT_Change);
-    onChange(txtTime, &frmQuelmar::txtTime_Change);
-    onClick(cmdBrowseAVI, &frmQuelmar::cmdBrowseAVI_Click);
-    onClick(cmdBrowseSRT, &frmQuelmar::cmdBrowseSRT_Click);
-    onClick(cmdSave, &frmQuelmar::cmdSave_Click);
-    onClick(cmdExit, &frmQuelmar::cmdExit_Click);
-    onClick(cmdSelStart, &frmQuelmar::cmdSelStart_Click);
-    onClick(cmdSelEnd, &frmQuelmar::cmdSelEnd_Click);
-    onClick(cmdBlue, &frmQuelmar::cmdBlue_Click);
-    onClick(cmdGreen, &frmQuelmar::cmdGreen_Click);
-    onClick(cmdAdjust, &frmQuelmar::cmdAdjust_Click);
-    onClick(cmdEdit, &frmQuelmar::cmdEdit_Click);
-    connect(optShow, &QRadioButton::toggled, this,
-            [this](bool chosen) { chosen ? optShow_Click() : optPosition_Click(); });
-    on(UDTime, &UpDown::MouseDown, &frmQuelmar::UDTime_MouseDown);
-    on(UDTime, &UpDown::MouseUp, &frmQuelmar::UDTime_MouseUp);
-    on(UDTime, &UpDown::DownClick, &frmQuelmar::UDTime_DownClick);
-    on(UDTime, &UpDown::UpClick, &frmQuelmar::UDTime_UpClick);
-    on(picButtons, &TransportStrip::MouseMove, &frmQuelmar::picButtons_MouseMove);
-    on(picButtons, &TransportStrip::MouseDown, &frmQuelmar::picButtons_MouseDown);
-    on(picButtons, &TransportStrip::MouseUp, &frmQuelmar::picButtons_MouseUp);
-    on(picButtons, &TransportStrip::EnabledChanged, &frmQuelmar::picButtons_EnabledChange);
-    const auto onTimer = [this](QTimer* timer, void (frmQuelmar::*handler)()) {
-        connect(timer, &QTimer::timeout, this,
-                [this, handler] { Guarded([&] { (this->*handler)(); }); });
-    };
-    onTimer(Timer1, &frmQuelmar::Timer1_Timer);
-    onTimer(tmrPosButtons, &frmQuelmar::tmrPosButtons_Timer);
-    onTimer(tmrUDTime, &frmQuelmar::tmrUDTime_Timer);
-    onTimer(tmrRelease, &frmQuelmar::tmrRelease_Timer);
+void frmQuelmar::ConnectParts() {
+    const Player* player = m_state.player.get();
+    connect(player, &Player::ReadyStateChange, this, &frmQuelmar::EnableMediaControls);
+    connect(player, &Player::Activated, this, [this] { setFocus(); });
+    connect(PB.get(), &FilePanel::MediaNamed, this, &frmQuelmar::MediaNamed);
+    connect(PB.get(), &FilePanel::MediaBrowsed, this, &frmQuelmar::MediaBrowsed);
+    connect(PB.get(), &FilePanel::ModeChosen, this, [this](DisplayMode mode) { PB2->Mode(mode); });
+    connect(PB.get(), &FilePanel::EditClicked, this, &frmQuelmar::OpenEditor);
+    connect(PB.get(), &FilePanel::ExitClicked, this, &QWidget::close);
+    const SubtitleFiles* files = m_files.get();
+    connect(files, &SubtitleFiles::SaveDeclined, this, &frmQuelmar::SaveDeclined);
+    connect(files, &SubtitleFiles::FileEmptying, this, &frmQuelmar::FileEmptying);
     Subt.UndoChangedListLength = [this] {
         Subt_UndoChangedListLength();
     };
@@ -141,26 +96,16 @@ void frmQuelmar::ConnectControls() {
     };
 }
 
-void frmQuelmar::ConnectPlayer() {
-    connect(m_player.get(), &Player::PlayStateChange, this,
-            [this](int /*old*/, int now) { Guarded([&] { MP_PlayStateChange(now); }); });
-    connect(m_player.get(), &Player::PositionChange, this,
-            [this](double /*old*/, double now) { Guarded([&] { MP_PositionChange(now); }); });
-    connect(m_player.get(), &Player::ReadyStateChange, this, [this] { EnableMediaControls(); });
-    connect(m_player.get(), &Player::Activated, this, [this] { setFocus(); });
-}
-
 void frmQuelmar::Form_Load() {
     setWindowTitle(QStringLiteral("Quelmar V" QUELMAR_VERSION));
     EnableMediaControls();
     ReadSettings();
     Form_Resize();
     MP->setGeometry(0, 0, width(), PB->y());
-    picButtons->move(ButtonStripOffsetLeft, MP->height() - ButtonStripOffsetTop);
-    picButtons->raise();
-    optShow_Click();
+    m_transport->picButtons->move(ButtonStripOffsetLeft, MP->height() - ButtonStripOffsetTop);
+    m_transport->picButtons->raise();
     ActionKey = SpaceKey;
-    m_document.SubtitlesChanged = false;
+    m_state.document.SubtitlesChanged = false;
     setFocus();
 }
 
@@ -179,10 +124,8 @@ void frmQuelmar::ReadSettings() {
     const QRect place = WindowPlace(remembered, design, MinimumSize(), screens);
     move(place.topLeft());
     resize(place.size());
-    DLG.FileName = settings.String("MRU");
-    m_document.FrameRate = StoredFrameRate(settings.String("LastFrameRate"));
-    m_codePage = settings.String("CodePage").toStdString();
-    m_lagMilliseconds = settings.Dword("LagMs");
+    m_state.DLG.FileName = settings.String("MRU");
+    m_state.document.FrameRate = StoredFrameRate(settings.String("LastFrameRate"));
 }
 
 void frmQuelmar::WriteSettings() const {
@@ -194,8 +137,16 @@ void frmQuelmar::WriteSettings() const {
         settings.SetDword("Height", ToTwips(height()));
     }
     settings.SetString("LastFrameRate",
-                       QString::fromStdString(NumberText(RoundTime(m_document.FrameRate))));
-    settings.SetString("MRU", DLG.FileName);
+                       QString::fromStdString(NumberText(RoundTime(m_state.document.FrameRate))));
+    settings.SetString("MRU", m_state.DLG.FileName);
+}
+
+void frmQuelmar::SizePanels() {
+    const QSize files = PB->NeededSize();
+    const QSize display = PB2->NeededSize();
+    const int height = qMax(files.height(), display.height());
+    PB->resize(files.width(), height);
+    PB2->resize(display.width(), height);
 }
 
 void frmQuelmar::Form_Resize() {
@@ -215,25 +166,22 @@ void frmQuelmar::Form_Resize() {
         PB2->raise();
     }
     MP->resize(width(), PB->y());
+    QWidget* strip = m_transport->picButtons;
     if (MP->height() > ButtonStripOffsetTop)
-        picButtons->move(picButtons->x(), MP->height() - ButtonStripOffsetTop);
+        strip->move(strip->x(), MP->height() - ButtonStripOffsetTop);
 }
 
 bool frmQuelmar::Form_Unload() {
-    if (frmList* list = OpenList())
+    if (frmList* list = m_state.OpenList())
         list->close();
-    if (m_document.SubtitlesChanged) {
+    if (m_state.document.SubtitlesChanged) {
         if (!AskYesNo(this, QStringLiteral("Save subtitles?"), MessageIcon::Question))
             emit SaveDeclined();
-        else if (!SaveSubtitles())
+        else if (!m_files->SaveSubtitles())
             return false;
     }
     WriteSettings();
     return true;
-}
-
-void frmQuelmar::cmdExit_Click() {
-    close();
 }
 
 void frmQuelmar::closeEvent(QCloseEvent* event) {
@@ -250,17 +198,13 @@ void frmQuelmar::resizeEvent(QResizeEvent* event) {
 
 void frmQuelmar::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    // Sent by the base class's constructor too, before there are controls.
-    if (picButtons == nullptr)
+    // Sent by the base class's constructor too, before there are parts.
+    if (m_keys == nullptr)
         return;
     switch (event->type()) {
     case QEvent::ActivationChange:
-        // A key that is held now will be released in another window.
-        if (!isActiveWindow() && !m_keyRepeat.Waiting())
-            m_keyRepeat.Reset();
-        break;
-    case QEvent::PaletteChange:
-        DrawToolIcons();
+        if (!isActiveWindow())
+            m_keys->KeyboardLost();
         break;
     case QEvent::FontChange:
     case QEvent::StyleChange:
@@ -269,4 +213,100 @@ void frmQuelmar::changeEvent(QEvent* event) {
     default:
         break;
     }
+}
+
+void frmQuelmar::OpenFiles(const QString& media, const QString& subtitles) {
+    PB->OpenFiles(media, subtitles);
+}
+
+void frmQuelmar::MediaNamed() {
+    Form_Resize();
+    EnableMediaControls();
+}
+
+/// The player's answer decides, also where it holds an earlier file.
+void frmQuelmar::EnableMediaControls() {
+    MediaBrowsed();
+    PB2->MarksEnabled(AVIFileOK && m_state.document.ListWindowOpen);
+}
+
+void frmQuelmar::MediaBrowsed() {
+    AVIFileOK = m_state.player->ReadyState() != 0;
+    MP->setEnabled(AVIFileOK);
+    PB2->MediaEnabled(AVIFileOK);
+    m_transport->MediaEnabled(AVIFileOK);
+}
+
+void frmQuelmar::OpenEditor() {
+    if (frmList* list = m_state.OpenList()) {
+        list->raise();
+        list->activateWindow();
+        return;
+    }
+    m_state.list = new frmList(*this, this);
+    // A window of its own, which need not stay above this one and its film.
+    m_state.list->winId();
+    m_state.list->windowHandle()->setTransientParent(nullptr);
+    m_state.list->show();
+}
+
+RecoveryNotes frmQuelmar::Notes() const {
+    RecoveryNotes notes;
+    notes.mediaFile = m_state.document.MediaFile;
+    notes.subtitleFile = m_state.document.SubtitleFile;
+    notes.frameRate = m_state.document.FrameRate;
+    notes.style = m_state.document.Style;
+    notes.draft = m_state.document.Typed();
+    return notes;
+}
+
+void frmQuelmar::RestoreDocument(RecoveredDocument document) {
+    PB->NameFiles(QString::fromStdString(document.notes.mediaFile),
+                  QString::fromStdString(document.notes.subtitleFile));
+    Document& own = m_state.document;
+    const Step step(Subt);
+    own.BeginOther();
+    own.SubtitleFile = document.notes.subtitleFile;
+    Subt.Replace(std::move(document.titles));
+    for (Version& version : document.earlier)
+        own.Earlier().Restore(std::move(version));
+    own.LeftTyped(std::move(document.notes.draft));
+    own.Style = std::move(document.notes.style);
+    if (document.notes.frameRate > 0)
+        own.FrameRate = document.notes.frameRate;
+    own.SubtitlesChanged = true;
+    PB->DocumentOpened();
+}
+
+void frmQuelmar::MediaPosition(double seconds) {
+    if (m_state.player->ReadyState() != 0)
+        m_state.player->CurrentPosition(seconds);
+}
+
+std::optional<double> frmQuelmar::FilmPosition() const {
+    const Player& player = *m_state.player;
+    return player.ReadyState() != 0 ? std::optional(player.CurrentPosition()) : std::nullopt;
+}
+
+QRect frmQuelmar::FilmPlace() const {
+    return {MP->mapToGlobal(QPoint()), MP->size()};
+}
+
+std::int32_t frmQuelmar::ShownTitle() const {
+    return PB2->CurrentTitle();
+}
+
+void frmQuelmar::EditButtonsEnabled(bool enabled) {
+    PB->EditEnabled(enabled);
+    PB2->MarksEnabled(enabled);
+}
+
+void frmQuelmar::Subt_UndoChangedListLength() {
+    if (frmList* list = m_state.OpenList())
+        list->LoadList();
+}
+
+void frmQuelmar::Subt_UndoPossible(bool possible) {
+    if (frmList* list = m_state.OpenList())
+        list->UndoPossible(possible);
 }

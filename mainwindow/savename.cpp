@@ -1,7 +1,7 @@
 #include "mainwindow/savename.h"
 
 #include "formats/format.h"
-#include "mainwindow/startingname.h"
+#include "mainwindow/subtitlefiles.h"
 #include "platform/commondialogs.h"
 #include "platform/messageboxes.h"
 
@@ -18,7 +18,7 @@ void Prepare(CommonDialog& dialog, const QString& document) {
     dialog.Title.clear();
     dialog.PickedExtension.clear();
     if (document.trimmed().isEmpty()) {
-        dialog.FileName = QString::fromStdString(StartingName(dialog.FileName.toStdString()));
+        dialog.FileName = StartingName(dialog.FileName);
         return;
     }
     dialog.FileName = document.trimmed();

@@ -2,7 +2,7 @@
 #include "mainwindow/displaywalker.h"
 #include "mainwindow/fileexists.h"
 #include "mainwindow/placing.h"
-#include "mainwindow/startingname.h"
+#include "mainwindow/subtitlefiles.h"
 #include "mainwindow/timespinner.h"
 #include "mainwindow/windowplace.h"
 
@@ -278,56 +278,50 @@ TEST(StartingNameTest, IsCutAtTheFirstDot) {
     EXPECT_EQ(StartingName("/films/film"), "/films/film");
 }
 
-TEST(WildcardTest, Matches) {
-    EXPECT_TRUE(WildcardMatch("*.avi", "film.avi", false));
-    EXPECT_TRUE(WildcardMatch("*", "film", false));
-    EXPECT_TRUE(WildcardMatch("*.*", "film", false));
-    EXPECT_TRUE(WildcardMatch("f?lm.*", "film.avi", false));
-    EXPECT_TRUE(WildcardMatch("f?lm", "f\xC3\xBClm", false));
-    EXPECT_TRUE(WildcardMatch("*a*b*", "xaxxbx", false));
-    EXPECT_TRUE(WildcardMatch("FILM.*", "film.avi", true));
-    EXPECT_TRUE(WildcardMatch("film**", "film", false));
-}
-
-TEST(WildcardTest, DoesNotMatch) {
-    EXPECT_FALSE(WildcardMatch("FILM.*", "film.avi", false));
-    EXPECT_FALSE(WildcardMatch("*.avi", "film.avi.bak", false));
-    EXPECT_FALSE(WildcardMatch("f?lm", "flm", false));
-    EXPECT_FALSE(WildcardMatch("", "film", false));
-    EXPECT_FALSE(WildcardMatch("film?", "film", false));
-}
-
-TEST(WildcardTest, ManyStarsEndSoon) {
-    std::string pattern;
-    for (int i = 0; i < 30; ++i)
-        pattern += "a*";
-    EXPECT_FALSE(WildcardMatch(pattern + "b", std::string(2000, 'a'), false));
-}
-
 class FileExistsTest : public testing::Test {
   protected:
     FileExistsTest() {
         QFile file(folder.filePath("film.avi"));
         EXPECT_TRUE(file.open(QIODevice::WriteOnly));
     }
-    std::string In(const char* name) const { return folder.filePath(name).toStdString(); }
+    QString In(const char* name) const { return folder.filePath(QString::fromUtf8(name)); }
 
     QTemporaryDir folder;
 };
 
 TEST_F(FileExistsTest, FindsFilesAndPatterns) {
-    EXPECT_TRUE(FileExists(In("film.avi")));
-    EXPECT_TRUE(FileExists(In("*.avi")));
-    EXPECT_TRUE(FileExists(In("f???.av?")));
-    EXPECT_FALSE(FileExists(In("film")));
-    EXPECT_FALSE(FileExists(In("*.srt")));
-    EXPECT_FALSE(FileExists(In("nowhere/*.avi")));
+    const struct {
+        const char* text;
+        bool found;
+    } rows[] = {
+        {"film.avi", true},   {"*.avi", true},     {"f???.av?", true},       {"*.*", true},
+        {"*", true},          {"f*l*.*", true},    {"film**.avi", true},     {"film", false},
+        {"*.srt", false},     {"FILM.*", false},   {"film.av", false},       {"film.avi?", false},
+        {"?film.avi", false}, {"[f]ilm.*", false}, {"nowhere/*.avi", false}, {"*/film.avi", false}};
+    for (const auto& row : rows)
+        EXPECT_EQ(FileExists(In(row.text)), row.found) << row.text;
+}
+
+TEST_F(FileExistsTest, AQuestionMarkIsOneCharacterAndABracketIsItself) {
+    for (const char* name : {"f\xC3\xBClm", "a[b]"}) {
+        QFile file(In(name));
+        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    }
+    EXPECT_TRUE(FileExists(In("f?lm")));
+    EXPECT_TRUE(FileExists(In("a[b*")));
+}
+
+TEST_F(FileExistsTest, ANameWithoutExtensionFitsAnyPattern) {
+    QFile file(In("film"));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    EXPECT_TRUE(QFile::remove(In("film.avi")));
+    EXPECT_TRUE(FileExists(In("*.*")));
 }
 
 TEST_F(FileExistsTest, EmptyTextAndFoldersAreNoFiles) {
     EXPECT_FALSE(FileExists(""));
-    EXPECT_FALSE(FileExists(folder.path().toStdString()));
-    EXPECT_FALSE(FileExists(folder.path().toStdString() + "/"));
+    EXPECT_FALSE(FileExists(folder.path()));
+    EXPECT_FALSE(FileExists(folder.path() + "/"));
 }
 
 TEST_F(FileExistsTest, ARelativePatternLooksInTheWorkingFolder) {

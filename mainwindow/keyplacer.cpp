@@ -1,15 +1,17 @@
-#include "mainwindow/frmQuelmar.h"
+#include "mainwindow/keyplacer.h"
 
+#include "mainwindow/displaypanel.h"
 #include "mainwindow/frmPickKey.h"
+#include "mainwindow/handlers.h"
+#include "mainwindow/panelcontrols.h"
 #include "model/step.h"
-#include "platform/errorgate.h"
 #include "platform/eventage.h"
 #include "platform/keycodes.h"
+#include "platform/settings.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMouseEvent>
 #include <QPlainTextEdit>
@@ -44,25 +46,39 @@ std::uint64_t RepeatStamp(const QKeyEvent& event) {
 
 } // namespace
 
-void frmQuelmar::optShow_Click() {
-    txtKey->hide();
-    Label4->hide();
+KeyPlacer::KeyPlacer(MainState& state, DisplayPanel& display, std::int16_t& actionKey,
+                     QWidget* window)
+    : QObject(window)
+    , m_state(state)
+    , m_display(display)
+    , m_actionKey(actionKey)
+    , m_window(window)
+    , m_lagMilliseconds(Settings().Dword("LagMs"))
+    , tmrRelease(MakeTimer(this, "tmrRelease", 0)) {
+    tmrRelease->setTimerType(Qt::PreciseTimer);
+    tmrRelease->setSingleShot(true);
+    On(tmrRelease, &QTimer::timeout, this, &KeyPlacer::tmrRelease_Timer);
+    qApp->installEventFilter(this);
 }
 
-void frmQuelmar::optPosition_Click() {
-    txtKey->show();
-    Label4->show();
+KeyPlacer::~KeyPlacer() {
+    qApp->removeEventFilter(this);
 }
 
-void frmQuelmar::txtKey_Click() {
-    frmPickKey dialog(this, *txtKey, ActionKey);
+void KeyPlacer::KeyboardLost() {
+    if (!m_keyRepeat.Waiting())
+        m_keyRepeat.Reset();
+}
+
+void KeyPlacer::txtKey_Click() {
+    frmPickKey dialog(m_window, m_display.KeyBox(), m_actionKey);
     dialog.exec();
     m_keyRepeat.Reset();
-    setFocus();
+    m_window->setFocus();
 }
 
 /// All keys of this window come by here before its controls get them.
-bool frmQuelmar::eventFilter(QObject* watched, QEvent* event) {
+bool KeyPlacer::eventFilter(QObject* watched, QEvent* event) {
     switch (event->type()) {
     case QEvent::ShortcutOverride:
     case QEvent::KeyPress:
@@ -74,7 +90,7 @@ bool frmQuelmar::eventFilter(QObject* watched, QEvent* event) {
         return false;
     }
     auto* receiver = qobject_cast<QWidget*>(watched);
-    if (receiver == nullptr || receiver->window() != this)
+    if (receiver == nullptr || receiver->window() != m_window)
         return false;
     bool taken = false;
     Guarded([&] { taken = KeyPreview(*receiver, *event); });
@@ -83,10 +99,10 @@ bool frmQuelmar::eventFilter(QObject* watched, QEvent* event) {
     return taken;
 }
 
-bool frmQuelmar::KeyPreview(QWidget& receiver, QEvent& event) {
+bool KeyPlacer::KeyPreview(QWidget& receiver, QEvent& event) {
     switch (event.type()) {
     case QEvent::ShortcutOverride:
-        return m_mediaActive && IsActionKey(static_cast<QKeyEvent&>(event));
+        return m_state.mediaActive && IsActionKey(static_cast<QKeyEvent&>(event));
     case QEvent::KeyPress: {
         const auto& key = static_cast<QKeyEvent&>(event);
         return Form_KeyDown(key) || Form_KeyPress(receiver, key);
@@ -96,7 +112,7 @@ bool frmQuelmar::KeyPreview(QWidget& receiver, QEvent& event) {
         if (Form_KeyUp(key))
             return true;
         // The release, for the picker takes the first key that is released in it.
-        if (&receiver == txtKey && !key.isAutoRepeat() &&
+        if (&receiver == &m_display.KeyBox() && !key.isAutoRepeat() &&
             (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)) {
             txtKey_Click();
             return true;
@@ -104,10 +120,11 @@ bool frmQuelmar::KeyPreview(QWidget& receiver, QEvent& event) {
         return false;
     }
     case QEvent::InputMethod:
-        return m_player->State() == Player::Playing && TakesText(receiver) &&
+        return m_state.player->State() == Player::Playing && TakesText(receiver) &&
                !static_cast<QInputMethodEvent&>(event).commitString().isEmpty();
     case QEvent::MouseButtonRelease:
-        if (&receiver == txtKey && static_cast<QMouseEvent&>(event).button() == Qt::LeftButton)
+        if (&receiver == &m_display.KeyBox() &&
+            static_cast<QMouseEvent&>(event).button() == Qt::LeftButton)
             txtKey_Click();
         return false;
     default:
@@ -115,17 +132,18 @@ bool frmQuelmar::KeyPreview(QWidget& receiver, QEvent& event) {
     }
 }
 
-bool frmQuelmar::IsActionKey(const QKeyEvent& event) const {
-    return VirtualKeyCode(event) == ActionKey;
+bool KeyPlacer::IsActionKey(const QKeyEvent& event) const {
+    return VirtualKeyCode(event) == m_actionKey;
 }
 
 /// The media position that a key event of that age stands for.
-double frmQuelmar::PositionOf(std::chrono::milliseconds age) const {
-    const double position = m_player->PositionBefore(age);
-    return Mode() == DisplayMode::Position ? WithoutLag(position, m_lagMilliseconds) : position;
+double KeyPlacer::PositionOf(std::chrono::milliseconds age) const {
+    const double position = m_state.player->PositionBefore(age);
+    return m_display.Mode() == DisplayMode::Position ? WithoutLag(position, m_lagMilliseconds)
+                                                     : position;
 }
 
-bool frmQuelmar::Form_KeyDown(const QKeyEvent& event) {
+bool KeyPlacer::Form_KeyDown(const QKeyEvent& event) {
     if (!IsActionKey(event))
         return false;
     const KeyRepeat::Press press = m_keyRepeat.Pressed(RepeatStamp(event), event.isAutoRepeat());
@@ -133,20 +151,20 @@ bool frmQuelmar::Form_KeyDown(const QKeyEvent& event) {
         m_waitingRelease.reset();
     else if (press == KeyRepeat::Press::AfterRelease && m_waitingRelease)
         ActionKeyReleased(*std::exchange(m_waitingRelease, std::nullopt));
-    if (!m_mediaActive)
+    if (!m_state.mediaActive)
         return false;
     if (press != KeyRepeat::Press::Repeat)
         ActionKeyPressed(PositionOf(EventAge(event)));
     return true;
 }
 
-bool frmQuelmar::Form_KeyUp(const QKeyEvent& event) {
+bool KeyPlacer::Form_KeyUp(const QKeyEvent& event) {
     if (!IsActionKey(event))
         return false;
     const std::uint64_t stamp = RepeatStamp(event);
     const KeyRepeat::Release release =
         m_keyRepeat.Released(stamp, event.isAutoRepeat(), KeyRepeat::Moment::clock::now());
-    if (!m_mediaActive)
+    if (!m_state.mediaActive)
         return false;
     const double position = PositionOf(EventAge(event));
     if (release == KeyRepeat::Release::Waits) {
@@ -160,33 +178,36 @@ bool frmQuelmar::Form_KeyUp(const QKeyEvent& event) {
     return true;
 }
 
-void frmQuelmar::tmrRelease_Timer() {
+void KeyPlacer::tmrRelease_Timer() {
     if (!m_keyRepeat.Expire(KeyRepeat::Moment::clock::now())) {
         if (m_keyRepeat.Waiting())
             tmrRelease->start(std::chrono::milliseconds(1));
         return;
     }
-    if (m_waitingRelease && m_mediaActive)
+    if (m_waitingRelease && m_state.mediaActive)
         ActionKeyReleased(*m_waitingRelease);
     m_waitingRelease.reset();
 }
 
-void frmQuelmar::ActionKeyPressed(double position) {
-    if (m_placing.Press(position))
-        m_document.SubtitlesChanged = true;
+void KeyPlacer::ActionKeyPressed(double position) {
+    if (!m_placing.Press(position))
+        return;
+    m_state.document.SubtitlesChanged = true;
 }
 
-void frmQuelmar::ActionKeyReleased(double position) {
+void KeyPlacer::ActionKeyReleased(double position) {
     m_placing.Release(position);
-    const std::int32_t placed = m_walker.CurrentTitle();
+    const std::int32_t placed = m_display.CurrentTitle();
+    SUBTITLES& titles = m_state.document.Subt;
     {
-        const Step step(Subt, {"Placing by key", StepName::Series::OneAfterTheOther});
-        Subt.SetTimes(placed, m_placing.KeyDownTime(), m_placing.KeyUpTime());
+        const Step step(titles, {"Placing by key", StepName::Series::OneAfterTheOther});
+        titles.SetTimes(placed, m_placing.KeyDownTime(), m_placing.KeyUpTime());
     }
-    ShowTexts(m_walker.Advance());
+    m_display.Advance();
 }
 
 /// While playing, no typed character reaches a text box.
-bool frmQuelmar::Form_KeyPress(const QWidget& receiver, const QKeyEvent& event) const {
-    return m_player->State() == Player::Playing && TakesText(receiver) && TypesCharacter(event);
+bool KeyPlacer::Form_KeyPress(const QWidget& receiver, const QKeyEvent& event) const {
+    return m_state.player->State() == Player::Playing && TakesText(receiver) &&
+           TypesCharacter(event);
 }

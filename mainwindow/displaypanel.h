@@ -1,0 +1,64 @@
+#pragma once
+
+#include "mainwindow/displaywalker.h"
+#include "mainwindow/mainstate.h"
+#include "mainwindow/markbuttons.h"
+#include "mainwindow/selectiongroup.h"
+#include "mainwindow/timegroup.h"
+
+#include <QElapsedTimer>
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QTimer;
+
+/// The panel at the bottom right (`PB2`): the titles in step with the film, and around
+/// them the time, the playback selection, the marks and the positioning key's name.
+class DisplayPanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    DisplayPanel(MainState& state, QWidget* parent);
+
+    DisplayMode Mode() const { return m_mode; }
+    void Mode(DisplayMode mode);
+    /// The title that is on or comes next; at least 1.
+    std::int32_t CurrentTitle() const { return m_walker.CurrentTitle(); }
+    /// The current title has its times: on to the next.
+    void Advance();
+    /// Names the positioning key.
+    QLineEdit& KeyBox() { return *txtKey; }
+
+    void MediaEnabled(bool enabled);
+    void MarksEnabled(bool enabled);
+    /// The size that its texts need.
+    QSize NeededSize();
+
+  private:
+    void LayOut();
+
+    void MP_PlayStateChange(int oldState, int newState);
+    void MP_PositionChange(double oldPosition, double newPosition);
+    void Timer1_Timer();
+    void LocateCurrentTitle(double position);
+    /// false: nothing was left to do at the position.
+    bool WalkOn(double position);
+    void ShowTexts(const DisplayTexts& texts);
+
+    MainState& m_state;
+    DisplayMode m_mode = DisplayMode::View;
+    DisplayWalker m_walker;
+    QElapsedTimer m_sinceTick;
+    QTimer* Timer1;
+
+    QPlainTextEdit* txtSubtitle;
+    QLabel* Label5;
+    QPlainTextEdit* txtNextSubtitle;
+    TimeGroup m_time;
+    QLabel* Label4;
+    QLineEdit* txtKey;
+    MarkButtons m_marks;
+    SelectionGroup m_selection;
+};

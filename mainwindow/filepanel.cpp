@@ -1,0 +1,201 @@
+#include "mainwindow/filepanel.h"
+
+#include "mainwindow/fileexists.h"
+#include "mainwindow/handlers.h"
+#include "mainwindow/panelcontrols.h"
+#include "mainwindow/subtitlefiles.h"
+#include "platform/messageboxes.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QRadioButton>
+#include <QSignalBlocker>
+
+namespace {
+
+/// The design width.
+constexpr int PanelWidth = 286;
+constexpr int ShortestCommand = 56;
+/// A shorter text names no subtitle file: one letter and an extension.
+constexpr int ShortestName = 5;
+
+const QString MediaFilter =
+    QStringLiteral("Video and Audio Files|*.avi;*.mpg;*.mpeg;*.asf;*.mov;*.wav;*.mp3|"
+                   "Video files (avi, mpg, asf, mov)|*.avi;*.mpg;*.mpeg;*.asf;*.mov|"
+                   "Audio Files (wav, mp3)|*.wav;*.mp3|"
+                   "AVI files (*.avi)|*.avi|"
+                   "MPEG files (*.mpg)|*.mpg;*.mpeg|"
+                   "ASF files (*.asf)|*.asf|"
+                   "QuickTime files (*.mov)|*.mov|"
+                   "MPeg layer 3 files (*.mp3)|*.mp3|"
+                   "Windows WAV audio|*.wav|"
+                   "All Files (*.*)|*.*");
+
+} // namespace
+
+FilePanel::FilePanel(MainState& state, SubtitleFiles& files, QWidget* parent)
+    : QWidget(parent)
+    , m_state(state)
+    , m_files(files)
+    , Label2(MakeLabel(this, "Label2", QStringLiteral("Media:")))
+    , txtAVI(Named(new QLineEdit(this), "txtAVI", tr("Media file"),
+                   QStringLiteral("Enter the media (AVI, MPG...) file path here, or click the "
+                                  "button to browse")))
+    , cmdBrowseAVI(
+          MakeBrowseButton(this, "cmdBrowseAVI", QStringLiteral("Browse for the media file")))
+    , Label3(MakeLabel(this, "Label3", QStringLiteral("Subtitle:")))
+    , txtSRT(Named(new QLineEdit(this), "txtSRT", tr("Subtitle file"),
+                   QStringLiteral("Enter the subtitle (SRT, SMI, SUB) file path here, or click "
+                                  "the little button to browse")))
+    , cmdBrowseSRT(
+          MakeBrowseButton(this, "cmdBrowseSRT", QStringLiteral("Browse for the subtitle file")))
+    , Label6(MakeLabel(this, "Label6", QStringLiteral("When playing")))
+    , optShow(Named(new QRadioButton(QStringLiteral("View subtitles"), this), "optShow", {},
+                    QStringLiteral("Show the subtitles like they would occur in a player")))
+    , optPosition(Named(new QRadioButton(QStringLiteral("Position Subtitles"), this), "optPosition",
+                        {},
+                        QStringLiteral("Show each subtitle ahead of time, and allow for placing "
+                                       "it by pressing a key")))
+    , cmdEdit(MakeButton(this, "cmdEdit", QStringLiteral("Edit Subtitles"),
+                         QStringLiteral("Open the subtitle list for editing individual titles or "
+                                        "groups")))
+    , cmdSave(MakeButton(this, "cmdSave", QStringLiteral("Save Subtitles"),
+                         QStringLiteral("Save the current version of the subtitles to a file")))
+    , cmdExit(MakeButton(this, "cmdExit", QStringLiteral("Exit"), QStringLiteral("Exit Quelmar"))) {
+    setObjectName(QStringLiteral("PB"));
+    optShow->setChecked(true);
+    cmdEdit->setEnabled(false);
+    cmdSave->setEnabled(false);
+    Label2->setBuddy(txtAVI);
+    Label3->setBuddy(txtSRT);
+    LayOut();
+    ConnectControls();
+}
+
+void FilePanel::LayOut() {
+    QGridLayout* grid = MakePanelGrid(this, PanelMargin, PanelMargin / 2);
+    grid->addWidget(Label2, 0, 0);
+    grid->addWidget(txtAVI, 0, 1);
+    grid->addWidget(cmdBrowseAVI, 0, 2);
+    grid->addWidget(Label3, 1, 0);
+    grid->addWidget(txtSRT, 1, 1);
+    grid->addWidget(cmdBrowseSRT, 1, 2);
+    auto* modes = new QGridLayout;
+    modes->setSpacing(PanelGap);
+    modes->setHorizontalSpacing(2 * PanelGap);
+    modes->addWidget(Label6, 0, 0);
+    modes->addWidget(optShow, 0, 1);
+    modes->addWidget(optPosition, 1, 1);
+    modes->setColumnStretch(1, 1);
+    grid->addLayout(modes, 2, 0, 1, 3);
+    grid->setRowStretch(3, 1);
+    auto* commands = new QHBoxLayout;
+    commands->setSpacing(PanelGap);
+    commands->addWidget(cmdEdit);
+    commands->addWidget(cmdSave);
+    commands->addWidget(cmdExit);
+    grid->addLayout(commands, 4, 0, 1, 3);
+}
+
+void FilePanel::ConnectControls() {
+    On(txtAVI, &QLineEdit::textChanged, this, &FilePanel::txtAVI_Change);
+    On(txtSRT, &QLineEdit::textChanged, this, &FilePanel::txtSRT_Change);
+    On(cmdBrowseAVI, &QPushButton::clicked, this, &FilePanel::cmdBrowseAVI_Click);
+    On(cmdBrowseSRT, &QPushButton::clicked, this, &FilePanel::cmdBrowseSRT_Click);
+    On(cmdEdit, &QPushButton::clicked, this, &FilePanel::cmdEdit_Click);
+    On(cmdSave, &QPushButton::clicked, this, &FilePanel::cmdSave_Click);
+    On(cmdExit, &QPushButton::clicked, this, &FilePanel::cmdExit_Click);
+    connect(optShow, &QRadioButton::toggled, this,
+            [this](bool chosen) { chosen ? optShow_Click() : optPosition_Click(); });
+    On(&m_files, &SubtitleFiles::Opened, this, &FilePanel::DocumentOpened);
+}
+
+QSize FilePanel::NeededSize() const {
+    cmdExit->setFixedWidth(qMax(CaptionWidth(cmdExit), ShortestCommand));
+    const QSize needed = layout()->minimumSize();
+    return {qMax(PanelWidth, needed.width()), needed.height()};
+}
+
+void FilePanel::OpenFiles(const QString& media, const QString& subtitles) {
+    // The subtitles are there at once; the player takes its time.
+    if (!subtitles.isEmpty())
+        txtSRT->setText(subtitles);
+    if (!media.isEmpty())
+        txtAVI->setText(media);
+}
+
+void FilePanel::NameFiles(const QString& media, const QString& subtitles) {
+    txtAVI->setText(media);
+    const QSignalBlocker notRead(txtSRT);
+    txtSRT->setText(subtitles);
+}
+
+void FilePanel::DocumentOpened() {
+    cmdEdit->setEnabled(true);
+    cmdSave->setEnabled(true);
+}
+
+void FilePanel::EditEnabled(bool enabled) {
+    cmdEdit->setEnabled(enabled);
+}
+
+void FilePanel::cmdBrowseAVI_Click() {
+    CommonDialog& dialog = m_state.DLG;
+    m_files.PrepareStartingName();
+    dialog.Filter = MediaFilter;
+    dialog.Title = QStringLiteral("Select an existing media file");
+    dialog.PickedExtension.clear();
+    dialog.FileMustExist = true;
+    if (dialog.ShowOpen(window()))
+        txtAVI->setText(dialog.FileName);
+    emit MediaBrowsed();
+}
+
+void FilePanel::txtAVI_Change() {
+    m_state.document.MediaFile = txtAVI->text().toStdString();
+    if (FileExists(txtAVI->text()))
+        m_state.player->FileName(txtAVI->text());
+    emit MediaNamed();
+}
+
+void FilePanel::cmdBrowseSRT_Click() {
+    const auto name = m_files.Browse();
+    if (!name)
+        return;
+    // Emptied first, so that the same file is read again.
+    txtSRT->clear();
+    txtSRT->setText(*name);
+    if (!FileExists(*name) &&
+        AskYesNo(window(),
+                 QStringLiteral("This file does not yet exist.\nDo you want to start a new file?"),
+                 MessageIcon::Question))
+        m_files.StartNewFile();
+}
+
+void FilePanel::txtSRT_Change() {
+    m_state.document.SubtitleFile = txtSRT->text().toStdString();
+    m_files.SaveIfWished();
+    const QString name = txtSRT->text();
+    if (FileExists(name) && name.size() >= ShortestName)
+        m_files.LoadSubtitles(name);
+}
+
+void FilePanel::optShow_Click() {
+    emit ModeChosen(DisplayMode::View);
+}
+
+void FilePanel::optPosition_Click() {
+    emit ModeChosen(DisplayMode::Position);
+}
+
+void FilePanel::cmdEdit_Click() {
+    emit EditClicked();
+}
+
+void FilePanel::cmdSave_Click() {
+    m_files.SaveSubtitles();
+}
+
+void FilePanel::cmdExit_Click() {
+    emit ExitClicked();
+}

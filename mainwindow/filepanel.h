@@ -1,0 +1,72 @@
+#pragma once
+
+#include "mainwindow/displaywalker.h"
+#include "mainwindow/mainstate.h"
+
+#include <QString>
+#include <QWidget>
+
+class QLabel;
+class QLineEdit;
+class QPushButton;
+class QRadioButton;
+class SubtitleFiles;
+
+/// The panel at the bottom left (`PB`): the two files, what to show while playing, and
+/// the buttons for the list editor, for saving and for the end.
+class FilePanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    FilePanel(MainState& state, SubtitleFiles& files, QWidget* parent);
+
+    /// Names both files, as if they were typed; an empty name is left out.
+    void OpenFiles(const QString& media, const QString& subtitles);
+    /// The titles are there already: the subtitle file is named, but not read.
+    void NameFiles(const QString& media, const QString& subtitles);
+
+    /// There is a document that can be edited and saved.
+    void DocumentOpened();
+    void EditEnabled(bool enabled);
+    /// The size that its texts need.
+    QSize NeededSize() const;
+
+  signals:
+    /// The box names another film; if there is such a file, the player has it.
+    void MediaNamed();
+    /// The dialog for the film was closed.
+    void MediaBrowsed();
+    void ModeChosen(DisplayMode mode);
+    void EditClicked();
+    void ExitClicked();
+
+  private:
+    void LayOut();
+    void ConnectControls();
+
+    void cmdBrowseAVI_Click();
+    void txtAVI_Change();
+    void cmdBrowseSRT_Click();
+    void txtSRT_Change();
+    void optShow_Click();
+    void optPosition_Click();
+    void cmdEdit_Click();
+    void cmdSave_Click();
+    void cmdExit_Click();
+
+    MainState& m_state;
+    SubtitleFiles& m_files;
+
+    QLabel* Label2;
+    QLineEdit* txtAVI;
+    QPushButton* cmdBrowseAVI;
+    QLabel* Label3;
+    QLineEdit* txtSRT;
+    QPushButton* cmdBrowseSRT;
+    QLabel* Label6;
+    QRadioButton* optShow;
+    QRadioButton* optPosition;
+    QPushButton* cmdEdit;
+    QPushButton* cmdSave;
+    QPushButton* cmdExit;
+};

@@ -1,0 +1,152 @@
+#include "mainwindow/subtitlefiles.h"
+
+#include "formats/load.h"
+#include "mainwindow/frmFrameRate.h"
+#include "mainwindow/frmLoading.h"
+#include "model/step.h"
+#include "platform/messageboxes.h"
+#include "platform/settings.h"
+
+#include <QFile>
+
+namespace {
+
+constexpr double FirstSubtitleStart = 1;
+constexpr double FirstSubtitleEnd = 2;
+
+std::filesystem::path PathOf(const QString& name) {
+#ifdef Q_OS_WIN
+    return name.toStdWString();
+#else
+    return QFile::encodeName(name).toStdString();
+#endif
+}
+
+/// Message boxes break lines at line feeds.
+QString MessageText(const std::string& message) {
+    return QString::fromStdString(message).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+}
+
+} // namespace
+
+QString StartingName(const QString& lastName) {
+    return lastName.left(lastName.indexOf(QLatin1Char('.')));
+}
+
+SubtitleFiles::SubtitleFiles(MainState& state, QWidget* window)
+    : QObject(window)
+    , m_state(state)
+    , m_window(window)
+    , m_codePage(Settings().String("CodePage").toStdString())
+    , m_saver(window, state.DLG) {}
+
+void SubtitleFiles::PrepareStartingName() {
+    m_state.DLG.FileName = StartingName(m_state.DLG.FileName);
+}
+
+bool SubtitleFiles::AskSaveFirst() {
+    const bool save =
+        AskYesNo(m_window, QStringLiteral("You have changed subtitles.\nSave them first?"),
+                 MessageIcon::Question);
+    if (!save)
+        emit SaveDeclined();
+    return save;
+}
+
+void SubtitleFiles::SaveIfWished() {
+    if (m_state.document.SubtitlesChanged && AskSaveFirst())
+        SaveSubtitles();
+}
+
+std::optional<QString> SubtitleFiles::Browse() {
+    if (m_state.document.SubtitlesChanged) {
+        if (AskSaveFirst() && !SaveSubtitles())
+            return {};
+        m_state.document.SubtitlesChanged = false;
+    }
+    CommonDialog& dialog = m_state.DLG;
+    PrepareStartingName();
+    dialog.Filter = QString::fromStdString(FormatFilter());
+    dialog.Title = QStringLiteral("Select an existing file or enter a new filename");
+    dialog.PickedExtension.clear();
+    dialog.FileMustExist = false;
+    return dialog.ShowOpen(m_window) ? std::optional(dialog.FileName) : std::nullopt;
+}
+
+void SubtitleFiles::StartNewFile() {
+    Document& document = m_state.document;
+    const Step step(document.Subt, "New file", Step::Undo::Emptied);
+    document.BeginOther();
+    document.Subt.Clear();
+    document.Style = {};
+    document.Subt.Add(FirstSubtitleStart, FirstSubtitleEnd, "First subtitle");
+    document.Subt.UndoEnabled(true);
+    emit Opened();
+    m_saver.Opened({});
+    document.Saved();
+}
+
+void SubtitleFiles::LoadSubtitles(const QString& name) {
+    const LoadResult result = LoadDocument(name);
+    if (!result.message.empty())
+        ShowMessage(m_window, MessageText(result.message));
+}
+
+LoadResult SubtitleFiles::LoadDocument(const QString& name) {
+    Document& document = m_state.document;
+    const Step step(document.Subt);
+    std::optional<frmLoading> loading;
+    LoadHooks hooks;
+    hooks.askFrameRate = [this](std::optional<double> /*named*/) {
+        return AskFrameRate();
+    };
+    hooks.loading = [&] {
+        loading.emplace(m_window);
+    };
+    hooks.progress = [&](double done) {
+        return !loading || loading->Progress(done);
+    };
+    bool replaced = false;
+    hooks.replacing = [&] {
+        replaced = true;
+        document.BeginOther();
+    };
+    LoadResult result = LoadTitles(PathOf(name), m_codePage, document.Subt, document.Style, hooks);
+    loading.reset();
+    if (result.outcome != LoadOutcome::NotOpened)
+        emit Opened();
+    if (replaced) {
+        m_saver.Opened(name);
+        document.SubtitlesChanged = false;
+        document.Saved();
+    }
+    return result;
+}
+
+bool SubtitleFiles::SaveSubtitles() {
+    Document& document = m_state.document;
+    m_state.DLG.Filter = QString::fromStdString(FormatFilter());
+    const std::optional<SaveResult> result =
+        m_saver.Save({.titles = document.Subt,
+                      .style = document.Style,
+                      .codePage = m_codePage,
+                      .name = QString::fromStdString(document.SubtitleFile),
+                      .askFrameRate = [this] { return AskFrameRate(); },
+                      .beforeWriting =
+                          [this] {
+                              emit FileEmptying();
+                          }});
+    if (!result)
+        return false;
+    // What is in no file is unsaved work, whatever it was before.
+    document.SubtitlesChanged = !result->written;
+    if (result->proven)
+        document.Saved();
+    return result->written;
+}
+
+double SubtitleFiles::AskFrameRate() {
+    frmFrameRate dialog(m_state.document, m_window);
+    dialog.exec();
+    return m_state.document.FrameRate;
+}

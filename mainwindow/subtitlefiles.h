@@ -1,0 +1,54 @@
+#pragma once
+
+#include "mainwindow/filesaver.h"
+#include "mainwindow/mainstate.h"
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+#include <string>
+
+struct LoadResult;
+class QWidget;
+
+/// Reads and writes the document's titles, with the questions and dialogs around that.
+class SubtitleFiles : public QObject {
+    Q_OBJECT
+
+  public:
+    SubtitleFiles(MainState& state, QWidget* window);
+
+    /// The file dialog starts at its last name without the extension.
+    void PrepareStartingName();
+    /// Asks about changes and for a file to open or to begin. Nothing: neither.
+    std::optional<QString> Browse();
+    /// Asks about changes. Whatever becomes of them, the titles go on.
+    void SaveIfWished();
+
+    void LoadSubtitles(const QString& name);
+    /// One title from 1 s to 2 s in place of the document.
+    void StartNewFile();
+    /// false: the titles are not in a file.
+    bool SaveSubtitles();
+
+  signals:
+    /// There is a document that can be edited and saved.
+    void Opened();
+    void SaveDeclined();
+    void FileEmptying();
+
+  private:
+    bool AskSaveFirst();
+    LoadResult LoadDocument(const QString& name);
+    double AskFrameRate();
+
+    MainState& m_state;
+    QWidget* m_window;
+    std::string m_codePage;
+    FileSaver m_saver;
+};
+
+/// The name that a file dialog opens on: the last one cut before its first ".",
+/// wherever in the path that is, ready for another extension.
+QString StartingName(const QString& lastName);
