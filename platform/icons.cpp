@@ -163,6 +163,7 @@ const Pieces& PiecesOf(Sign sign) {
         {Sign::BlueFlag, Flag(Blue)},
         {Sign::GreenFlag, Flag(Green)},
         {Sign::StretchToMarks, StretchToMarksSign()},
+        {Sign::Clear, Lines({{{7, 7}, {17, 17}}, {{17, 7}, {7, 17}}})},
     };
     return All.at(sign);
 }

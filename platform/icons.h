@@ -33,6 +33,7 @@ enum class Sign {
     BlueFlag,
     GreenFlag,
     StretchToMarks,
+    Clear,
 };
 
 QIcon DrawnIcon(Sign sign);

@@ -9,7 +9,7 @@
 
 JumpSlider::JumpSlider(QWidget* parent)
     : QSlider(Qt::Horizontal, parent) {
-    setFocusPolicy(Qt::NoFocus);
+    setFocusPolicy(Qt::TabFocus);
 }
 
 void JumpSlider::mousePressEvent(QMouseEvent* event) {

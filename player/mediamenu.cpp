@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <iterator>
 
 namespace {
 
@@ -89,7 +90,7 @@ void AddTracks(QMenu& menu, Player& player) {
 }
 
 void AddShapes(QMenu& menu, Player& player) {
-    QMenu* shapes = menu.addMenu(QMenu::tr("As&pect"));
+    QMenu* shapes = menu.addMenu(QMenu::tr("Asp&ect"));
     for (const Shape& shape : Shapes)
         AddChoice(*shapes, player, QCoreApplication::translate("MediaMenu", shape.text),
                   Same(player.Aspect(), shape.ratio),
@@ -100,6 +101,16 @@ void AddShapes(QMenu& menu, Player& player) {
 
 QString RateText(double rate) {
     return QStringLiteral("%1x").arg(rate);
+}
+
+double FasterRate(double rate) {
+    const auto* next = std::upper_bound(std::begin(Rates), std::end(Rates), rate);
+    return next == std::end(Rates) ? rate : *next;
+}
+
+double SlowerRate(double rate) {
+    const auto* here = std::lower_bound(std::begin(Rates), std::end(Rates), rate);
+    return here == std::begin(Rates) ? rate : *std::prev(here);
 }
 
 void FillRateMenu(QMenu& menu, Player& player) {

@@ -7,6 +7,10 @@ class QMenu;
 /// "1x", "0.75x"
 QString RateText(double rate);
 
+/// The next of the rates that are offered; the last one stays.
+double FasterRate(double rate);
+double SlowerRate(double rate);
+
 /// The player's rates, the one in use ticked.
 void FillRateMenu(QMenu& menu, Player& player);
 

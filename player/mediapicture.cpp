@@ -2,6 +2,7 @@
 
 #include "platform/icons.h"
 
+#include <QLabel>
 #include <QPainter>
 
 #include <algorithm>
@@ -11,6 +12,8 @@ namespace {
 constexpr QColor Panel(28, 31, 37);
 constexpr QColor Symbol(96, 106, 122);
 constexpr int LargestSymbol = 96;
+constexpr int NoteMilliseconds = 2000;
+constexpr int NoteMargin = 8;
 /// Bits of a pixel in every kind of memory that windows are drawn in.
 constexpr int Depth = 32;
 
@@ -18,7 +21,18 @@ constexpr int Depth = 32;
 
 MediaPicture::MediaPicture(Player& player, QWidget* parent)
     : QWidget(parent)
-    , m_player(player) {
+    , m_player(player)
+    , m_note(new QLabel(this)) {
+    m_note->setObjectName(QStringLiteral("mpNote"));
+    m_note->setMargin(NoteMargin / 2);
+    m_note->setAutoFillBackground(true);
+    m_note->setBackgroundRole(QPalette::ToolTipBase);
+    m_note->setForegroundRole(QPalette::ToolTipText);
+    m_note->move(NoteMargin, NoteMargin);
+    m_note->hide();
+    m_noteTimer.setSingleShot(true);
+    m_noteTimer.setInterval(NoteMilliseconds);
+    connect(&m_noteTimer, &QTimer::timeout, m_note, &QWidget::hide);
     setAttribute(Qt::WA_OpaquePaintEvent);
     setMinimumSize(1, 1);
     // At once: the player takes a picture that is not drawn by then for lost.
@@ -58,9 +72,24 @@ bool MediaPicture::DrawFilm(QPainter& painter) {
     return true;
 }
 
+void MediaPicture::Title(const QString& text) {
+    if (m_title.Text() == text)
+        return;
+    m_title.Text(text);
+    update();
+}
+
+void MediaPicture::ShowNote(const QString& text) {
+    m_note->setText(text);
+    m_note->adjustSize();
+    m_note->show();
+    m_noteTimer.start();
+}
+
 void MediaPicture::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     if (DrawFilm(painter)) {
+        m_title.Draw(painter, size());
         m_player.PictureShown();
         return;
     }
@@ -71,4 +100,5 @@ void MediaPicture::paintEvent(QPaintEvent* /*event*/) {
     QRectF place(0, 0, side, side);
     place.moveCenter(QRectF(rect()).center());
     DrawSign(painter, Sign::Note, place, Symbol);
+    m_title.Draw(painter, size());
 }

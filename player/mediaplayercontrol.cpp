@@ -1,6 +1,7 @@
 #include "player/mediaplayercontrol.h"
 
 #include "platform/icons.h"
+#include "player/barbutton.h"
 #include "player/jumpslider.h"
 #include "player/mediamenu.h"
 #include "player/mediapicture.h"
@@ -26,6 +27,8 @@ constexpr int ButtonSide = 26;
 constexpr int IconSide = 16;
 constexpr int VolumeWidth = 64;
 constexpr int SmallestSlider = 48;
+
+constexpr auto KeysProperty = "keys";
 
 /// "0:05", "1:02:03": whole seconds that have passed.
 QString TimeText(double seconds) {
@@ -72,12 +75,10 @@ MediaPlayerControl::MediaPlayerControl(Player& player, QWidget* parent)
 MediaPlayerControl::~MediaPlayerControl() = default;
 
 QToolButton* MediaPlayerControl::MakeButton(const char* name, const QString& text) {
-    auto* button = new QToolButton(m_bar);
+    auto* button = new BarButton(m_bar);
     button->setObjectName(QLatin1String(name));
     button->setAccessibleName(text);
-    button->setToolTip(text);
-    button->setAutoRaise(true);
-    button->setFocusPolicy(Qt::NoFocus);
+    ShowTip(*button, text);
     button->setIconSize(QSize(IconSide, IconSide));
     button->setFixedHeight(ButtonSide);
     button->setMinimumWidth(ButtonSide);
@@ -134,15 +135,15 @@ void MediaPlayerControl::Listen() {
             m_player.Pause();
         else
             m_player.Play();
-        emit m_player.Activated();
+        GiveKeyboardBack(*m_play);
     });
     connect(m_stop, &QToolButton::clicked, this, [this] {
         m_player.Stop();
-        emit m_player.Activated();
+        GiveKeyboardBack(*m_stop);
     });
     connect(m_mute, &QToolButton::clicked, this, [this](bool on) {
         m_player.Muted(on);
-        emit m_player.Activated();
+        GiveKeyboardBack(*m_mute);
     });
     connect(m_slider, &QSlider::valueChanged, this, &MediaPlayerControl::Seek);
     connect(m_slider, &QSlider::sliderReleased, &m_player, &Player::Activated);
@@ -165,8 +166,8 @@ void MediaPlayerControl::Refresh() {
     const bool playing = m_player.State() == Player::Playing;
     m_bar->setEnabled(ready);
     m_slider->setEnabled(ready && m_player.Length() > 0);
-    m_play->setToolTip(playing ? tr("Pause") : tr("Play"));
-    m_play->setAccessibleName(m_play->toolTip());
+    m_play->setAccessibleName(playing ? tr("Pause") : tr("Play"));
+    ShowTip(*m_play, m_play->accessibleName());
     m_mute->setChecked(m_player.Muted());
     {
         const QSignalBlocker quiet(m_volume);
@@ -180,6 +181,7 @@ void MediaPlayerControl::Refresh() {
         m_slider->setPageStep(10000);
     }
     m_total->setText(TimeText(m_player.Length()));
+    m_total->setAccessibleName(tr("Total time %1").arg(m_total->text()));
     // The slider does not move when another digit comes.
     m_elapsed->setMinimumWidth(m_elapsed->fontMetrics().horizontalAdvance(m_total->text()));
     m_rate->setText(RateText(m_player.Rate()));
@@ -194,10 +196,42 @@ void MediaPlayerControl::Refresh() {
 
 void MediaPlayerControl::Follow(double position) {
     m_elapsed->setText(TimeText(position));
+    // What a screen reader says: the name alone would hide the time.
+    m_elapsed->setAccessibleName(tr("Elapsed time %1").arg(m_elapsed->text()));
     if (m_slider->isSliderDown())
         return;
     const QSignalBlocker quiet(m_slider);
     m_slider->setValue(Milliseconds(position));
+}
+
+void MediaPlayerControl::ShowNote(const QString& text) {
+    m_picture->ShowNote(text);
+}
+
+void MediaPlayerControl::ShowTitle(const QString& text) {
+    m_title = text;
+    m_picture->Title(m_titlesOnPicture ? m_title : QString());
+}
+
+void MediaPlayerControl::TitlesOnPicture(bool wanted) {
+    m_titlesOnPicture = wanted;
+    ShowTitle(m_title);
+}
+
+void MediaPlayerControl::NameKeys(const char* button, const QString& keys) {
+    auto* control = findChild<QWidget*>(QLatin1String(button));
+    control->setProperty(KeysProperty, keys);
+    ShowTip(*control, control->accessibleName());
+}
+
+void MediaPlayerControl::ShowTip(QWidget& control, const QString& text) {
+    const QString keys = control.property(KeysProperty).toString();
+    control.setToolTip(keys.isEmpty() ? text : QStringLiteral("%1 (%2)").arg(text, keys));
+}
+
+void MediaPlayerControl::GiveKeyboardBack(const QWidget& control) {
+    if (window()->focusWidget() != &control)
+        emit m_player.Activated();
 }
 
 void MediaPlayerControl::Seek(int milliseconds) {
@@ -234,6 +268,12 @@ void MediaPlayerControl::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
     FillMediaMenu(*menu, m_player);
+    menu->addSeparator();
+    QAction* titles = menu->addAction(tr("&Titles on the picture"));
+    titles->setObjectName(QStringLiteral("mpTitles"));
+    titles->setCheckable(true);
+    titles->setChecked(m_titlesOnPicture);
+    connect(titles, &QAction::toggled, this, [this](bool on) { TitlesOnPicture(on); });
     menu->popup(event->globalPos());
 }
 

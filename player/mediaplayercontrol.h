@@ -6,13 +6,15 @@
 #include <QWidget>
 
 class JumpSlider;
+class MediaPicture;
 class QLabel;
 class QMenu;
 class QToolButton;
 
 /// The embedded media player: the picture and, under it, its own controls
 /// (play/pause, stop, a seek slider, times, rate, volume), with a right-click menu.
-/// Keys stay with the main window: its controls take no keyboard focus.
+/// Its controls take the keyboard focus from the keyboard alone: a click on them leaves it
+/// to the main window.
 class MediaPlayerControl : public QWidget {
     Q_OBJECT
 
@@ -25,6 +27,15 @@ class MediaPlayerControl : public QWidget {
 
     explicit MediaPlayerControl(Player& player, QWidget* parent = nullptr);
     ~MediaPlayerControl() override;
+
+    /// Shows a short text over the picture for two seconds.
+    void ShowNote(const QString& text);
+    /// Draws the title on the picture, while the user wants titles there.
+    void ShowTitle(const QString& text);
+    bool TitlesOnPicture() const { return m_titlesOnPicture; }
+    void TitlesOnPicture(bool wanted);
+    /// Tool tips name the keys that do the same.
+    void NameKeys(const char* button, const QString& keys);
 
   protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -42,10 +53,15 @@ class MediaPlayerControl : public QWidget {
     void Follow(double position);
     void FitBar();
     void Seek(int milliseconds);
+    /// The mouse leaves the keyboard to the window.
+    void GiveKeyboardBack(const QWidget& control);
+    void ShowTip(QWidget& control, const QString& text);
 
     Player& m_player;
     QTimer m_follow;
-    QWidget* m_picture = nullptr;
+    MediaPicture* m_picture = nullptr;
+    QString m_title;
+    bool m_titlesOnPicture = true;
     QWidget* m_bar = nullptr;
     QToolButton* m_play = nullptr;
     QToolButton* m_stop = nullptr;

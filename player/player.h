@@ -48,8 +48,8 @@ class Player : public QObject {
     /// seek or a pause.
     virtual double PositionBefore(std::chrono::milliseconds age) const = 0;
 
-    /// Playback is limited to the selection; a start below 0 means there is none,
-    /// and the end then reads as the media's length.
+    /// Playback is limited to the selection; a start below 0 means there is none, and
+    /// the end limits nothing then. An end below 0 reads as the media's length.
     virtual double SelectionStart() const = 0;
     virtual void SelectionStart(double seconds) = 0;
     virtual double SelectionEnd() const = 0;

@@ -3,7 +3,7 @@
 #include <optional>
 
 /// The part of the media that playback is limited to. A start below 0 means that
-/// there is none, and so does an end below 0.
+/// there is none, whatever the end; an end below 0 that there is no end.
 struct PlaySelection {
     double start = -1;
     double end = -1;
@@ -13,7 +13,7 @@ struct PlaySelection {
     /// Where playing pauses, if before the end of the media. An end that lies not
     /// after the start limits nothing: it is left over from another selection.
     std::optional<double> Limit(double length) const {
-        const bool limits = end > Start() && (length <= 0 || end < length);
+        const bool limits = start >= 0 && end > start && (length <= 0 || end < length);
         return limits ? std::optional(end) : std::nullopt;
     }
     /// The place to jump to before playing from here; nothing: play on.

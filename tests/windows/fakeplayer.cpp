@@ -9,7 +9,8 @@ void FakePlayer::Advance(double seconds) {
     if (m_state != Playing)
         return;
     m_position += seconds * m_rate;
-    if (m_selectionEnd >= 0 && m_position >= m_selectionEnd && m_selectionEnd < MediaLength) {
+    if (m_selectionStart >= 0 && m_selectionEnd >= 0 && m_position >= m_selectionEnd &&
+        m_selectionEnd < MediaLength) {
         m_position = m_selectionEnd;
         Pause();
     } else if (m_position >= MediaLength) {

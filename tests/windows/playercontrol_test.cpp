@@ -231,12 +231,36 @@ TEST_F(ControlTest, WithoutMediaTheBarIsDisabled) {
     EXPECT_TRUE(Part<QWidget>("mpPlay").isEnabled());
 }
 
-TEST_F(ControlTest, NothingTakesTheKeyboard) {
-    for (const QWidget* part : control.findChildren<QWidget*>())
-        if (!part->isWindow()) {
-            EXPECT_EQ(part->focusPolicy(), Qt::NoFocus) << part->objectName().toStdString();
-        }
+TEST_F(ControlTest, ButtonsAndSlidersTakeTheFocusFromTheKeyboardAlone) {
+    for (const char* name : {"mpPlay", "mpStop", "mpSlider", "mpMute", "mpVolume", "mpRate"})
+        EXPECT_EQ(Part<QWidget>(name).focusPolicy(), Qt::TabFocus) << name;
+    EXPECT_EQ(Part<QWidget>("mpPicture").focusPolicy(), Qt::NoFocus);
     EXPECT_EQ(control.focusPolicy(), Qt::NoFocus);
+}
+
+TEST_F(ControlTest, AFocusedButtonIsPressedByEnterAndKeepsTheFocus) {
+    player.FileName(AnyFile());
+    control.activateWindow();
+    auto& play = Part<QToolButton>("mpPlay");
+    play.setFocus();
+    const QSignalSpy back(&player, &Player::Activated);
+    QTest::keyClick(&play, Qt::Key_Return);
+    EXPECT_EQ(player.State(), Player::Playing);
+    EXPECT_EQ(back.count(), 0);
+}
+
+TEST_F(ControlTest, ArrowsMoveAFocusedSlider) {
+    player.FileName(AnyFile());
+    player.CurrentPosition(10);
+    QTest::keyClick(&Part<JumpSlider>("mpSlider"), Qt::Key_Right);
+    EXPECT_EQ(player.CurrentPosition(), 11);
+}
+
+TEST_F(ControlTest, ScreenReadersHearTheTimes) {
+    player.FileName(AnyFile());
+    player.CurrentPosition(65);
+    EXPECT_EQ(Part<QLabel>("mpElapsed").accessibleName(), "Elapsed time 1:05");
+    EXPECT_EQ(Part<QLabel>("mpTotal").accessibleName(), "Total time 10:00");
 }
 
 TEST_F(ControlTest, EveryPartHasAName) {

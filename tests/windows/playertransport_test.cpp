@@ -40,7 +40,8 @@ const Limits SelectionRows[] = {
     {"BeforeTheStart", 2, 4, 10, 4, 1, 2},
     {"AtTheEnd", 2, 4, 10, 4, 4, 2},
     {"AfterTheEnd", 2, 4, 10, 4, 9, 2},
-    {"EndAlone", -1, 4, 10, 4, 4, 0},
+    {"EndAlone", -1, 4, 10, {}, 4, {}},
+    {"FromTheBegin", 0, 4, 10, 4, 4, 0},
     {"StartAlone", 2, -1, 10, {}, 10, 2},
     {"EndBeforeTheStart", 6, 4, 10, {}, 7, {}},
     {"EmptySelection", 4, 4, 10, {}, 4, {}},
@@ -167,6 +168,7 @@ TEST(PlayerTransport, PausesAtTheSelectionsEnd) {
 
 TEST(PlayerTransport, PausesAtTheSelectionsEndWhileTheWindowIsBusy) {
     Screening show((Film()));
+    show.player->SelectionStart(0);
     show.player->SelectionEnd(0.5);
     show.player->Play();
     ASSERT_TRUE(show.Passes(0.1));
@@ -201,6 +203,7 @@ TEST(PlayerTransport, ASeekBehindTheSelectionWhilePlayingPauses) {
 
 TEST(PlayerTransport, ALiftedLimitIsNoLimit) {
     Screening show((Film()));
+    show.player->SelectionStart(0);
     show.player->SelectionEnd(0.4);
     show.player->Play();
     show.player->SelectionEnd(-1);
