@@ -53,6 +53,8 @@ class frmList final : public QMainWindow, public TitleList {
     void SelectTitles(std::span<const std::int32_t> titles);
     /// The main window has come to title i while playing.
     void FollowTitle(std::int32_t i);
+    /// Title i is on at the film's position; 0: none is. Its row is marked at the edge.
+    void ShowPlaying(std::int32_t i);
     void UndoPossible(bool possible);
 
     void LV_ItemClick(std::int32_t row);

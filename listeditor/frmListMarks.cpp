@@ -109,11 +109,18 @@ void frmList::GoToTitle(std::int32_t index) {
     m_host.MediaPosition(Subt().StartTime(index));
 }
 
+void frmList::ShowPlaying(std::int32_t i) {
+    m_rows->Playing(i);
+}
+
 void frmList::FollowTitle(std::int32_t i) {
     // The row with the text editor stays where it is.
     if (LV->Editing())
         return;
-    if (SelectedItem() > 0 && i <= Subt().Count()) {
+    // Several selected rows are about to be worked on: they stay selected.
+    const QItemSelection selection = LV->selectionModel()->selection();
+    const bool one = selection.size() == 1 && selection.first().height() == 1;
+    if (one && i <= Subt().Count()) {
         UnselectItem();
         SelectRow(i);
     }

@@ -75,6 +75,15 @@ QRect DrawMark(QPainter& painter, const QStyleOptionViewItem& option, QRect area
     return area;
 }
 
+/// A bar at the row's left edge: the film is there.
+void DrawPlaying(QPainter& painter, const QStyleOptionViewItem& option) {
+    QRect bar = option.rect;
+    bar.setWidth(RowDelegate::Padding - 1);
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    painter.fillRect(
+        bar, option.palette.color(selected ? QPalette::HighlightedText : QPalette::Highlight));
+}
+
 void DrawFocus(QPainter& painter, const QStyleOptionViewItem& option) {
     QColor colour = option.palette.color(QPalette::Highlight);
     painter.setPen(colour);
@@ -113,6 +122,8 @@ void RowDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
         if (const int mark = index.data(RowModel::MarkRole).toInt())
             area = DrawMark(*painter, cell, area, mark);
         DrawText(*painter, cell, area, text);
+        if (index.data(RowModel::PlayingRole).toBool())
+            DrawPlaying(*painter, option);
         painter->restore();
     }
     if (view != nullptr && view->hasFocus() && view->currentIndex().row() == index.row()) {

@@ -5,8 +5,8 @@
 #include <cstdint>
 
 /// Draws the rows of the list: line breaks of a text as a sign in a second tone,
-/// marked rows with the number of their mark, a frame around the row that has the
-/// focus. Edits a text in place, in as many lines as it has.
+/// marked rows with the number of their mark, the title that is on with a bar at the edge, a frame
+/// around the row that has the focus. Edits a text in place, in as many lines as it has.
 class RowDelegate : public QStyledItemDelegate {
     Q_OBJECT
 

@@ -9,6 +9,7 @@
 
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -169,6 +170,14 @@ void RowModel::Show(std::int32_t first, std::int32_t last) {
         emit dataChanged(index(first - 1, 0), index(last - 1, Columns - 1));
 }
 
+void RowModel::Playing(std::int32_t row) {
+    const std::int32_t before = std::exchange(m_playing, row);
+    if (before == row)
+        return;
+    Show(before, before);
+    Show(row, row);
+}
+
 QString RowModel::CellText(std::int32_t row, Column column) const {
     if (!Holds(row))
         return {};
@@ -239,6 +248,8 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
         return ToolTip(row);
     case Qt::AccessibleTextRole:
         return index.column() == Text ? SpokenText(row) : QVariant();
+    case PlayingRole:
+        return row == m_playing;
     case MarkRole:
         return MarkOf ? MarkOf(row) : 0;
     case Qt::TextAlignmentRole:

@@ -22,6 +22,8 @@ class RowModel : public QAbstractTableModel {
     enum Column { Text, Start, Duration, Columns };
     /// The text with its mark in words, for people; nothing in an unmarked row.
     static constexpr int MarkRole = Qt::UserRole;
+    /// true for the row of the title that the film has come to.
+    static constexpr int PlayingRole = Qt::UserRole + 1;
 
     explicit RowModel(QObject* parent = nullptr);
 
@@ -47,6 +49,9 @@ class RowModel : public QAbstractTableModel {
     void SetColour(std::int32_t row, RowColour colour);
     void Show(std::int32_t first, std::int32_t last);
     void ShowAll() { Show(1, Count()); }
+
+    /// The film has come to that row; shows at once. A row that does not exist: to none.
+    void Playing(std::int32_t row);
 
     /// Colours that can be read on a dark ground.
     void SetDark(bool dark) { m_dark = dark; }
@@ -85,5 +90,6 @@ class RowModel : public QAbstractTableModel {
 
     std::vector<Row> m_rows;
     std::optional<std::vector<Row>> m_own;
+    std::int32_t m_playing = 0;
     bool m_dark = false;
 };

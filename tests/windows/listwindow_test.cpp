@@ -490,4 +490,35 @@ TEST_F(ListWindow, FollowsThePlayer) {
     EXPECT_EQ(List().SelectedItem(), 200);
 }
 
+TEST_F(ListWindow, SeveralSelectedRowsStaySelectedWhileThePlayerGoesOn) {
+    Open({{0, 1, "a"}, {2, 3, "b"}, {4, 5, "c"}});
+    const QAbstractItemModel& model = *List().LV->model();
+    for (const int row : {0, 2})
+        List().LV->selectionModel()->select(model.index(row, 0), QItemSelectionModel::Select |
+                                                                     QItemSelectionModel::Rows);
+    List().FollowTitle(2);
+    EXPECT_EQ(List().SelectedRows(), (std::vector<std::int32_t>{1, 3}));
+}
+
+TEST_F(ListWindow, TheTitleThatIsOnIsMarkedAtItsRowsEdge) {
+    Open({{0, 1, "a"}, {2, 3, "b"}, {4, 5, "c"}});
+    QCoreApplication::processEvents();
+    const auto edge = [this](int row) {
+        const QRect cell = List().LV->visualRect(List().LV->model()->index(row - 1, 0));
+        return List()
+            .LV->viewport()
+            ->grab(QRect(cell.left() + 1, cell.center().y(), 1, 1))
+            .toImage()
+            .pixelColor(0, 0);
+    };
+    const QColor plain = edge(2);
+    List().ShowPlaying(2);
+    EXPECT_NE(edge(2), plain);
+    List().ShowPlaying(3);
+    EXPECT_EQ(edge(2), plain);
+    EXPECT_NE(edge(3), plain);
+    List().ShowPlaying(0);
+    EXPECT_EQ(edge(3), plain);
+}
+
 } // namespace
