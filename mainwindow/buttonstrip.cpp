@@ -41,9 +41,9 @@ std::optional<std::int16_t> ButtonStrip::MouseDown(bool enabled) const {
     return PictureOf(m_buttonUnderMouse, PressedPictures);
 }
 
-std::optional<double> ButtonStrip::Target(double position, double selectionStart,
-                                          double selectionEnd) const {
-    switch (m_buttonUnderMouse) {
+std::optional<double> StripTarget(std::int16_t button, double position, double selectionStart,
+                                  double selectionEnd) {
+    switch (button) {
     case 1:
         return std::max(0.0, selectionStart);
     case 2:

@@ -15,13 +15,14 @@ class ButtonStrip {
     std::int16_t MouseMove(bool enabled, bool mouseHeld, double x, double y);
     /// The picture to show, when the press begins to repeat; nothing otherwise.
     std::optional<std::int16_t> MouseDown(bool enabled) const;
-    /// Where the button under the mouse leads; nothing when there is none. A
-    /// selection start below 0: no selection.
-    std::optional<double> Target(double position, double selectionStart, double selectionEnd) const;
 
   private:
     std::int16_t m_buttonUnderMouse = 0;
 };
+
+/// Where the button leads; nothing for 0. A selection start below 0: no selection.
+std::optional<double> StripTarget(std::int16_t button, double position, double selectionStart,
+                                  double selectionEnd);
 
 inline constexpr std::int16_t StripPictureDisabled = 1;
 inline constexpr std::int16_t StripPictureEnabled = 2;

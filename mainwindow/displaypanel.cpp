@@ -14,7 +14,7 @@
 namespace {
 
 /// The design width: beside the other panel it fits the narrowest window.
-constexpr int PanelWidth = 378;
+constexpr int PanelWidth = 398;
 constexpr int SubtitleLines = 2;
 constexpr int DisplayInterval = 50;
 /// Label, box, room, button, sign and box of the lower rows.
@@ -39,6 +39,13 @@ int TextInset(const QPlainTextEdit* box) {
 void FitLines(QPlainTextEdit* box) {
     box->setMinimumHeight(SubtitleLines * box->fontMetrics().lineSpacing() + 2 * TextInset(box) +
                           1);
+}
+
+/// A title's text as a box gives it back.
+QString PlainLines(const std::string& text) {
+    return QString::fromStdString(text)
+        .replace(QLatin1String("\r\n"), QLatin1String("\n"))
+        .replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
 
 } // namespace
@@ -74,6 +81,7 @@ DisplayPanel::DisplayPanel(MainState& state, QWidget* parent)
     On(Timer1, &QTimer::timeout, this, &DisplayPanel::Timer1_Timer);
     On(state.player.get(), &Player::PlayStateChange, this, &DisplayPanel::MP_PlayStateChange);
     On(state.player.get(), &Player::PositionChange, this, &DisplayPanel::MP_PositionChange);
+    On(state.player.get(), &Player::ReadyStateChange, this, &DisplayPanel::MP_ReadyStateChange);
 }
 
 void DisplayPanel::LayOut() {
@@ -108,16 +116,23 @@ QSize DisplayPanel::NeededSize() {
 
 void DisplayPanel::Mode(DisplayMode mode) {
     m_mode = mode;
+    if (mode == DisplayMode::View)
+        txtNextSubtitle->clear();
+    if (m_state.mediaActive && mode == DisplayMode::View) {
+        const double position = m_state.player->CurrentPosition();
+        LocateCurrentTitle(position);
+        TakeDownStale(position);
+        ShowOnPicture(m_walker.IsOn(position));
+    } else if (m_state.mediaActive) {
+        Choose(CurrentTitle());
+        ShowOnPicture(false);
+    }
     Label4->setVisible(mode == DisplayMode::Position);
     txtKey->setVisible(mode == DisplayMode::Position);
 }
 
 void DisplayPanel::MediaEnabled(bool enabled) {
     m_time.Enabled(enabled);
-}
-
-void DisplayPanel::MarksEnabled(bool enabled) {
-    m_marks.Enabled(enabled);
 }
 
 void DisplayPanel::LocateCurrentTitle(double position) {
@@ -128,6 +143,25 @@ void DisplayPanel::Advance() {
     ShowTexts(m_walker.Advance());
 }
 
+void DisplayPanel::Choose(std::int32_t title) {
+    ShowTexts(m_walker.Choose(title));
+}
+
+void DisplayPanel::TakeDownStale(double position) {
+    const std::string text = m_state.document.Subt.Text(CurrentTitle());
+    if (m_mode == DisplayMode::View &&
+        (!m_walker.IsOn(position) || txtSubtitle->toPlainText() != PlainLines(text)))
+        txtSubtitle->clear();
+}
+
+void DisplayPanel::ShowOnPicture(bool on) {
+    if (frmList* list = m_state.OpenList())
+        list->ShowPlaying(on && m_state.mediaActive ? CurrentTitle() : 0);
+    const bool shown = on && m_mode == DisplayMode::View && m_state.mediaActive;
+    emit TitleOnPicture(shown ? QString::fromStdString(m_state.document.Subt.Text(CurrentTitle()))
+                              : QString());
+}
+
 void DisplayPanel::ShowTexts(const DisplayTexts& texts) {
     if (texts.subtitle)
         txtSubtitle->setPlainText(QString::fromStdString(ShortText(*texts.subtitle)));
@@ -136,8 +170,16 @@ void DisplayPanel::ShowTexts(const DisplayTexts& texts) {
 }
 
 void DisplayPanel::MP_PlayStateChange(int /*oldState*/, int newState) {
+    if (newState == Player::Stopped)
+        emit Stopping(CurrentTitle());
     m_state.mediaActive = newState != Player::Stopped;
-    LocateCurrentTitle(m_state.player->CurrentPosition());
+    const double position = m_state.player->CurrentPosition();
+    LocateCurrentTitle(position);
+    TakeDownStale(position);
+    ShowOnPicture(m_walker.IsOn(position));
+    // Where a stop leads is told right after it.
+    if (newState != Player::Stopped)
+        m_time.ShowTime(position);
     if (newState == Player::Playing) {
         m_sinceTick.start();
         Timer1->start();
@@ -152,11 +194,17 @@ void DisplayPanel::MP_PlayStateChange(int /*oldState*/, int newState) {
 }
 
 void DisplayPanel::MP_PositionChange(double /*oldPosition*/, double newPosition) {
-    if (m_walker.TakeDown())
+    if (m_walker.TakeDown() || m_mode == DisplayMode::View)
         txtSubtitle->clear();
     m_time.ShowTime(newPosition);
     if (m_state.mediaActive)
         LocateCurrentTitle(newPosition);
+    ShowOnPicture(m_walker.IsOn(newPosition));
+}
+
+void DisplayPanel::MP_ReadyStateChange(int /*readyState*/) {
+    m_time.ShowTime(m_state.player->CurrentPosition());
+    m_selection.Clear();
 }
 
 void DisplayPanel::Timer1_Timer() {
@@ -170,6 +218,7 @@ void DisplayPanel::Timer1_Timer() {
         return;
     for (std::int32_t i = 0; i < ticks && WalkOn(position); ++i) {
     }
+    ShowOnPicture(m_walker.TitleShown());
 }
 
 bool DisplayPanel::WalkOn(double position) {

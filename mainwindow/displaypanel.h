@@ -28,24 +28,36 @@ class DisplayPanel : public QWidget {
     std::int32_t CurrentTitle() const { return m_walker.CurrentTitle(); }
     /// The current title has its times: on to the next.
     void Advance();
+    /// Another title is placed next.
+    void Choose(std::int32_t title);
     /// Names the positioning key.
     QLineEdit& KeyBox() { return *txtKey; }
 
     void MediaEnabled(bool enabled);
-    void MarksEnabled(bool enabled);
+    MarkButtons& Marks() { return m_marks; }
     /// The size that its texts need.
     QSize NeededSize();
+
+  signals:
+    /// The player stops while this title is current.
+    void Stopping(std::int32_t title);
+    /// The text to show on the picture; empty: none.
+    void TitleOnPicture(const QString& text);
 
   private:
     void LayOut();
 
     void MP_PlayStateChange(int oldState, int newState);
+    void MP_ReadyStateChange(int readyState);
     void MP_PositionChange(double oldPosition, double newPosition);
     void Timer1_Timer();
     void LocateCurrentTitle(double position);
     /// false: nothing was left to do at the position.
     bool WalkOn(double position);
     void ShowTexts(const DisplayTexts& texts);
+    /// View mode: a text that stands although its title is not on goes.
+    void TakeDownStale(double position);
+    void ShowOnPicture(bool on);
 
     MainState& m_state;
     DisplayMode m_mode = DisplayMode::View;

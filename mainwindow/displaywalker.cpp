@@ -20,6 +20,10 @@ DisplayTexts DisplayWalker::LocateCurrentTitle(double position, DisplayMode mode
     return {};
 }
 
+bool DisplayWalker::IsOn(double position) const {
+    return m_currentStart >= 0 && m_currentStart <= position && position < m_currentEnd;
+}
+
 bool DisplayWalker::TakeDown() {
     return std::exchange(m_titleShown, false);
 }
@@ -42,6 +46,11 @@ DisplayTexts DisplayWalker::Advance() {
     if (m_currentTitle == std::numeric_limits<std::int32_t>::max())
         throw RuntimeError(RuntimeError::Number::Overflow);
     ++m_currentTitle;
+    return CurrentAndNext();
+}
+
+DisplayTexts DisplayWalker::Choose(std::int32_t title) {
+    m_currentTitle = std::clamp(title, 1, std::max(1, m_titles.Count()));
     return CurrentAndNext();
 }
 

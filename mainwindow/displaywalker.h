@@ -31,12 +31,16 @@ class DisplayWalker {
     bool TitleShown() const { return m_titleShown; }
 
     DisplayTexts LocateCurrentTitle(double position, DisplayMode mode);
+    /// View mode, right after the look-up: the current title is on at the position.
+    bool IsOn(double position) const;
     /// After a seek: true when a title was shown, whose text must go.
     bool TakeDown();
     /// View mode: at most one title appears or ends.
     Step Tick(double position);
     /// Positioning: the current title has its times; on to the next.
     DisplayTexts Advance();
+    /// Positioning: another title is placed next; kept within the list.
+    DisplayTexts Choose(std::int32_t title);
 
   private:
     DisplayTexts CurrentAndNext() const;

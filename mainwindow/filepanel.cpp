@@ -14,7 +14,7 @@
 namespace {
 
 /// The design width.
-constexpr int PanelWidth = 286;
+constexpr int PanelWidth = 266;
 constexpr int ShortestCommand = 56;
 /// A shorter text names no subtitle file: one letter and an extension.
 constexpr int ShortestName = 5;
@@ -174,7 +174,8 @@ void FilePanel::cmdBrowseSRT_Click() {
 
 void FilePanel::txtSRT_Change() {
     m_state.document.SubtitleFile = txtSRT->text().toStdString();
-    m_files.SaveIfWished();
+    if (!m_files.SaveIfWished())
+        return;
     const QString name = txtSRT->text();
     if (FileExists(name) && name.size() >= ShortestName)
         m_files.LoadSubtitles(name);

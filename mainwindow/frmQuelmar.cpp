@@ -3,8 +3,10 @@
 #include "listeditor/frmList.h"
 #include "mainwindow/displaypanel.h"
 #include "mainwindow/filepanel.h"
+#include "mainwindow/frmKeys.h"
 #include "mainwindow/handlers.h"
 #include "mainwindow/keyplacer.h"
+#include "mainwindow/mainactions.h"
 #include "mainwindow/panelcontrols.h"
 #include "mainwindow/subtitlefiles.h"
 #include "mainwindow/transportbuttons.h"
@@ -19,8 +21,8 @@
 #include "player/mediaplayercontrol.h"
 #include "player/mpvplayer.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
 
@@ -67,6 +69,8 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
     PB2 = std::make_unique<DisplayPanel>(m_state, this);
     m_transport = std::make_unique<TransportButtons>(*m_state.player, this);
     m_keys = std::make_unique<KeyPlacer>(m_state, *PB2, ActionKey, this);
+    m_actions = std::make_unique<MainActions>(m_state, *PB2, *m_keys, *m_transport, this);
+    NameKeys();
     ConnectParts();
     Form_Load();
 }
@@ -82,12 +86,20 @@ void frmQuelmar::ConnectParts() {
     connect(player, &Player::Activated, this, [this] { setFocus(); });
     connect(PB.get(), &FilePanel::MediaNamed, this, &frmQuelmar::MediaNamed);
     connect(PB.get(), &FilePanel::MediaBrowsed, this, &frmQuelmar::MediaBrowsed);
-    connect(PB.get(), &FilePanel::ModeChosen, this, [this](DisplayMode mode) { PB2->Mode(mode); });
+    connect(PB.get(), &FilePanel::ModeChosen, this, [this](DisplayMode mode) {
+        PB2->Mode(mode);
+        m_actions->Refresh();
+    });
     connect(PB.get(), &FilePanel::EditClicked, this, &frmQuelmar::OpenEditor);
     connect(PB.get(), &FilePanel::ExitClicked, this, &QWidget::close);
     const SubtitleFiles* files = m_files.get();
     connect(files, &SubtitleFiles::SaveDeclined, this, &frmQuelmar::SaveDeclined);
     connect(files, &SubtitleFiles::FileEmptying, this, &frmQuelmar::FileEmptying);
+    connect(m_keys.get(), &KeyPlacer::Placed, MP.get(), &MediaPlayerControl::ShowNote);
+    connect(PB2.get(), &DisplayPanel::TitleOnPicture, MP.get(), &MediaPlayerControl::ShowTitle);
+    connect(player, &Player::PlayStateChange, m_actions.get(), &MainActions::Refresh);
+    connect(m_actions.get(), &MainActions::OtherWindow, this, &frmQuelmar::OtherWindow);
+    connect(m_actions.get(), &MainActions::ShowKeys, this, &frmQuelmar::ShowKeys);
     Subt.UndoChangedListLength = [this] {
         Subt_UndoChangedListLength();
     };
@@ -125,6 +137,7 @@ void frmQuelmar::ReadSettings() {
     move(place.topLeft());
     resize(place.size());
     m_state.DLG.FileName = settings.String("MRU");
+    MP->TitlesOnPicture(settings.Dword("ShowOnPicture") != 0);
     m_state.document.FrameRate = StoredFrameRate(settings.String("LastFrameRate"));
 }
 
@@ -139,6 +152,7 @@ void frmQuelmar::WriteSettings() const {
     settings.SetString("LastFrameRate",
                        QString::fromStdString(NumberText(RoundTime(m_state.document.FrameRate))));
     settings.SetString("MRU", m_state.DLG.FileName);
+    settings.SetDword("ShowOnPicture", MP->TitlesOnPicture() ? 1 : 0);
 }
 
 void frmQuelmar::SizePanels() {
@@ -175,10 +189,11 @@ bool frmQuelmar::Form_Unload() {
     if (frmList* list = m_state.OpenList())
         list->close();
     if (m_state.document.SubtitlesChanged) {
-        if (!AskYesNo(this, QStringLiteral("Save subtitles?"), MessageIcon::Question))
-            emit SaveDeclined();
-        else if (!m_files->SaveSubtitles())
+        const Decision decision = AskDecision(this, QStringLiteral("Save subtitles?"));
+        if (decision == Decision::None || (decision == Decision::Yes && !m_files->SaveSubtitles()))
             return false;
+        if (decision == Decision::No)
+            emit SaveDeclined();
     }
     WriteSettings();
     return true;
@@ -199,11 +214,11 @@ void frmQuelmar::resizeEvent(QResizeEvent* event) {
 void frmQuelmar::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     // Sent by the base class's constructor too, before there are parts.
-    if (m_keys == nullptr)
+    if (m_actions == nullptr)
         return;
     switch (event->type()) {
     case QEvent::ActivationChange:
-        if (!isActiveWindow())
+        if (QApplication::activeWindow() != this)
             m_keys->KeyboardLost();
         break;
     case QEvent::FontChange:
@@ -227,7 +242,8 @@ void frmQuelmar::MediaNamed() {
 /// The player's answer decides, also where it holds an earlier file.
 void frmQuelmar::EnableMediaControls() {
     MediaBrowsed();
-    PB2->MarksEnabled(AVIFileOK && m_state.document.ListWindowOpen);
+    PB2->Marks().Enabled(AVIFileOK && m_state.document.ListWindowOpen);
+    m_actions->Refresh();
 }
 
 void frmQuelmar::MediaBrowsed() {
@@ -245,9 +261,49 @@ void frmQuelmar::OpenEditor() {
     }
     m_state.list = new frmList(*this, this);
     // A window of its own, which need not stay above this one and its film.
+    m_state.list->addActions(m_actions->ForBothWindows());
     m_state.list->winId();
     m_state.list->windowHandle()->setTransientParent(nullptr);
     m_state.list->show();
+    PB2->Marks().ShowTips();
+}
+
+void frmQuelmar::OtherWindow() {
+    if (const frmList* list = m_state.OpenList(); list == nullptr || !list->isActiveWindow())
+        return m_state.document.Subt.Count() > 0 || list != nullptr ? OpenEditor() : void();
+    raise();
+    activateWindow();
+}
+
+void frmQuelmar::ShowKeys() {
+    if (auto* shown = findChild<frmKeys*>()) {
+        shown->raise();
+        return shown->activateWindow();
+    }
+    (new frmKeys(m_actions->Lines(), this))->show();
+}
+
+void frmQuelmar::NameKeys() {
+    const struct {
+        const char* control;
+        QStringList actions;
+    } rows[] = {{"mpPlay", {"actPlay"}},
+                {"mpStop", {"actStop"}},
+                {"mpSlider", {"actFiveBack", "actFiveForward"}},
+                {"mpMute", {"actMute"}},
+                {"mpVolume", {"actLouder", "actQuieter"}},
+                {"mpRate", {"actFaster", "actSlower"}}};
+    const auto keys = [this](const QStringList& actions) {
+        QStringList texts;
+        for (const QString& action : actions)
+            texts << m_actions->Keys(action.toLatin1());
+        return texts;
+    };
+    for (const auto& row : rows)
+        MP->NameKeys(row.control, keys(row.actions).join(QLatin1String(", ")));
+    m_transport->picButtons->NameKeys(
+        keys({"actStripStart", "actStripBack", "actStripForward", "actStripEnd"}));
+    PB2->Marks().NameKeys(keys({"actFirstMark", "actSecondMark", "actStretch"}));
 }
 
 RecoveryNotes frmQuelmar::Notes() const {
@@ -298,7 +354,11 @@ std::int32_t frmQuelmar::ShownTitle() const {
 
 void frmQuelmar::EditButtonsEnabled(bool enabled) {
     PB->EditEnabled(enabled);
-    PB2->MarksEnabled(enabled);
+    PB2->Marks().Enabled(enabled);
+    // The list editor marks the ends of its list when it opens.
+    if (!enabled)
+        PB2->Marks().ForgetTimes();
+    m_actions->Refresh();
 }
 
 void frmQuelmar::Subt_UndoChangedListLength() {

@@ -14,6 +14,7 @@
 class DisplayPanel;
 class FilePanel;
 class KeyPlacer;
+class MainActions;
 class MediaPlayerControl;
 class SubtitleFiles;
 class TransportButtons;
@@ -83,6 +84,9 @@ class frmQuelmar : public QWidget, public EditorHost {
     void EnableMediaControls();
     void MediaBrowsed();
     void OpenEditor();
+    void OtherWindow();
+    void ShowKeys();
+    void NameKeys();
     void Subt_UndoChangedListLength();
     void Subt_UndoPossible(bool possible);
 
@@ -94,4 +98,5 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::unique_ptr<DisplayPanel> PB2;
     std::unique_ptr<TransportButtons> m_transport;
     std::unique_ptr<KeyPlacer> m_keys;
+    std::unique_ptr<MainActions> m_actions;
 };

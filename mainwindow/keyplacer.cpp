@@ -10,6 +10,7 @@
 #include "platform/settings.h"
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -20,6 +21,10 @@
 #include <utility>
 
 namespace {
+
+constexpr std::int16_t MenuKey = 93;
+/// A film can end that much (in seconds) before its length.
+constexpr double EndSlack = 0.5;
 
 bool TakesText(const QWidget& control) {
     return qobject_cast<const QLineEdit*>(&control) != nullptr ||
@@ -58,6 +63,10 @@ KeyPlacer::KeyPlacer(MainState& state, DisplayPanel& display, std::int16_t& acti
     tmrRelease->setTimerType(Qt::PreciseTimer);
     tmrRelease->setSingleShot(true);
     On(tmrRelease, &QTimer::timeout, this, &KeyPlacer::tmrRelease_Timer);
+    m_beforeOther = state.document.BeforeOther([this] { m_placed.Clear(); });
+    On(state.player.get(), &Player::PlayStateChange, this, &KeyPlacer::MP_PlayStateChange);
+    On(state.player.get(), &Player::PositionChange, this, &KeyPlacer::MP_PositionChange);
+    On(&display, &DisplayPanel::Stopping, this, &KeyPlacer::DisplayStopping);
     qApp->installEventFilter(this);
 }
 
@@ -66,8 +75,62 @@ KeyPlacer::~KeyPlacer() {
 }
 
 void KeyPlacer::KeyboardLost() {
-    if (!m_keyRepeat.Waiting())
-        m_keyRepeat.Reset();
+    if (m_keyRepeat.Waiting())
+        return;
+    m_keyRepeat.Reset();
+    m_placing.Forget();
+    m_spent = false;
+}
+
+bool KeyPlacer::Positioning() const {
+    return m_state.mediaActive && m_display.Mode() == DisplayMode::Position;
+}
+
+void KeyPlacer::PreviousTitle() {
+    m_display.Choose(m_display.CurrentTitle() - 1);
+}
+
+void KeyPlacer::NextTitle() {
+    m_display.Choose(m_display.CurrentTitle() + 1);
+}
+
+void KeyPlacer::TakeBack() {
+    SUBTITLES& titles = m_state.document.Subt;
+    const auto title = m_placed.TakeBack(titles);
+    if (!title) {
+        emit Placed(tr("No placement to take back"));
+        return;
+    }
+    m_state.document.SubtitlesChanged = true;
+    m_display.Choose(*title);
+    emit Placed(tr("Taken back: %1")
+                    .arg(QString::fromStdString(
+                        PlacedText(*title, titles.StartTime(*title), titles.EndTime(*title)))));
+}
+
+// A key that is held when the player stops is not held any more for what comes then.
+void KeyPlacer::DisplayStopping(std::int32_t title) {
+    if (!m_placing.KeyIsDown())
+        return;
+    m_heldToTheStop = title;
+    m_spent = true;
+    m_placing.Forget();
+}
+
+void KeyPlacer::MP_PlayStateChange(int /*oldState*/, int newState) {
+    if (newState != Player::Stopped)
+        m_heldToTheStop.reset();
+}
+
+// Right after a stop comes the way back to the start. It tells where the film was: at its
+// end, the title that was being placed reaches to there.
+void KeyPlacer::MP_PositionChange(double oldPosition, double /*newPosition*/) {
+    const auto title = std::exchange(m_heldToTheStop, std::nullopt);
+    const double end = m_state.player->Length();
+    if (!title || end <= 0 || oldPosition < end - EndSlack)
+        return;
+    m_placing.Release(end);
+    Place(*title);
 }
 
 void KeyPlacer::txtKey_Click() {
@@ -85,6 +148,7 @@ bool KeyPlacer::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::KeyRelease:
     case QEvent::InputMethod:
     case QEvent::MouseButtonRelease:
+    case QEvent::ContextMenu:
         break;
     default:
         return false;
@@ -122,6 +186,10 @@ bool KeyPlacer::KeyPreview(QWidget& receiver, QEvent& event) {
     case QEvent::InputMethod:
         return m_state.player->State() == Player::Playing && TakesText(receiver) &&
                !static_cast<QInputMethodEvent&>(event).commitString().isEmpty();
+    case QEvent::ContextMenu:
+        // The menu key's own menu would take its release.
+        return m_state.mediaActive && m_actionKey == MenuKey &&
+               static_cast<QContextMenuEvent&>(event).reason() == QContextMenuEvent::Keyboard;
     case QEvent::MouseButtonRelease:
         if (&receiver == &m_display.KeyBox() &&
             static_cast<QMouseEvent&>(event).button() == Qt::LeftButton)
@@ -151,8 +219,10 @@ bool KeyPlacer::Form_KeyDown(const QKeyEvent& event) {
         m_waitingRelease.reset();
     else if (press == KeyRepeat::Press::AfterRelease && m_waitingRelease)
         ActionKeyReleased(*std::exchange(m_waitingRelease, std::nullopt));
-    if (!m_state.mediaActive)
-        return false;
+    if (press != KeyRepeat::Press::Repeat)
+        m_spent = false;
+    if (!m_state.mediaActive || m_spent)
+        return m_spent;
     if (press != KeyRepeat::Press::Repeat)
         ActionKeyPressed(PositionOf(EventAge(event)));
     return true;
@@ -164,6 +234,10 @@ bool KeyPlacer::Form_KeyUp(const QKeyEvent& event) {
     const std::uint64_t stamp = RepeatStamp(event);
     const KeyRepeat::Release release =
         m_keyRepeat.Released(stamp, event.isAutoRepeat(), KeyRepeat::Moment::clock::now());
+    if (m_spent) {
+        m_spent = release != KeyRepeat::Release::Real;
+        return true;
+    }
     if (!m_state.mediaActive)
         return false;
     const double position = PositionOf(EventAge(event));
@@ -197,13 +271,17 @@ void KeyPlacer::ActionKeyPressed(double position) {
 
 void KeyPlacer::ActionKeyReleased(double position) {
     m_placing.Release(position);
-    const std::int32_t placed = m_display.CurrentTitle();
-    SUBTITLES& titles = m_state.document.Subt;
-    {
-        const Step step(titles, {"Placing by key", StepName::Series::OneAfterTheOther});
-        titles.SetTimes(placed, m_placing.KeyDownTime(), m_placing.KeyUpTime());
-    }
+    Place(m_display.CurrentTitle());
     m_display.Advance();
+}
+
+void KeyPlacer::Place(std::int32_t title) {
+    const double start = m_placing.KeyDownTime();
+    const double end = m_placing.KeyUpTime();
+    SUBTITLES& titles = m_state.document.Subt;
+    const Step step(titles, {"Placing by key", StepName::Series::OneAfterTheOther});
+    if (m_placed.Place(titles, title, start, end))
+        emit Placed(QString::fromStdString(PlacedText(title, start, end)));
 }
 
 /// While playing, no typed character reaches a text box.

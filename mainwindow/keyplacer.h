@@ -25,12 +25,26 @@ class KeyPlacer : public QObject {
 
     /// The keyboard goes to another window: a key that is held will be released there.
     void KeyboardLost();
+    /// Keys place titles now, and the panel shows which.
+    bool Positioning() const;
+    /// The title before, or the one after, is placed next.
+    void PreviousTitle();
+    void NextTitle();
+    /// The title that was placed last gets its old times, and is placed next again.
+    void TakeBack();
+
+  signals:
+    /// What was recorded, or taken back, for people.
+    void Placed(const QString& text);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
     void txtKey_Click();
+    void MP_PlayStateChange(int oldState, int newState);
+    void MP_PositionChange(double oldPosition, double newPosition);
+    void DisplayStopping(std::int32_t title);
     bool KeyPreview(QWidget& receiver, QEvent& event);
     bool Form_KeyDown(const QKeyEvent& event);
     bool Form_KeyUp(const QKeyEvent& event);
@@ -38,6 +52,7 @@ class KeyPlacer : public QObject {
     /// The repeats of a held key are left out of these two.
     void ActionKeyPressed(double position);
     void ActionKeyReleased(double position);
+    void Place(std::int32_t title);
     void tmrRelease_Timer();
     bool IsActionKey(const QKeyEvent& event) const;
     double PositionOf(std::chrono::milliseconds age) const;
@@ -48,7 +63,13 @@ class KeyPlacer : public QObject {
     QWidget* m_window;
     std::int32_t m_lagMilliseconds;
     Placing m_placing;
+    PlacedTitles m_placed;
+    Connection m_beforeOther;
+    /// The title whose key was down when the player stopped.
+    std::optional<std::int32_t> m_heldToTheStop;
     KeyRepeat m_keyRepeat;
+    /// The key is still held, but the player stopped: its release places nothing.
+    bool m_spent = false;
     /// The position of a release that may turn out to be a repeat's.
     std::optional<double> m_waitingRelease;
     QTimer* tmrRelease;

@@ -11,14 +11,15 @@
 namespace {
 
 constexpr int IconSide = 20;
-constexpr QSize ButtonSize(30, 24);
+constexpr int ButtonHeight = 24;
+constexpr int ButtonWidth = 30;
 
-QPushButton* ToolButton(QWidget* panel, const char* name, const QString& accessibleName,
-                        const QString& toolTip) {
-    QPushButton* button = MakeButton(panel, name, {}, toolTip);
+QPushButton* ToolButton(QWidget* panel, const char* name, const QString& accessibleName) {
+    QPushButton* button = MakeButton(panel, name, {}, {});
     button->setAccessibleName(accessibleName);
     button->setIconSize({IconSide, IconSide});
-    button->setFixedSize(ButtonSize);
+    button->setMinimumWidth(ButtonWidth);
+    button->setFixedHeight(ButtonHeight);
     button->setEnabled(false);
     return button;
 }
@@ -28,14 +29,9 @@ QPushButton* ToolButton(QWidget* panel, const char* name, const QString& accessi
 MarkButtons::MarkButtons(MainState& state, QWidget* panel)
     : QObject(panel)
     , m_state(state)
-    , cmdBlue(
-          ToolButton(panel, "cmdBlue", tr("Blue mark"),
-                     tr("Mark the current position as the new start of the first marked title")))
-    , cmdGreen(
-          ToolButton(panel, "cmdGreen", tr("Green mark"),
-                     tr("Mark the current position as the new start of the second marked title")))
-    , cmdAdjust(ToolButton(panel, "cmdAdjust", tr("Adjust"),
-                           tr("Stretch the selected titles between the blue and the green mark"))) {
+    , cmdBlue(ToolButton(panel, "cmdBlue", tr("Blue mark")))
+    , cmdGreen(ToolButton(panel, "cmdGreen", tr("Green mark")))
+    , cmdAdjust(ToolButton(panel, "cmdAdjust", tr("Adjust"))) {
     On(cmdBlue, &QPushButton::clicked, this, &MarkButtons::cmdBlue_Click);
     On(cmdGreen, &QPushButton::clicked, this, &MarkButtons::cmdGreen_Click);
     On(cmdAdjust, &QPushButton::clicked, this, &MarkButtons::cmdAdjust_Click);
@@ -56,14 +52,55 @@ QVBoxLayout* MarkButtons::LayOut() {
 void MarkButtons::Enabled(bool enabled) {
     for (QPushButton* button : {cmdBlue, cmdGreen, cmdAdjust})
         button->setEnabled(enabled);
+    ShowTips();
+}
+
+QString MarkButtons::WhyOff() const {
+    if (m_state.player->ReadyState() == 0)
+        return tr("Off until a film is open.");
+    if (!m_state.document.ListWindowOpen)
+        return tr("Off until a film is opened beside the list editor.");
+    return tr("Off because the list editor was opened after the film. The keys work.");
+}
+
+void MarkButtons::ShowTips() {
+    const struct {
+        QPushButton* button;
+        QString text;
+    } tips[] = {
+        {cmdBlue, tr("Mark the current position as the new start of the first marked title")},
+        {cmdGreen, tr("Mark the current position as the new start of the second marked title")},
+        {cmdAdjust, tr("Stretch the selected titles between the blue and the green mark")}};
+    for (qsizetype i = 0; const auto& tip : tips) {
+        QString text = tip.text;
+        if (i < m_keys.size())
+            text += QStringLiteral(" (%1)").arg(m_keys[i++]);
+        if (!tip.button->isEnabled())
+            text += QLatin1Char('\n') + WhyOff();
+        tip.button->setToolTip(text);
+    }
+}
+
+void MarkButtons::ForgetTimes() {
+    cmdBlue->setText({});
+    cmdGreen->setText({});
+    cmdBlue->setAccessibleName(tr("Blue mark"));
+    cmdGreen->setAccessibleName(tr("Green mark"));
+}
+
+void MarkButtons::ShowTime(QPushButton* button, const QString& name, double time) {
+    button->setText(QString::fromStdString(FormatTime(time)));
+    button->setAccessibleName(name + QLatin1Char(' ') + button->text());
 }
 
 void MarkButtons::cmdBlue_Click() {
     m_state.document.BlueMark(m_state.player->CurrentPosition());
+    ShowTime(cmdBlue, tr("Blue mark"), m_state.document.BlueMark());
 }
 
 void MarkButtons::cmdGreen_Click() {
     m_state.document.GreenMark(m_state.player->CurrentPosition());
+    ShowTime(cmdGreen, tr("Green mark"), m_state.document.GreenMark());
 }
 
 void MarkButtons::cmdAdjust_Click() {

@@ -3,6 +3,7 @@
 #include "mainwindow/mainstate.h"
 
 #include <QObject>
+#include <QStringList>
 
 class QPushButton;
 class QVBoxLayout;
@@ -17,13 +18,23 @@ class MarkButtons : public QObject {
 
     QVBoxLayout* LayOut();
     void Enabled(bool enabled);
+    /// The tool tips say what the buttons do, by which keys too, and why they are off.
+    void ShowTips();
+    /// The marks are others than those that were set here.
+    void ForgetTimes();
+    /// Of the three buttons, in their order.
+    void NameKeys(const QStringList& keys) { m_keys = keys; }
 
-  private:
     void cmdBlue_Click();
     void cmdGreen_Click();
     void cmdAdjust_Click();
 
+  private:
+    QString WhyOff() const;
+    static void ShowTime(QPushButton* button, const QString& name, double time);
+
     MainState& m_state;
+    QStringList m_keys;
     QPushButton* cmdBlue;
     QPushButton* cmdGreen;
     QPushButton* cmdAdjust;

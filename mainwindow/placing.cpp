@@ -1,5 +1,7 @@
 #include "mainwindow/placing.h"
 
+#include "model/times.h"
+
 #include <algorithm>
 
 bool Placing::Press(double position) {
@@ -13,6 +15,35 @@ bool Placing::Press(double position) {
 void Placing::Release(double position) {
     m_keyIsDown = false;
     m_keyUpTime = position;
+}
+
+PlacedTitles::Times PlacedTitles::TimesOf(const SUBTITLES& titles, std::int32_t title) {
+    return {titles.StartTime(title), titles.EndTime(title)};
+}
+
+bool PlacedTitles::Place(SUBTITLES& titles, std::int32_t title, double start, double end) {
+    if (title < 1 || title > titles.Count())
+        return false;
+    const Times before = TimesOf(titles, title);
+    titles.SetTimes(title, start, end);
+    m_placed.push_back({title, before, TimesOf(titles, title)});
+    return true;
+}
+
+std::optional<std::int32_t> PlacedTitles::TakeBack(SUBTITLES& titles) {
+    while (!m_placed.empty()) {
+        const Placed last = m_placed.back();
+        m_placed.pop_back();
+        if (TimesOf(titles, last.title) != last.after)
+            continue;
+        titles.SetTimes(last.title, last.before.start, last.before.end);
+        return last.title;
+    }
+    return {};
+}
+
+std::string PlacedText(std::int32_t title, double start, double end) {
+    return std::to_string(title) + ": " + FormatTime(start) + " - " + FormatTime(end);
 }
 
 double WithoutLag(double position, std::int32_t lagMilliseconds) {

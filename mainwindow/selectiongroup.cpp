@@ -3,8 +3,31 @@
 #include "mainwindow/handlers.h"
 #include "mainwindow/panelcontrols.h"
 #include "model/times.h"
+#include "platform/icons.h"
 
+#include <QAction>
 #include <QGridLayout>
+
+namespace {
+
+constexpr int ClearButtonRoom = 20;
+
+/// A button at the box's right end; the box's Delete key does the same.
+QAction* ClearButton(QLineEdit* box, const char* name, const QString& text) {
+    QAction* action = box->addAction(DrawnIcon(Sign::Clear), QLineEdit::TrailingPosition);
+    action->setObjectName(QString::fromLatin1(name));
+    action->setText(text);
+    action->setToolTip(text);
+    action->setShortcuts({QKeySequence(Qt::Key_Delete), QKeySequence(Qt::Key_Backspace)});
+    action->setShortcutContext(Qt::WidgetShortcut);
+    return action;
+}
+
+QString TimeText(double seconds) {
+    return QString::fromStdString(FormatTime(seconds));
+}
+
+} // namespace
 
 SelectionGroup::SelectionGroup(Player& player, QWidget* panel)
     : QObject(panel)
@@ -21,6 +44,10 @@ SelectionGroup::SelectionGroup(Player& player, QWidget* panel)
                       QStringLiteral("Shows the current playback end point"))) {
     txtSelStart->setReadOnly(true);
     txtSelEnd->setReadOnly(true);
+    On(ClearButton(txtSelStart, "clearSelStart", tr("Clear the selection start")),
+       &QAction::triggered, this, &SelectionGroup::ClearStart);
+    On(ClearButton(txtSelEnd, "clearSelEnd", tr("Clear the selection end")), &QAction::triggered,
+       this, &SelectionGroup::ClearEnd);
     On(cmdSelStart, &QPushButton::clicked, this, &SelectionGroup::cmdSelStart_Click);
     On(cmdSelEnd, &QPushButton::clicked, this, &SelectionGroup::cmdSelEnd_Click);
 }
@@ -35,8 +62,10 @@ void SelectionGroup::LayOut(QGridLayout& grid, int row, int column) {
 }
 
 void SelectionGroup::FitTexts() {
-    FitTime(txtSelStart);
-    FitTime(txtSelEnd);
+    for (QLineEdit* box : {txtSelStart, txtSelEnd}) {
+        FitTime(box);
+        box->setMinimumWidth(box->minimumWidth() + ClearButtonRoom);
+    }
     const int width = qMax(CaptionWidth(cmdSelStart), CaptionWidth(cmdSelEnd));
     cmdSelStart->setFixedWidth(width);
     cmdSelEnd->setFixedWidth(width);
@@ -55,10 +84,29 @@ void SelectionGroup::cmdSelStart_Click() {
 
 void SelectionGroup::cmdSelEnd_Click() {
     m_player.SelectionEnd(m_player.CurrentPosition());
+    m_endCleared = false;
     ShowSelection();
 }
 
 void SelectionGroup::ShowSelection() {
-    txtSelStart->setText(QString::fromStdString(FormatTime(m_player.SelectionStart())));
-    txtSelEnd->setText(QString::fromStdString(FormatTime(m_player.SelectionEnd())));
+    const double start = m_player.SelectionStart();
+    txtSelStart->setText(start < 0 ? QString() : TimeText(start));
+    txtSelEnd->setText(m_endCleared ? QString() : TimeText(m_player.SelectionEnd()));
+}
+
+void SelectionGroup::Clear() {
+    m_endCleared = false;
+    txtSelStart->clear();
+    txtSelEnd->clear();
+}
+
+void SelectionGroup::ClearStart() {
+    m_player.SelectionStart(-1);
+    txtSelStart->clear();
+}
+
+void SelectionGroup::ClearEnd() {
+    m_player.SelectionEnd(-1);
+    m_endCleared = true;
+    txtSelEnd->clear();
 }

@@ -21,10 +21,14 @@ class SelectionGroup : public QObject {
     void FitTexts();
     /// The player has a new state.
     void Refresh();
+    /// The player has a new film, and no selection.
+    void Clear();
 
   private:
     void cmdSelStart_Click();
     void cmdSelEnd_Click();
+    void ClearStart();
+    void ClearEnd();
     void ShowSelection();
 
     Player& m_player;
@@ -34,4 +38,6 @@ class SelectionGroup : public QObject {
     QPushButton* cmdSelEnd;
     QLabel* Label8;
     QLineEdit* txtSelEnd;
+    /// The end was taken away by hand: its box stays empty instead of naming the film's end.
+    bool m_endCleared = false;
 };

@@ -44,23 +44,27 @@ void SubtitleFiles::PrepareStartingName() {
     m_state.DLG.FileName = StartingName(m_state.DLG.FileName);
 }
 
-bool SubtitleFiles::AskSaveFirst() {
-    const bool save =
-        AskYesNo(m_window, QStringLiteral("You have changed subtitles.\nSave them first?"),
-                 MessageIcon::Question);
-    if (!save)
+Decision SubtitleFiles::AskSaveFirst() {
+    const Decision decision =
+        AskDecision(m_window, QStringLiteral("You have changed subtitles.\nSave them first?"));
+    if (decision == Decision::No)
         emit SaveDeclined();
-    return save;
+    return decision;
 }
 
-void SubtitleFiles::SaveIfWished() {
-    if (m_state.document.SubtitlesChanged && AskSaveFirst())
+bool SubtitleFiles::SaveIfWished() {
+    if (!m_state.document.SubtitlesChanged)
+        return true;
+    const Decision decision = AskSaveFirst();
+    if (decision == Decision::Yes)
         SaveSubtitles();
+    return decision != Decision::None;
 }
 
 std::optional<QString> SubtitleFiles::Browse() {
     if (m_state.document.SubtitlesChanged) {
-        if (AskSaveFirst() && !SaveSubtitles())
+        const Decision decision = AskSaveFirst();
+        if (decision == Decision::None || (decision == Decision::Yes && !SaveSubtitles()))
             return {};
         m_state.document.SubtitlesChanged = false;
     }

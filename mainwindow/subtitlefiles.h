@@ -2,6 +2,7 @@
 
 #include "mainwindow/filesaver.h"
 #include "mainwindow/mainstate.h"
+#include "platform/messageboxes.h"
 
 #include <QObject>
 #include <QString>
@@ -23,8 +24,9 @@ class SubtitleFiles : public QObject {
     void PrepareStartingName();
     /// Asks about changes and for a file to open or to begin. Nothing: neither.
     std::optional<QString> Browse();
-    /// Asks about changes. Whatever becomes of them, the titles go on.
-    void SaveIfWished();
+    /// Asks about changes. false: nothing was decided, so the titles must stay. Whatever
+    /// else becomes of them, they may give way.
+    bool SaveIfWished();
 
     void LoadSubtitles(const QString& name);
     /// One title from 1 s to 2 s in place of the document.
@@ -39,7 +41,7 @@ class SubtitleFiles : public QObject {
     void FileEmptying();
 
   private:
-    bool AskSaveFirst();
+    Decision AskSaveFirst();
     LoadResult LoadDocument(const QString& name);
     double AskFrameRate();
 

@@ -49,8 +49,12 @@ void TimeGroup::ShowTime(double position) {
 
 void TimeGroup::txtTime_Change() {
     const Player::PlayState state = m_player.State();
+    // The film is there already: jumping would only round its position.
+    const std::string text = txtTime->text().toStdString();
+    if (m_timeBoxUpdating && text == FormatTime(m_player.CurrentPosition()))
+        return;
     if ((state == Player::Paused && !m_timeBoxUpdating) || state == Player::Stopped)
-        m_player.CurrentPosition(ParseTime(txtTime->text().toStdString()));
+        m_player.CurrentPosition(ParseTime(text));
 }
 
 TimeSpinner::Place TimeGroup::SpinnerPlace() const {

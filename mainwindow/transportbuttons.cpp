@@ -51,8 +51,12 @@ void TransportButtons::picButtons_MouseDown() {
 
 void TransportButtons::picButtons_MouseUp() {
     tmrPosButtons->stop();
-    if (const auto target = m_strip.Target(m_player.CurrentPosition(), m_player.SelectionStart(),
-                                           m_player.SelectionEnd()))
+    Step(m_strip.ButtonUnderMouse());
+}
+
+void TransportButtons::Step(std::int16_t button) {
+    if (const auto target = StripTarget(button, m_player.CurrentPosition(),
+                                        m_player.SelectionStart(), m_player.SelectionEnd()))
         m_player.CurrentPosition(*target);
 }
 

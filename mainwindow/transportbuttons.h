@@ -20,6 +20,8 @@ class TransportButtons : public QObject {
 
     /// There is media to step through.
     void MediaEnabled(bool enabled);
+    /// What a click on the button of that number (1 to 4) does.
+    void Step(std::int16_t button);
 
   private:
     void MP_PlayStateChange(int oldState, int newState);

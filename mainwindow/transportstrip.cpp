@@ -110,6 +110,11 @@ void TransportStrip::Picture(std::int16_t number) {
     update();
 }
 
+QString TransportStrip::Tip(std::int16_t button) const {
+    const QString text = QString::fromLatin1(Tips.at(static_cast<std::size_t>(button - 1)));
+    return button > m_keys.size() ? text : QStringLiteral("%1 (%2)").arg(text, m_keys[button - 1]);
+}
+
 bool TransportStrip::event(QEvent* event) {
     switch (event->type()) {
     case QEvent::Leave:
@@ -125,9 +130,7 @@ bool TransportStrip::event(QEvent* event) {
         const std::int16_t button =
             StripButtonAt(ToTwips(help->pos().x()), ToTwips(help->pos().y()));
         if (button > 0)
-            QToolTip::showText(help->globalPos(),
-                               QString::fromLatin1(Tips.at(static_cast<std::size_t>(button - 1))),
-                               this);
+            QToolTip::showText(help->globalPos(), Tip(button), this);
         else
             QToolTip::hideText();
         return true;

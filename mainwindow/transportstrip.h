@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QPalette>
 #include <QPixmap>
+#include <QStringList>
 #include <QWidget>
 
 #include <array>
@@ -36,6 +37,8 @@ class TransportStrip : public QWidget {
 
     std::int16_t Picture() const { return m_picture; }
     void Picture(std::int16_t number);
+    /// The keys that do what the four buttons do, for their tool tips.
+    void NameKeys(const QStringList& keys) { m_keys = keys; }
 
   signals:
     void MouseMove(bool mouseHeld, double x, double y);
@@ -53,8 +56,10 @@ class TransportStrip : public QWidget {
     void mouseReleaseEvent(QMouseEvent* event) override;
 
   private:
+    QString Tip(std::int16_t button) const;
     void ReportMouse(const QPointF& place, bool held);
 
     StripPictures& m_pictures;
     std::int16_t m_picture = 1;
+    QStringList m_keys;
 };

@@ -1,5 +1,7 @@
 #include "platform/messageboxes.h"
 
+#include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMessageBox>
 #include <QPushButton>
 
@@ -19,18 +21,39 @@ QMessageBox::Icon IconOf(MessageIcon icon) {
     return QMessageBox::NoIcon;
 }
 
-QMessageBox::StandardButton Ask(QWidget* parent, const QString& text, MessageIcon icon,
-                                QMessageBox::StandardButtons buttons, const QString& details = {}) {
-    QMessageBox box(IconOf(icon), QStringLiteral("Quelmar"), text, buttons, parent);
+/// Where there is a No, the toolkit takes Escape and the close box for it; here they leave
+/// the box without any button.
+class Question : public QMessageBox {
+  public:
+    using QMessageBox::QMessageBox;
+
+  protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        if (event->matches(QKeySequence::Cancel))
+            reject();
+        else
+            QMessageBox::keyPressEvent(event);
+    }
+    void closeEvent(QCloseEvent* event) override { QDialog::closeEvent(event); }
+};
+
+Decision Decide(QWidget* parent, const QString& text, MessageIcon icon) {
+    Question box(IconOf(icon), QStringLiteral("Quelmar"), text, QMessageBox::Yes | QMessageBox::No,
+                 parent);
     box.setTextFormat(Qt::PlainText);
-    box.setInformativeText(details);
-    return static_cast<QMessageBox::StandardButton>(box.exec());
+    box.exec();
+    if (box.clickedButton() == nullptr)
+        return Decision::None;
+    return box.clickedButton() == box.button(QMessageBox::Yes) ? Decision::Yes : Decision::No;
 }
 
 } // namespace
 
 void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon, const QString& details) {
-    Ask(parent, text, icon, QMessageBox::Ok, details);
+    QMessageBox box(IconOf(icon), QStringLiteral("Quelmar"), text, QMessageBox::Ok, parent);
+    box.setTextFormat(Qt::PlainText);
+    box.setInformativeText(details);
+    box.exec();
 }
 
 int AskChoice(QWidget* parent, const QString& text, const QStringList& choices) {
@@ -50,6 +73,10 @@ int AskChoice(QWidget* parent, const QString& text, const QStringList& choices) 
     return static_cast<int>(choices.size()) - 1;
 }
 
+Decision AskDecision(QWidget* parent, const QString& text) {
+    return Decide(parent, text, MessageIcon::Question);
+}
+
 bool AskYesNo(QWidget* parent, const QString& text, MessageIcon icon) {
-    return Ask(parent, text, icon, QMessageBox::Yes | QMessageBox::No) == QMessageBox::Yes;
+    return Decide(parent, text, icon) == Decision::Yes;
 }

@@ -15,5 +15,9 @@ void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon = Messag
 /// The number of the chosen one of these button texts, from 0; the last one when the box
 /// is closed otherwise. Nothing is chosen by Enter but the first.
 int AskChoice(QWidget* parent, const QString& text, const QStringList& choices);
-/// Yes and No; anything but Yes counts as No.
+
+enum class Decision { Yes, No, None };
+/// A question with Yes and No. Escape and the close box decide nothing.
+Decision AskDecision(QWidget* parent, const QString& text);
+/// The same where deciding nothing means No.
 bool AskYesNo(QWidget* parent, const QString& text, MessageIcon icon = MessageIcon::None);

@@ -36,6 +36,7 @@ inline constexpr SettingRow SettingRows[] = {
     {"Height", SettingType::Number, SettingRow::Designed, "frmQuelmar"},
     {"MRU", SettingType::Text, "", "frmQuelmar"},
     {"LastFrameRate", SettingType::Text, "25", "frmQuelmar"},
+    {"ShowOnPicture", SettingType::Number, "1", "frmQuelmar"},
     {"ListLeft", SettingType::Number, SettingRow::Designed, "frmList"},
     {"ListTop", SettingType::Number, SettingRow::Designed, "frmList"},
     {"ListWidth", SettingType::Number, SettingRow::Designed, "frmList"},

@@ -7,6 +7,7 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QListView>
+#include <QTest>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -44,6 +45,14 @@ Answer AnswerMessage(const QString& text, QMessageBox::StandardButton button) {
         }
         EXPECT_EQ(box->text().toStdString(), text.toStdString());
         choice->click();
+    };
+}
+
+Answer LeaveMessage(const QString& text) {
+    return [=](QWidget& modal) {
+        const auto* box = qobject_cast<const QMessageBox*>(&modal);
+        EXPECT_EQ(box == nullptr ? "" : box->text().toStdString(), text.toStdString());
+        QTest::keyClick(&modal, Qt::Key_Escape);
     };
 }
 

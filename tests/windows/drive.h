@@ -20,6 +20,8 @@ using Answer = std::function<void(QWidget& modal)>;
 
 /// A message box with exactly this text (line breaks are line feeds); clicks the button.
 Answer AnswerMessage(const QString& text, QMessageBox::StandardButton button = QMessageBox::Ok);
+/// The same, left by Escape.
+Answer LeaveMessage(const QString& text);
 /// A file dialog; types the name and confirms.
 Answer AnswerFileDialog(const QString& name);
 /// The same, after a look at the dialog.

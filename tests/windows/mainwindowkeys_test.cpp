@@ -129,7 +129,7 @@ TEST_F(MainWindowKeys, AfterASeekTheTitleCurrentThereGetsTheOldPressTime) {
     ExpectTimes(2, 0.5, 3.5);
 }
 
-TEST_F(MainWindowKeys, AReleaseWhileStoppedKeepsTheKeyDown) {
+TEST_F(MainWindowKeys, AStopEndsAPlacementAndTheNextPressCounts) {
     At(0.5);
     Press();
     player->Stop();
@@ -139,7 +139,7 @@ TEST_F(MainWindowKeys, AReleaseWhileStoppedKeepsTheKeyDown) {
     Press();
     At(1);
     Release();
-    ExpectTimes(1, 0.5, 1);
+    ExpectTimes(1, 0.75, 1);
 }
 
 TEST_F(MainWindowKeys, AReleaseCountsWithoutItsPress) {

@@ -195,22 +195,22 @@ TEST(ButtonStripTest, MovingOffCancels) {
     ButtonStrip strip;
     strip.MouseMove(true, true, 600, 180);
     strip.MouseMove(true, true, 600, 10);
-    EXPECT_FALSE(strip.Target(5, 1, 9));
+    EXPECT_EQ(strip.ButtonUnderMouse(), 0);
+    EXPECT_FALSE(StripTarget(0, 5, 1, 9));
 }
 
 TEST(ButtonStripTest, TargetsStayInTheSelection) {
-    ButtonStrip strip;
-    strip.MouseMove(true, false, 200, 180);
-    EXPECT_EQ(strip.Target(5, 1, 9), 1);
-    EXPECT_EQ(strip.Target(5, -1, 600), 0);
-    strip.MouseMove(true, false, 600, 180);
-    EXPECT_EQ(strip.Target(5, 1, 9), 4.5);
-    EXPECT_EQ(strip.Target(1.2, 1, 9), 1);
-    strip.MouseMove(true, false, 900, 180);
-    EXPECT_EQ(strip.Target(5, 1, 9), 5.5);
-    EXPECT_EQ(strip.Target(8.8, 1, 9), 9);
-    strip.MouseMove(true, false, 1200, 180);
-    EXPECT_EQ(strip.Target(5, 1, 9), 9);
+    const struct {
+        std::int16_t button;
+        double position;
+        double start;
+        double end;
+        double target;
+    } rows[] = {{1, 5, 1, 9, 1},   {1, 5, -1, 600, 0}, {2, 5, 1, 9, 4.5}, {2, 1.2, 1, 9, 1},
+                {3, 5, 1, 9, 5.5}, {3, 8.8, 1, 9, 9},  {4, 5, 1, 9, 9}};
+    for (const auto& row : rows)
+        EXPECT_EQ(StripTarget(row.button, row.position, row.start, row.end), row.target)
+            << row.button;
 }
 
 /// The position after so many ticks of a held half, from 100 s.

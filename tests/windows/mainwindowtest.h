@@ -7,6 +7,7 @@
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QFile>
+#include <QKeySequence>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -46,7 +47,9 @@ class MainWindowTest : public testing::Test {
         player = fake.get();
         window = std::make_unique<frmQuelmar>(std::move(fake));
         window->show();
-        QCoreApplication::processEvents();
+        // Keys of actions are heard in the active window alone.
+        window->activateWindow();
+        EXPECT_TRUE(QTest::qWaitFor([this] { return window->isActiveWindow(); }, 3000));
     }
     /// Without a question about changes.
     void CloseWindow() {
@@ -83,6 +86,16 @@ class MainWindowTest : public testing::Test {
         return The<QPlainTextEdit>(name).toPlainText().toStdString();
     }
     void Click(const char* name) { QTest::mouseClick(&The<QAbstractButton>(name), Qt::LeftButton); }
+    /// Types the keys into the window, as the window system would hand them in.
+    static void Type(QWidget& target, const QKeySequence& keys) {
+        target.activateWindow();
+        EXPECT_TRUE(QTest::qWaitFor([&] { return target.isActiveWindow(); }, 3000));
+        const QKeyCombination first = keys[0];
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+            qt_handleKeyEvent(target.windowHandle(), type, first.key(), first.keyboardModifiers(),
+                              {}, false, 1);
+        QCoreApplication::processEvents();
+    }
     void Tick() { QMetaObject::invokeMethod(&The<QTimer>("Timer1"), "timeout"); }
 
     void OpenFilm() { Line("txtAVI").setText(In("film.avi")); }

@@ -1,0 +1,57 @@
+#include "tests/windows/mainwindowtest.h"
+
+namespace {
+
+constexpr auto SaveFirst = "You have changed subtitles.\nSave them first?";
+
+class MainWindowQuestions : public MainWindowTest {
+  protected:
+    MainWindowQuestions() {
+        Open();
+        WriteFile("next.srt", "1\r\n00:00:01,000 --> 00:00:03,000\r\nnext\r\n\r\n");
+    }
+};
+
+TEST_F(MainWindowQuestions, EscapeKeepsTheWindowOpenAndTheChanges) {
+    Changed() = true;
+    {
+        const Modals modals({LeaveMessage("Save subtitles?")});
+        EXPECT_FALSE(window->close());
+    }
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_TRUE(Changed());
+}
+
+TEST_F(MainWindowQuestions, EscapeBeforeATypedNameLeavesItUnopened) {
+    Changed() = true;
+    {
+        const Modals modals({LeaveMessage(SaveFirst)});
+        Line("txtSRT").setText(In("next.srt"));
+    }
+    EXPECT_EQ(Subt().Text(1), "first");
+    EXPECT_TRUE(Changed());
+}
+
+TEST_F(MainWindowQuestions, EscapeBeforeBrowsingOpensNoDialog) {
+    Changed() = true;
+    const Modals modals({LeaveMessage(SaveFirst)});
+    Click("cmdBrowseSRT");
+    EXPECT_TRUE(Changed());
+}
+
+TEST_F(MainWindowQuestions, TheCloseBoxOfAQuestionDecidesNothingEither) {
+    Changed() = true;
+    const Modals modals({AnswerWindow("", [](QWidget& box) { box.close(); })});
+    EXPECT_FALSE(window->close());
+    EXPECT_TRUE(Changed());
+}
+
+TEST_F(MainWindowQuestions, EscapeStartsNoNewFile) {
+    const Modals modals(
+        {AnswerFileDialog(In("new.srt")),
+         LeaveMessage("This file does not yet exist.\nDo you want to start a new file?")});
+    Click("cmdBrowseSRT");
+    EXPECT_EQ(Subt().Count(), 3);
+}
+
+} // namespace
