@@ -265,6 +265,7 @@ void frmQuelmar::OpenEditor() {
     m_state.list->winId();
     m_state.list->windowHandle()->setTransientParent(nullptr);
     m_state.list->show();
+    PB2->Marks().ForgetTimes();
     PB2->Marks().ShowTips();
 }
 
@@ -303,7 +304,7 @@ void frmQuelmar::NameKeys() {
         MP->NameKeys(row.control, keys(row.actions).join(QLatin1String(", ")));
     m_transport->picButtons->NameKeys(
         keys({"actStripStart", "actStripBack", "actStripForward", "actStripEnd"}));
-    PB2->Marks().NameKeys(keys({"actFirstMark", "actSecondMark", "actStretch"}));
+    PB2->Marks().NameKeys({"Ctrl+B", "Ctrl+G", "Ctrl+J"});
 }
 
 RecoveryNotes frmQuelmar::Notes() const {

@@ -68,12 +68,6 @@ const MainActions::Row MainActions::Rows[] = {
     {"actMute", "Sound on or off", "Ctrl+M", "Volume Mute", When::Film, true, &MainActions::Mute},
     {"actFaster", "Play faster", "Alt++; Alt+=", "", When::Film, true, &MainActions::Faster},
     {"actSlower", "Play slower", "Alt+-", "", When::Film, true, &MainActions::Slower},
-    {"actFirstMark", "First mark starts here", "Alt+1", "", When::Film, true,
-     &MainActions::FirstMark},
-    {"actSecondMark", "Second mark starts here", "Alt+2", "", When::Film, true,
-     &MainActions::SecondMark},
-    {"actStretch", "Stretch to both marks", "Alt+3", "", When::Film, true,
-     &MainActions::StretchToMarks},
     {"actPreviousToPlace", "Place the previous title next", "PgUp", "", When::Positioning, false,
      &MainActions::PreviousToPlace},
     {"actNextToPlace", "Place the next title next", "PgDown", "", When::Positioning, false,
@@ -141,6 +135,13 @@ std::vector<MainActions::Line> MainActions::Lines() const {
     std::vector<Line> lines;
     for (const Row& row : Rows)
         lines.push_back({Keys(row.name), QString::fromLatin1(row.text)});
+    // The list editor's own, which work in both windows.
+    lines.push_back(
+        {QStringLiteral("Ctrl+B"), tr("First mark starts here (the list editor is open)")});
+    lines.push_back(
+        {QStringLiteral("Ctrl+G"), tr("Second mark starts here (the list editor is open)")});
+    lines.push_back(
+        {QStringLiteral("Ctrl+J"), tr("Stretch to both marks (the list editor is open)")});
     return lines;
 }
 
@@ -220,21 +221,6 @@ void MainActions::StripForward() {
 
 void MainActions::StripEnd() {
     m_transport.Step(4);
-}
-
-void MainActions::FirstMark() {
-    if (m_state.OpenList() != nullptr)
-        m_display.Marks().cmdBlue_Click();
-}
-
-void MainActions::SecondMark() {
-    if (m_state.OpenList() != nullptr)
-        m_display.Marks().cmdGreen_Click();
-}
-
-void MainActions::StretchToMarks() {
-    if (m_state.OpenList() != nullptr)
-        m_display.Marks().cmdAdjust_Click();
 }
 
 void MainActions::PreviousToPlace() {

@@ -63,9 +63,6 @@ class MainActions : public QObject {
     void StripBack();
     void StripForward();
     void StripEnd();
-    void FirstMark();
-    void SecondMark();
-    void StretchToMarks();
     void PreviousToPlace();
     void NextToPlace();
     void TakeBack();

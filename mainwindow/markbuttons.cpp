@@ -3,6 +3,7 @@
 #include "listeditor/frmList.h"
 #include "mainwindow/handlers.h"
 #include "mainwindow/panelcontrols.h"
+#include "model/times.h"
 #include "platform/icons.h"
 #include "platform/messageboxes.h"
 
@@ -32,6 +33,8 @@ MarkButtons::MarkButtons(MainState& state, QWidget* panel)
     , cmdBlue(ToolButton(panel, "cmdBlue", tr("Blue mark")))
     , cmdGreen(ToolButton(panel, "cmdGreen", tr("Green mark")))
     , cmdAdjust(ToolButton(panel, "cmdAdjust", tr("Adjust"))) {
+    m_connection = state.document.Subscribe(
+        [this](const Change& change) { Guarded([&] { Document_Change(change); }); });
     On(cmdBlue, &QPushButton::clicked, this, &MarkButtons::cmdBlue_Click);
     On(cmdGreen, &QPushButton::clicked, this, &MarkButtons::cmdGreen_Click);
     On(cmdAdjust, &QPushButton::clicked, this, &MarkButtons::cmdAdjust_Click);
@@ -81,7 +84,23 @@ void MarkButtons::ShowTips() {
     }
 }
 
+// The list editor marks the ends of its list before it shows; those are nobody's marks.
+void MarkButtons::Document_Change(const Change& change) {
+    const frmList* list = m_state.OpenList();
+    if (change.kind != Change::Kind::Marks || list == nullptr || !list->isVisible())
+        return;
+    const auto show = [](QPushButton* button, const QString& name, double& shown, double time) {
+        if (shown != time)
+            ShowTime(button, name, time);
+        shown = time;
+    };
+    show(cmdBlue, tr("Blue mark"), m_blue, m_state.document.BlueMark());
+    show(cmdGreen, tr("Green mark"), m_green, m_state.document.GreenMark());
+}
+
 void MarkButtons::ForgetTimes() {
+    m_blue = m_state.document.BlueMark();
+    m_green = m_state.document.GreenMark();
     cmdBlue->setText({});
     cmdGreen->setText({});
     cmdBlue->setAccessibleName(tr("Blue mark"));
@@ -95,12 +114,10 @@ void MarkButtons::ShowTime(QPushButton* button, const QString& name, double time
 
 void MarkButtons::cmdBlue_Click() {
     m_state.document.BlueMark(m_state.player->CurrentPosition());
-    ShowTime(cmdBlue, tr("Blue mark"), m_state.document.BlueMark());
 }
 
 void MarkButtons::cmdGreen_Click() {
     m_state.document.GreenMark(m_state.player->CurrentPosition());
-    ShowTime(cmdGreen, tr("Green mark"), m_state.document.GreenMark());
 }
 
 void MarkButtons::cmdAdjust_Click() {

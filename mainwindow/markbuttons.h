@@ -25,16 +25,19 @@ class MarkButtons : public QObject {
     /// Of the three buttons, in their order.
     void NameKeys(const QStringList& keys) { m_keys = keys; }
 
+  private:
     void cmdBlue_Click();
     void cmdGreen_Click();
     void cmdAdjust_Click();
-
-  private:
     QString WhyOff() const;
+    void Document_Change(const Change& change);
     static void ShowTime(QPushButton* button, const QString& name, double time);
 
     MainState& m_state;
     QStringList m_keys;
+    Connection m_connection;
+    double m_blue = 0;
+    double m_green = 0;
     QPushButton* cmdBlue;
     QPushButton* cmdGreen;
     QPushButton* cmdAdjust;

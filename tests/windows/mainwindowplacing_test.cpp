@@ -75,19 +75,6 @@ TEST_F(MainWindowPlacing, AStopByHandPlacesNothing) {
     ExpectTimes(1, 1, 3);
 }
 
-TEST_F(MainWindowPlacing, AKeyReleasedInAnotherWindowIsNotDownForEver) {
-    At(0.5);
-    Key(QEvent::KeyPress);
-    QWidget other;
-    other.show();
-    other.activateWindow();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return other.isActiveWindow(); }, 3000));
-    window->activateWindow();
-    ASSERT_TRUE(QTest::qWaitFor([this] { return window->isActiveWindow(); }, 3000));
-    Place(0.75, 1);
-    ExpectTimes(1, 0.75, 1);
-}
-
 TEST_F(MainWindowPlacing, TheMenuKeyPlacesAndOpensNoMenu) {
     window->ActionKey = 93;
     Line("txtTime").setFocus();
