@@ -188,8 +188,10 @@ class Demo {
             if (dialog == nullptr)
                 return;
             answer.stop();
-            // A text put into the box would leave the file that is selected in the list.
+            // A text put into the box would leave the file that is selected in the list, and
+            // the selection leaves a box that has the focus.
             dialog->selectFile(name);
+            dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
             Picture("save");
             dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Save)->click();
         });
