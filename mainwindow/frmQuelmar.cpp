@@ -8,6 +8,7 @@
 #include "mainwindow/keyplacer.h"
 #include "mainwindow/mainactions.h"
 #include "mainwindow/panelcontrols.h"
+#include "mainwindow/soundlane.h"
 #include "mainwindow/subtitlefiles.h"
 #include "mainwindow/transportbuttons.h"
 #include "mainwindow/windowplace.h"
@@ -70,6 +71,12 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
     m_transport = std::make_unique<TransportButtons>(*m_state.player, this);
     m_keys = std::make_unique<KeyPlacer>(m_state, *PB2, ActionKey, this);
     m_actions = std::make_unique<MainActions>(m_state, *PB2, *m_keys, *m_transport, this);
+    m_lane = std::make_unique<SoundLane>(m_state, *MP,
+                                         SoundLane::Host{[this] { OpenEditor(); },
+                                                         [this] {
+                                                             return ShownTitle();
+                                                         }},
+                                         this);
     NameKeys();
     ConnectParts();
     Form_Load();
@@ -77,6 +84,7 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
 
 frmQuelmar::~frmQuelmar() {
     m_state.player->disconnect(this);
+    m_lane.reset();
     delete m_state.list.data();
 }
 
@@ -100,6 +108,9 @@ void frmQuelmar::ConnectParts() {
     connect(player, &Player::PlayStateChange, m_actions.get(), &MainActions::Refresh);
     connect(m_actions.get(), &MainActions::OtherWindow, this, &frmQuelmar::OtherWindow);
     connect(m_actions.get(), &MainActions::ShowKeys, this, &frmQuelmar::ShowKeys);
+    connect(m_actions.get(), &MainActions::LaneWanted, m_lane.get(), &SoundLane::Toggle);
+    connect(m_keys.get(), &KeyPlacer::PlacingSince, m_lane.get(), &SoundLane::Placing);
+    connect(m_lane.get(), &SoundLane::RoomChanged, this, &frmQuelmar::Form_Resize);
     Subt.UndoChangedListLength = [this] {
         Subt_UndoChangedListLength();
     };
@@ -153,6 +164,7 @@ void frmQuelmar::WriteSettings() const {
                        QString::fromStdString(NumberText(RoundTime(m_state.document.FrameRate))));
     settings.SetString("MRU", m_state.DLG.FileName);
     settings.SetDword("ShowOnPicture", MP->TitlesOnPicture() ? 1 : 0);
+    m_lane->WriteSettings();
 }
 
 void frmQuelmar::SizePanels() {
@@ -179,7 +191,7 @@ void frmQuelmar::Form_Resize() {
         PB2->move(PB->pos());
         PB2->raise();
     }
-    MP->resize(width(), PB->y());
+    MP->resize(width(), m_lane ? m_lane->LayOut(width(), PB->y()) : PB->y());
     QWidget* strip = m_transport->picButtons;
     if (MP->height() > ButtonStripOffsetTop)
         strip->move(strip->x(), MP->height() - ButtonStripOffsetTop);
@@ -293,7 +305,8 @@ void frmQuelmar::NameKeys() {
                 {"mpSlider", {"actFiveBack", "actFiveForward"}},
                 {"mpMute", {"actMute"}},
                 {"mpVolume", {"actLouder", "actQuieter"}},
-                {"mpRate", {"actFaster", "actSlower"}}};
+                {"mpRate", {"actFaster", "actSlower"}},
+                {"mpLane", {"actLane"}}};
     const auto keys = [this](const QStringList& actions) {
         QStringList texts;
         for (const QString& action : actions)

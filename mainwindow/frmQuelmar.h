@@ -16,6 +16,7 @@ class FilePanel;
 class KeyPlacer;
 class MainActions;
 class MediaPlayerControl;
+class SoundLane;
 class SubtitleFiles;
 class TransportButtons;
 
@@ -99,4 +100,5 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::unique_ptr<TransportButtons> m_transport;
     std::unique_ptr<KeyPlacer> m_keys;
     std::unique_ptr<MainActions> m_actions;
+    std::unique_ptr<SoundLane> m_lane;
 };

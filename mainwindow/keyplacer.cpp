@@ -79,6 +79,7 @@ void KeyPlacer::KeyboardLost() {
         return;
     m_keyRepeat.Reset();
     m_placing.Forget();
+    emit PlacingSince({});
     m_spent = false;
 }
 
@@ -115,6 +116,7 @@ void KeyPlacer::DisplayStopping(std::int32_t title) {
     m_heldToTheStop = title;
     m_spent = true;
     m_placing.Forget();
+    emit PlacingSince({});
 }
 
 void KeyPlacer::MP_PlayStateChange(int /*oldState*/, int newState) {
@@ -267,10 +269,12 @@ void KeyPlacer::ActionKeyPressed(double position) {
     if (!m_placing.Press(position))
         return;
     m_state.document.SubtitlesChanged = true;
+    emit PlacingSince(position);
 }
 
 void KeyPlacer::ActionKeyReleased(double position) {
     m_placing.Release(position);
+    emit PlacingSince({});
     Place(m_display.CurrentTitle());
     m_display.Advance();
 }

@@ -36,6 +36,8 @@ class KeyPlacer : public QObject {
   signals:
     /// What was recorded, or taken back, for people.
     void Placed(const QString& text);
+    /// A title is being placed since this time (seconds), or none is any more.
+    void PlacingSince(std::optional<double> time);
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

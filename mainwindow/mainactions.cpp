@@ -74,6 +74,8 @@ const MainActions::Row MainActions::Rows[] = {
      &MainActions::NextToPlace},
     {"actTakeBack", "Take the last placement back", "Ctrl+Z", "", When::Film, false,
      &MainActions::TakeBack},
+    {"actLane", "Show or hide the film's sound", "Ctrl+L", "", When::Film, true,
+     &MainActions::LaneWanted},
     {"actOtherWindow", "The other window (film or list)", "F6", "", When::Always, true,
      &MainActions::OtherWindow},
     {"actKeys", "This list of keys", "F1", "", When::Always, true, &MainActions::ShowKeys},

@@ -38,6 +38,7 @@ class MainActions : public QObject {
   signals:
     void OtherWindow();
     void ShowKeys();
+    void LaneWanted();
 
   private:
     enum class When : std::uint8_t;

@@ -30,6 +30,7 @@ enum class Sign {
     Sound,
     Silence,
     Note,
+    Lane,
     BlueFlag,
     GreenFlag,
     StretchToMarks,

@@ -55,6 +55,9 @@ inline constexpr SettingRow SettingRows[] = {
     {"StretchTop", SettingType::Number, SettingRow::Designed, "frmStretch"},
     {"CodePage", SettingType::Text, "windows-1252", SettingRow::Nobody},
     {"LagMs", SettingType::Number, "0", SettingRow::Nobody},
+    {"Lane", SettingType::Number, "1", "frmQuelmar"},
+    {"LaneHeight", SettingType::Number, "96", "frmQuelmar"},
+    {"LaneFollow", SettingType::Number, "0", "frmQuelmar"},
     {"SubRipStyles", SettingType::Number, "0", "frmQuelmar"},
 };
 

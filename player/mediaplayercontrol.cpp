@@ -117,6 +117,9 @@ void MediaPlayerControl::MakeBar() {
     m_rate->setPopupMode(QToolButton::InstantPopup);
     m_rates = new QMenu(m_rate);
     m_rate->setMenu(m_rates);
+    m_lane = MakeButton("mpLane", tr("Sound and titles"));
+    m_lane->setCheckable(true);
+    m_lane->hide();
 
     auto* layout = new QHBoxLayout(m_bar);
     layout->setContentsMargins(StripSpace, 0, 6, 0);
@@ -124,8 +127,8 @@ void MediaPlayerControl::MakeBar() {
     layout->addWidget(m_play);
     layout->addWidget(m_stop);
     layout->addWidget(m_slider, 1);
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{m_elapsed, m_slash, m_total, m_mute, m_volume, m_rate})
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_elapsed, m_slash, m_total, m_mute,
+                                                           m_volume, m_rate, m_lane})
         layout->addWidget(widget);
 }
 
@@ -144,6 +147,10 @@ void MediaPlayerControl::Listen() {
     connect(m_mute, &QToolButton::clicked, this, [this](bool on) {
         m_player.Muted(on);
         GiveKeyboardBack(*m_mute);
+    });
+    connect(m_lane, &QToolButton::clicked, this, [this] {
+        emit LaneClicked();
+        GiveKeyboardBack(*m_lane);
     });
     connect(m_slider, &QSlider::valueChanged, this, &MediaPlayerControl::Seek);
     connect(m_slider, &QSlider::sliderReleased, &m_player, &Player::Activated);
@@ -191,6 +198,12 @@ void MediaPlayerControl::Refresh() {
         m_follow.stop();
     ShowIcons();
     Follow(m_player.CurrentPosition());
+    FitBar();
+}
+
+void MediaPlayerControl::LaneButton(bool offered, bool shown) {
+    m_laneOffered = offered;
+    m_lane->setChecked(shown);
     FitBar();
 }
 
@@ -244,11 +257,13 @@ void MediaPlayerControl::ShowIcons() {
     const bool playing = m_player.State() == Player::Playing;
     m_play->setIcon(DrawnIcon(playing ? Sign::Pause : Sign::Play));
     m_stop->setIcon(DrawnIcon(Sign::Stop));
+    m_lane->setIcon(DrawnIcon(Sign::Lane));
     m_mute->setIcon(DrawnIcon(m_player.Muted() ? Sign::Silence : Sign::Sound));
 }
 
 /// In a narrow window the slider keeps its room; what the menu offers too goes first.
 void MediaPlayerControl::FitBar() {
+    m_lane->setVisible(m_laneOffered);
     QWidget* const dispensable[] = {m_volume, m_total, m_rate, m_mute};
     for (QWidget* widget : dispensable)
         widget->show();

@@ -34,8 +34,14 @@ class MediaPlayerControl : public QWidget {
     void ShowTitle(const QString& text);
     bool TitlesOnPicture() const { return m_titlesOnPicture; }
     void TitlesOnPicture(bool wanted);
+    /// The button that shows and hides the lane with the film's sound: there is one
+    /// for this film, and it is to be seen.
+    void LaneButton(bool offered, bool shown);
     /// Tool tips name the keys that do the same.
     void NameKeys(const char* button, const QString& keys);
+
+  signals:
+    void LaneClicked();
 
   protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -73,4 +79,6 @@ class MediaPlayerControl : public QWidget {
     JumpSlider* m_volume = nullptr;
     QToolButton* m_rate = nullptr;
     QMenu* m_rates = nullptr;
+    QToolButton* m_lane = nullptr;
+    bool m_laneOffered = false;
 };

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "lane/lane.h"
+#include "mainwindow/mainstate.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QTimer>
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <vector>
+
+class MediaPlayerControl;
+class SoundMap;
+class SoundMapper;
+class QMenu;
+class frmList;
+
+/// The lane in the main window: ties it to the document, the player and the list editor, and
+/// has the film's sound mapped. The lane itself is made for the first film that has sound.
+class SoundLane : public QObject {
+    Q_OBJECT
+
+  public:
+    /// What the main window does for it.
+    struct Host {
+        /// Loads the list editor, if it is not.
+        std::function<void()> openList;
+        std::function<std::int32_t()> shownTitle;
+    };
+
+    SoundLane(MainState& state, MediaPlayerControl& control, Host host, QWidget* window);
+    ~SoundLane() override;
+
+    /// Lays the lane out at the bottom of the room of the picture and the lane, in the window.
+    /// What the picture keeps is returned; where both do not fit, that is all of it.
+    int LayOut(int width, int room);
+    /// Shows the lane where it was hidden, and hides it where it was shown.
+    void Toggle();
+    /// A title is being placed by key since this time; nothing: none is any more.
+    void Placing(std::optional<double> since);
+    void WriteSettings() const;
+
+  signals:
+    /// The picture and the lane are to be laid out anew.
+    void RoomChanged();
+
+  private:
+    bool Offered() const;
+    void MakeLane();
+    void FilmChanged();
+    void MapSound();
+    void SoundChanged();
+    void ShowButton();
+
+    void Document_Change(const Change& change);
+    void TakeTitles();
+    void TakeTimes(const Change& change);
+    void TakeMarks();
+    void TakeListSelection();
+    void ShowCurrent();
+
+    void SetTimes(const std::vector<LaneTimes>& titles);
+    void ChoiceChanged(const std::vector<std::int32_t>& titles);
+    void Edit(std::int32_t title);
+    void Insert(double seconds);
+    void ShowMenu(std::int32_t title, double seconds, const QPoint& place);
+    void AddListCommands(QMenu& menu, std::int32_t title);
+    void RunInList(const QString& entry);
+    void GrowBy(int pixels);
+
+    MainState& m_state;
+    MediaPlayerControl& m_control;
+    const Host m_host;
+    QWidget* const m_window;
+    bool m_wanted;
+    int m_height;
+    LaneView::Follow m_follow;
+    QPointer<Lane> m_lane;
+    Connection m_connection;
+    std::unique_ptr<SoundMapper> m_mapper;
+    std::shared_ptr<const SoundMap> m_map;
+    /// The film and the track that the map is of.
+    QString m_film;
+    int m_track = -1;
+    bool m_silent = true;
+    std::atomic<bool> m_soundPosted = false;
+    QTimer m_current;
+    QPointer<frmList> m_listHeard;
+    /// A selection is being taken over.
+    bool m_choosing = false;
+};
