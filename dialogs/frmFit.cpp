@@ -99,7 +99,7 @@ void frmFit::LayOut() {
         button->setAutoDefault(false);
 
     auto* buttons = new QHBoxLayout;
-    buttons->addWidget(new QLabel(tr("On the film:"), this));
+    buttons->addWidget(new QLabel(tr("Show the times:"), this));
     buttons->addWidget(optBefore);
     buttons->addWidget(optAfter);
     buttons->addWidget(cmdListen);

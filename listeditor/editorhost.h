@@ -15,6 +15,8 @@ class EditorHost {
     virtual Document& document() = 0;
     /// Moves the player, in seconds; does nothing without media.
     virtual void MediaPosition(double seconds) = 0;
+    /// Plays this part of the film, in seconds, and pauses; nothing without media.
+    virtual void Listen(double from, double to) = 0;
     /// Where the player is, in seconds; nothing without media.
     virtual std::optional<double> FilmPosition() const { return std::nullopt; }
     /// Where the film's picture is on the screen; empty where there is none.

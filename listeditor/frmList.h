@@ -13,6 +13,7 @@
 #include <vector>
 
 class RowDelegate;
+struct FitSource;
 class RowModel;
 class Versions;
 enum class RowColour : std::uint8_t;
@@ -67,6 +68,8 @@ class frmList final : public QMainWindow, public TitleList {
     void mnuTimeSecond_Click();
     void mnuTimeFirstHere_Click();
     void mnuTimeSecondHere_Click();
+    void mnuTimeFitSound_Click();
+    void mnuTimeFitFile_Click();
     void mnuViewFont_Click();
     void mnuViewToolbar_Click();
 
@@ -129,6 +132,7 @@ class frmList final : public QMainWindow, public TitleList {
     void ShowCorrected(const std::vector<std::int32_t>& rows);
     void RemoveRows(const std::vector<std::int32_t>& rows, bool lastStaysSelected);
     void OpenEdit();
+    void OpenFit(FitSource source);
 
     SUBTITLES& Subt() { return m_host.document().Subt; }
     /// Somebody else than this window may have changed the titles.

@@ -263,6 +263,16 @@ std::span<const ListCommand> frmList::Commands() {
                         [](frmList& list) {
                             list.StretchToMarks();
                         }},
+        ListCommand{.entry = "mnuTimeFitSound",
+                    .entryCaption = "&Fit to sound...",
+                    .menu = ListMenu::Timing,
+                    .place = 140,
+                    .run = [](frmList& list) { list.mnuTimeFitSound_Click(); }},
+        ListCommand{.entry = "mnuTimeFitFile",
+                    .entryCaption = "Fit to another file...",
+                    .menu = ListMenu::Timing,
+                    .place = 150,
+                    .run = [](frmList& list) { list.mnuTimeFitFile_Click(); }},
         ListCommand{.entry = "mnuViewFont",
                     .entryCaption = "&Font...",
                     .menu = ListMenu::View,

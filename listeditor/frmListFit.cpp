@@ -1,0 +1,46 @@
+#include "dialogs/fitsources.h"
+#include "dialogs/frmFit.h"
+#include "formats/format.h"
+#include "listeditor/frmList.h"
+#include "listeditor/listfit.h"
+#include "platform/commondialogs.h"
+#include "platform/messageboxes.h"
+#include "platform/settings.h"
+
+#include <QFile>
+
+namespace {
+
+/// As the system names files.
+std::filesystem::path PathOf(const QString& name) {
+#ifdef Q_OS_WIN
+    return name.toStdWString();
+#else
+    return QFile::encodeName(name).toStdString();
+#endif
+}
+
+} // namespace
+
+void frmList::OpenFit(FitSource source) {
+    if (Subt().Count() == 0)
+        return;
+    ListFit fit(*this, m_host);
+    (new frmFit(fit, std::move(source), this))->exec();
+}
+
+void frmList::mnuTimeFitSound_Click() {
+    if (!m_host.FilmPosition())
+        return ShowMessage(this, tr("Open a film first: its sound tells where the titles belong."));
+    OpenFit(SoundOf(PathOf(QString::fromStdString(document().MediaFile))));
+}
+
+void frmList::mnuTimeFitFile_Click() {
+    CommonDialog dialog;
+    dialog.Title = tr("Fit to the titles of");
+    dialog.Filter = QString::fromStdString(FormatFilter());
+    dialog.FileMustExist = true;
+    if (dialog.ShowOpen(this))
+        OpenFit(TitlesOf(PathOf(dialog.FileName),
+                         Settings().String("CodePage").toStdString(), document().FrameRate));
+}

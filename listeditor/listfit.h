@@ -1,0 +1,26 @@
+#pragma once
+
+#include "dialogs/fithost.h"
+#include "listeditor/editorhost.h"
+
+class frmList;
+
+/// What the fitting dialog works on when the list editor opens it: the list shows what
+/// is proposed, and its rows are coloured as edited in the end.
+class ListFit : public FitHost {
+  public:
+    ListFit(frmList& list, EditorHost& host)
+        : m_list(list)
+        , m_host(host) {}
+
+    SUBTITLES& FitTitles() override { return m_host.document().Subt; }
+    std::vector<FitAnchor> FitAnchors() const override;
+    void Listen(double from, double to) override { m_host.Listen(from, to); }
+    void ShowProposed(std::span<const FitTimes> times) override;
+    void Fitted(std::span<const std::int32_t> rows) override;
+
+  private:
+    frmList& m_list;
+    EditorHost& m_host;
+    bool m_shown = false;
+};
