@@ -5,22 +5,8 @@
 #include "listeditor/listfit.h"
 #include "platform/commondialogs.h"
 #include "platform/messageboxes.h"
+#include "platform/paths.h"
 #include "platform/settings.h"
-
-#include <QFile>
-
-namespace {
-
-/// As the system names files.
-std::filesystem::path PathOf(const QString& name) {
-#ifdef Q_OS_WIN
-    return name.toStdWString();
-#else
-    return QFile::encodeName(name).toStdString();
-#endif
-}
-
-} // namespace
 
 void frmList::OpenFit(FitSource source) {
     if (Subt().Count() == 0)
@@ -41,6 +27,6 @@ void frmList::mnuTimeFitFile_Click() {
     dialog.Filter = QString::fromStdString(FormatFilter());
     dialog.FileMustExist = true;
     if (dialog.ShowOpen(this))
-        OpenFit(TitlesOf(PathOf(dialog.FileName),
-                         Settings().String("CodePage").toStdString(), document().FrameRate));
+        OpenFit(TitlesOf(PathOf(dialog.FileName), Settings().String("CodePage").toStdString(),
+                         document().FrameRate));
 }
