@@ -267,12 +267,18 @@ std::span<const ListCommand> frmList::Commands() {
                     .entryCaption = "&Fit to sound...",
                     .menu = ListMenu::Timing,
                     .place = 140,
-                    .run = [](frmList& list) { list.mnuTimeFitSound_Click(); }},
+                    .run =
+                        [](frmList& list) {
+                            list.mnuTimeFitSound_Click();
+                        }},
         ListCommand{.entry = "mnuTimeFitFile",
                     .entryCaption = "Fit to another file...",
                     .menu = ListMenu::Timing,
                     .place = 150,
-                    .run = [](frmList& list) { list.mnuTimeFitFile_Click(); }},
+                    .run =
+                        [](frmList& list) {
+                            list.mnuTimeFitFile_Click();
+                        }},
         ListCommand{.entry = "mnuViewFont",
                     .entryCaption = "&Font...",
                     .menu = ListMenu::View,

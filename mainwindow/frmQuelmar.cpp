@@ -25,6 +25,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QScreen>
+#include <QTimer>
 #include <QWindow>
 
 #include <cmath>
@@ -77,6 +78,10 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
                                                              return ShownTitle();
                                                          }},
                                          this);
+    tmrListen = new QTimer(this);
+    tmrListen->setObjectName("tmrListen");
+    tmrListen->setSingleShot(true);
+    tmrListen->setTimerType(Qt::PreciseTimer);
     NameKeys();
     ConnectParts();
     Form_Load();
@@ -92,6 +97,7 @@ void frmQuelmar::ConnectParts() {
     const Player* player = m_state.player.get();
     connect(player, &Player::ReadyStateChange, this, &frmQuelmar::EnableMediaControls);
     connect(player, &Player::Activated, this, [this] { setFocus(); });
+    connect(tmrListen, &QTimer::timeout, this, &frmQuelmar::tmrListen_Timer);
     connect(PB.get(), &FilePanel::MediaNamed, this, &frmQuelmar::MediaNamed);
     connect(PB.get(), &FilePanel::MediaBrowsed, this, &frmQuelmar::MediaBrowsed);
     connect(PB.get(), &FilePanel::ModeChosen, this, [this](DisplayMode mode) {
@@ -351,6 +357,18 @@ void frmQuelmar::RestoreDocument(RecoveredDocument document) {
 void frmQuelmar::MediaPosition(double seconds) {
     if (m_state.player->ReadyState() != 0)
         m_state.player->CurrentPosition(seconds);
+}
+
+void frmQuelmar::Listen(double from, double to) {
+    if (m_state.player->ReadyState() == 0)
+        return;
+    m_state.player->CurrentPosition(from);
+    m_state.player->Play();
+    tmrListen->start(std::chrono::milliseconds(static_cast<int>((to - from) * 1000)));
+}
+
+void frmQuelmar::tmrListen_Timer() {
+    m_state.player->Pause();
 }
 
 std::optional<double> frmQuelmar::FilmPosition() const {

@@ -17,6 +17,7 @@ class KeyPlacer;
 class MainActions;
 class MediaPlayerControl;
 class SoundLane;
+class QTimer;
 class SubtitleFiles;
 class TransportButtons;
 
@@ -54,6 +55,7 @@ class frmQuelmar : public QWidget, public EditorHost {
 
     Document& document() override { return m_state.document; }
     void MediaPosition(double seconds) override;
+    void Listen(double from, double to) override;
     std::optional<double> FilmPosition() const override;
     QRect FilmPlace() const override;
     std::int32_t ShownTitle() const override;
@@ -74,6 +76,7 @@ class frmQuelmar : public QWidget, public EditorHost {
 
   private:
     void ConnectParts();
+    void tmrListen_Timer();
     void Form_Load();
     void Form_Resize();
     bool Form_Unload();
@@ -101,4 +104,6 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::unique_ptr<KeyPlacer> m_keys;
     std::unique_ptr<MainActions> m_actions;
     std::unique_ptr<SoundLane> m_lane;
+    /// Ends what `Listen` began.
+    QTimer* tmrListen = nullptr;
 };

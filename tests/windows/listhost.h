@@ -18,6 +18,7 @@ class ListHost : public EditorHost {
 
     Document& document() override { return m_document; }
     void MediaPosition(double seconds) override { positions.push_back(seconds); }
+    void Listen(double from, double to) override { listened.emplace_back(from, to); }
     std::int32_t ShownTitle() const override { return shownTitle; }
     void EditButtonsEnabled(bool enabled) override { editButtons = enabled; }
 
@@ -27,6 +28,7 @@ class ListHost : public EditorHost {
     void Close();
 
     std::vector<double> positions;
+    std::vector<std::pair<double, double>> listened;
     std::int32_t shownTitle = 1;
     std::optional<bool> editButtons;
     /// Steps that changed titles.
