@@ -217,17 +217,22 @@ struct Ratio {
     double goal;
 };
 
-constexpr std::array<Ratio, 7> Ratios{
+constexpr std::array<Ratio, 11> Ratios{
     {{"load .srt : minimal scanner", "load .srt", "scan .srt", 0.5},
      {"load .sub : load .srt, per byte", "load .sub", "load .srt", 0.5},
      {"load .smi : load .srt, per byte", "load .smi", "load .srt", 0.5},
+     {"load .vtt : load .srt, per byte", "load .vtt", "load .srt", 0.5},
+     {"load .ass : load .srt, per byte", "load .ass", "load .srt", 0.5},
      {"save .srt : to_chars and one write", "save .srt", "dump .srt", 0.5},
      {"the same, both flushed to the disk", "save .srt flushed", "dump .srt flushed", 0.5},
      {"save .sub : save .srt, per byte", "save .sub", "save .srt", 0},
-     {"save .smi : save .srt, per byte", "save .smi", "save .srt", 0}}};
+     {"save .smi : save .srt, per byte", "save .smi", "save .srt", 0},
+     {"save .vtt : save .srt, per byte", "save .vtt", "save .srt", 0.5},
+     {"save .ass : save .srt, per byte", "save .ass", "save .srt", 0.5}}};
 
-constexpr std::array<const char*, 6> Growing{"load .srt", "load .sub", "load .smi",
-                                             "save .srt", "save .sub", "save .smi"};
+constexpr std::array<const char*, 10> Growing{"load .srt", "load .sub", "load .smi", "load .vtt",
+                                              "load .ass", "save .srt", "save .sub", "save .smi",
+                                              "save .vtt", "save .ass"};
 constexpr double MostLocate = 1e-3;
 
 std::string Name(const char* what, std::int32_t count) {
@@ -331,10 +336,14 @@ int main(int argc, char** argv) {
     Register("scan .srt", Scan);
     Register("load .sub", Load, ".sub");
     Register("load .smi", Load, ".smi");
+    Register("load .vtt", Load, ".vtt");
+    Register("load .ass", Load, ".ass");
     Register("save .srt", Save, ".srt", false);
     Register("dump .srt", Dump, false);
     Register("save .sub", Save, ".sub", false);
     Register("save .smi", Save, ".smi", false);
+    Register("save .vtt", Save, ".vtt", false);
+    Register("save .ass", Save, ".ass", false);
     Register("save .srt flushed", Save, ".srt", true);
     Register("dump .srt flushed", Dump, true);
     benchmark::RegisterBenchmark("locate", Locate)

@@ -11,6 +11,7 @@
 #include "formats/subrip.h"
 #include "formats/substation.h"
 #include "formats/subviewer.h"
+#include "formats/timedtext.h"
 #include "formats/webvtt.h"
 
 #include <algorithm>
@@ -67,7 +68,8 @@ std::span<const Format> Formats() {
                                 SbvFormat(),
                                 SubViewerFormat(),
                                 Mpl2Format(),
-                                LrcFormat()};
+                                LrcFormat(),
+                                TimedTextFormat()};
     return All;
 }
 

@@ -78,6 +78,9 @@ struct Format {
 
     // The rest is for formats that keep more than times and texts.
 
+    /// Loaded and saved, a file has the same bytes; when titles are moved, all but their
+    /// times.
+    bool exact = false;
     /// What `FileStyle::format` is when this format left something in the style.
     const char* keeps = nullptr;
     /// What other formats lack, for people: "positions and styles".

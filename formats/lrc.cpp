@@ -149,6 +149,17 @@ void AppendTag(std::string& out, double time) {
     out += ']';
 }
 
+std::string OneLine(std::string_view text) {
+    std::string line;
+    LineReader lines(text);
+    for (bool first = true; !lines.AtEnd(); first = false) {
+        if (!first)
+            line += ' ';
+        line += lines.Next();
+    }
+    return line;
+}
+
 /// A line holds no line ends, and one without words would be no title.
 void AppendWords(const SUBTITLES& titles, std::int32_t index, bool kept, std::string& out) {
     std::string words;
@@ -160,13 +171,7 @@ void AppendWords(const SUBTITLES& titles, std::int32_t index, bool kept, std::st
         const auto end = reader.Number<double>();
         words = MovedInnerTimes(words, start, end, titles.StartTime(index), titles.EndTime(index));
     }
-    std::string line;
-    LineReader lines(words);
-    for (bool first = true; !lines.AtEnd(); first = false) {
-        if (!first)
-            line += ' ';
-        line += lines.Next();
-    }
+    const std::string line = OneLine(words);
     std::string_view rest = line;
     if (line.empty() || TakeTime(rest))
         out += ' ';
@@ -216,5 +221,6 @@ Format LrcFormat() {
             .losses = {.grain = 1 / Hundredths, .overlaps = true},
             .keeps = Keeps,
             .keptParts = "times within the words",
-            .plainText = WebVttPlainText};
+            .plainText = WebVttPlainText,
+            .adoptedText = OneLine};
 }

@@ -3,6 +3,7 @@
 #include "formats/packed.h"
 #include "formats/reading.h"
 #include "formats/sami.h"
+#include "formats/timedtext.h"
 #include "formats/writing.h"
 
 namespace {
@@ -251,7 +252,9 @@ Format SamiFormat() {
             .mimeType = "application/x-sami",
             .corruptMessage = "File is corrupt or not in SAMI format.",
             .recognise =
-                [](const TextBeginning& beginning) { return beginning.firstLine.starts_with('<'); },
+                [](const TextBeginning& beginning) {
+                    return beginning.firstLine.starts_with('<') && !IsTimedText(beginning.text);
+                },
             .read = ReadSAMI,
             .write = WriteSAMI,
             .losses = {.emptyTitles = true, .overlaps = true, .blanks = true, .markup = true},

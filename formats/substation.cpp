@@ -175,6 +175,7 @@ Format Row() {
             .read = ReadSubStation,
             .write = nullptr,
             .losses = {.grain = 0.01},
+            .exact = true,
             .keeps = Keeps,
             .keptParts = "positions and styles",
             .plainText = SubStationPlainText,

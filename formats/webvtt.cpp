@@ -150,11 +150,12 @@ FrameReader::Reading Understood(const CueScanner::Cue& cue, std::string_view lin
     FrameReader::Reading reading;
     reading.start = cue.start;
     reading.end = cue.end;
-    reading.text = WebVttToText(raw);
-    const bool tags = raw.find('<') != std::string_view::npos;
-    reading.keepTimes = tags && HasInnerTimes(raw);
-    if (tags || raw.find('&') != std::string_view::npos || lineEnd != "\n" ||
-        raw.find('\r') != std::string_view::npos) {
+    const CueLook look = LookAtCue(raw, lineEnd);
+    reading.text = look.differsFromText ? WebVttToText(raw) : std::string(raw);
+    reading.keepTimes = look.innerTimes;
+    reading.plainText = look.comesBack;
+    // An entity may be the way in which we write the character too.
+    if (!look.comesBack) {
         std::string again;
         TextToWebVtt(reading.text, lineEnd, again);
         reading.plainText = again == raw;
@@ -240,6 +241,7 @@ Format WebVttFormat() {
                 [](const TextBeginning& beginning) { return IsSignature(beginning.firstLine); },
             .read = ReadWebVtt,
             .write = WriteWebVtt,
+            .exact = true,
             .keeps = WebVttKeeps,
             .keptParts = "positions and styles",
             .plainText = WebVttPlainText,

@@ -23,7 +23,16 @@ void TextToWebVtt(std::string_view text, std::string_view lineEnd, std::string& 
 /// Without the tags that no other format has; inner time stamps are such.
 std::string WebVttPlainText(std::string_view text);
 
-/// Has the cue times inside its text, as "<00:00:05.000>"?
+/// What a cue holds, found in one go.
+struct CueLook {
+    /// There are times inside its text, as "<00:00:05.000>".
+    bool innerTimes = false;
+    /// There are entities, or line ends that are not CR LF.
+    bool differsFromText = false;
+    /// Its text, written again with those line ends, gives the cue.
+    bool comesBack = true;
+};
+CueLook LookAtCue(std::string_view cue, std::string_view lineEnd);
 bool HasInnerTimes(std::string_view cue);
 /// The cue with its inner times moved as its own two were: by the same amount where its
 /// length is the same, else in proportion.

@@ -53,6 +53,7 @@ std::size_t TakeEntity(std::string_view text, std::string& out) {
 }
 
 constexpr CharacterSet OfCues("&\r\n");
+constexpr CharacterSet OfCuesAndTags("&<\r\n");
 constexpr CharacterSet OfTexts("&<>\r\n");
 constexpr CharacterSet Braces("<");
 
@@ -145,13 +146,32 @@ std::string WebVttPlainText(std::string_view text) {
     return plain;
 }
 
-bool HasInnerTimes(std::string_view cue) {
-    for (std::size_t at = cue.find('<'); at != std::string_view::npos; at = cue.find('<', at + 1)) {
-        const Tag tag = TagAt(cue.substr(at));
-        if (!tag.all.empty() && tag.name.empty())
-            return true;
+CueLook LookAtCue(std::string_view cue, std::string_view lineEnd) {
+    CueLook look;
+    for (std::size_t at = OfCuesAndTags.Find(cue, 0); at < cue.size();
+         at = OfCuesAndTags.Find(cue, at)) {
+        const std::string_view rest = cue.substr(at);
+        if (rest.front() == '&') {
+            look.differsFromText = true;
+            look.comesBack = false;
+            ++at;
+        } else if (rest.front() == '<') {
+            const Tag tag = TagAt(rest);
+            look.innerTimes = look.innerTimes || (!tag.all.empty() && tag.name.empty());
+            look.comesBack = look.comesBack && !tag.all.empty();
+            ++at;
+        } else {
+            const std::size_t length = LineEndAt(rest);
+            look.differsFromText = look.differsFromText || length != LineEnd.size();
+            look.comesBack = look.comesBack && rest.substr(0, length) == lineEnd;
+            at += length;
+        }
     }
-    return false;
+    return look;
+}
+
+bool HasInnerTimes(std::string_view cue) {
+    return LookAtCue(cue, {}).innerTimes;
 }
 
 std::string MovedInnerTimes(std::string_view cue, double oldStart, double oldEnd, double start,

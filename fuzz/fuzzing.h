@@ -17,6 +17,7 @@ inline std::string_view TextOf(const std::uint8_t* data, std::size_t size) {
 }
 
 /// Reads the text and looks at what came of it; then writes it in every format.
+void TryReader(const Format& format, std::string_view text);
 void TryReader(const char* extension, std::string_view text);
 /// Writes the titles in every format. Times that a format cannot tell are no fault.
 void TryWriters(const SUBTITLES& titles, const FileStyle& style);

@@ -1,5 +1,6 @@
 #include "fuzz/fuzzing.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstring>
@@ -61,23 +62,42 @@ std::string CarriedText(Source& source) {
 /// doubles are those that its reader makes of them.
 using TimeOfUnit = double (*)(unsigned count);
 
+double Counted(unsigned count, unsigned perSecond) {
+    const unsigned seconds = count / perSecond;
+    return seconds + (count % perSecond) / static_cast<double>(perSecond);
+}
+double InThousandths(unsigned count) {
+    return Counted(count, 1000);
+}
+double InHundredths(unsigned count) {
+    return Counted(count, 100);
+}
+
 struct Carrier {
-    const char* name;
+    const char* format;
     TimeOfUnit time;
 };
 
-constexpr std::array<Carrier, 3> Carriers{{{"x.srt",
-                                            [](unsigned count) {
-                                                const unsigned seconds = count / 1000;
-                                                return seconds + (count % 1000) / 1000.0;
-                                            }},
-                                           {"x.sub",
-                                            [](unsigned count) {
-                                                return count / 25.0;
-                                            }},
-                                           {"x.smi", [](unsigned count) {
-                                                return count / 1000.0;
-                                            }}}};
+constexpr std::array<Carrier, 11> Carriers{{{"SubRip", InThousandths},
+                                            {"MicroDVD",
+                                             [](unsigned count) {
+                                                 return count / 25.0;
+                                             }},
+                                            {"SAMI",
+                                             [](unsigned count) {
+                                                 return count / 1000.0;
+                                             }},
+                                            {"WebVTT", InThousandths},
+                                            {"Advanced SubStation Alpha", InHundredths},
+                                            {"SubStation Alpha", InHundredths},
+                                            {"SBV", InThousandths},
+                                            {"SubViewer", InHundredths},
+                                            {"MPL2",
+                                             [](unsigned count) {
+                                                 return count / 10.0;
+                                             }},
+                                            {"LRC", InHundredths},
+                                            {"Timed Text", InThousandths}}};
 
 SUBTITLES CarriedTitles(Source source, TimeOfUnit time) {
     SUBTITLES titles;
@@ -92,7 +112,9 @@ SUBTITLES CarriedTitles(Source source, TimeOfUnit time) {
 }
 
 void TryCarrier(const Carrier& carrier, const SUBTITLES& titles) {
-    const Format* format = FormatByName(carrier.name);
+    const auto format = std::find_if(Formats().begin(), Formats().end(), [&](const Format& row) {
+        return std::strcmp(row.name, carrier.format) == 0;
+    });
     std::string file;
     format->write(titles, 25, {}, file);
     SUBTITLES again;
@@ -103,7 +125,10 @@ void TryCarrier(const Carrier& carrier, const SUBTITLES& titles) {
     for (std::int32_t i = 1; i <= titles.Count(); ++i) {
         Require(again.StartTime(i) == titles.StartTime(i), "the same starts");
         Require(again.EndTime(i) == titles.EndTime(i), "the same ends");
-        Require(again.Text(i) == titles.Text(i), "the same texts");
+        const std::string& text = titles.Text(i);
+        Require(again.Text(i) ==
+                    (format->adoptedText == nullptr ? text : format->adoptedText(text)),
+                "the same texts");
     }
 }
 
@@ -124,6 +149,7 @@ SUBTITLES WildTitles(Source source) {
 } // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Require(Carriers.size() == Formats().size(), "every format carries titles");
     for (const Carrier& carrier : Carriers)
         TryCarrier(carrier, CarriedTitles(Source(data, size), carrier.time));
     TryWriters(WildTitles(Source(data, size)), {});

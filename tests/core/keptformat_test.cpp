@@ -123,6 +123,31 @@ const std::string OwnFields = "[events]\r\nformat: Layer , Start, End, Text\r\n"
                               "dialogue:  00:00:01.000 ,\t0:00:02.00 , a,b \r\n"
                               "  Dialogue: 0:00:03.10,0:00:04,\r\n";
 
+constexpr const char* TimedTextFile =
+    "\xEF\xBB\xBF<?xml version='1.0' encoding=\"UTF-8\"?>\n<!-- <p begin='0s'> -->\n"
+    "<tt xmlns=\"http://www.w3.org/ns/ttml\" xmlns:s='http://www.w3.org/ns/ttml#styling'\n"
+    "    xml:lang=\"en\">\n<head><styling>\n<style xml:id=\"it\" s:fontStyle=\"italic\"/>\n"
+    "</styling><layout><region xml:id='r'/></layout></head>\n<body region=\"r\">\n  <div>\n"
+    "    <p xml:id=\"a\"\n begin = \"00:00:01.500\" end='00:00:02.250' style=\"it\">A<br/>\n"
+    "      B &amp; <span style=\"it\">C</span> &#233;</p>\n"
+    "    <!-- between -->\n    <p end=\"00:00:04\" begin=\"00:00:03\"><![CDATA[<x>]]></p>\n"
+    "    <p begin=\"00:00:05.1234567\" end=\"00:00:06.5\"/>\n  </div>\n  <div>\n"
+    "    <p begin=\"00:00:07.000\" end=\"00:00:08.000\" a='>'>\n      <metadata>m</metadata>D\n"
+    "    </p>\n    <p>never</p>\n  </div>\n</body>\n</tt>\n";
+
+constexpr const char* CountedTimes =
+    "<t:tt xmlns:t=\"http://www.w3.org/ns/ttml\" xmlns:p=\"http://www.w3.org/ns/ttml#parameter\"\n"
+    " p:frameRate=\"25\" p:tickRate=\"10000\" xmlns:y=\"http://www.w3.org/ns/ttml#styling\">"
+    "<t:body><t:div><t:p begin=\"36f\" dur=\"25f\">A</t:p><t:p begin=\"30000t\" "
+    "end=\"35000t\">B</t:p>"
+    "<t:p dur='1.5s' begin='4000ms'>C</t:p><t:p begin=\"00:00:06:05\" end=\"00:00:07:10\">D</t:p>"
+    "<t:p begin='9.50s' end='12s'>E</t:p></t:div></t:body></t:tt>";
+
+constexpr const char* TimedSpans =
+    "<tt><body><div><p>\n<span begin=\"1s\" end=\"2s\">A</span>\n"
+    "<span begin=\"2s\" end=\"3s\">B<span>C</span></span> words</p>"
+    "<p begin=\"4s\" end=\"6s\">D <span begin=\"0.5s\">E</span></p></div></body></tt>";
+
 const Row Rows[] = {
     {"nothing but the signature", "x.vtt", "WEBVTT", 0},
     {"a header alone", "x.vtt", "WEBVTT - words\nKind: captions\n\nNOTE nothing\n", 0},
@@ -158,6 +183,11 @@ const Row Rows[] = {
      "WEBVTT\n00:01.000 --> 00:02.000\nA\n00:03.000 --> 00:04.000\nB\n", 2},
     {"a byte-order mark", "x.vtt", "\xEF\xBB\xBFWEBVTT\n\n00:01.000 --> 00:02.000\n\xC3\xA9\n", 1},
     {"blanks at the ends", "x.vtt", "WEBVTT \n\n 00:01.000 --> 00:02.000 \n  A  \n \nB\n", 1},
+    {"Timed Text", "x.ttml", TimedTextFile, 4},
+    {"under its other names", "x.dfxp", TimedTextFile, 4},
+    {"frames, ticks, durations, prefixes", "x.xml", CountedTimes, 5},
+    {"timed spans", "x.ttml", TimedSpans, 3},
+    {"no titles", "x.ttml", "<tt><body><div/></body></tt>", 0},
     {"a script", "x.ass", ScriptFile, 4},
     {"a script under the other name", "x.ssa", ScriptFile, 4},
     {"a format line of its own", "x.ssa", OwnFields, 2},
