@@ -14,7 +14,7 @@ namespace {
 
 // Changes are on the disk within 300 ms: the pause between two copies, and the writing.
 constexpr auto ShortestWait = std::chrono::milliseconds(20);
-constexpr auto ShortestPause = std::chrono::milliseconds(200);
+constexpr auto ShortestPause = std::chrono::milliseconds(150);
 constexpr qint64 RestFactor = 4;
 
 std::int64_t Now() {

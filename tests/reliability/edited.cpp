@@ -8,6 +8,9 @@
 #include "app/application.h"
 #include "app/program.h"
 #include "base/runtimeerror.h"
+#include "editing/shift.h"
+#include "editing/stretch.h"
+#include "model/step.h"
 #include "tests/windows/fakeplayer.h"
 
 #include <QAbstractButton>
@@ -57,7 +60,7 @@ class Person {
 
     void Act() {
         ++m_edit;
-        switch (Random(4)) {
+        switch (Random(5)) {
         case 0:
             Place();
             break;
@@ -66,6 +69,9 @@ class Person {
             break;
         case 2:
             m_window.Subt.Delete(2 + Random(m_window.Subt.Count() - 1));
+            break;
+        case 3:
+            ShiftOrGoBack();
             break;
         default:
             m_window.Subt.StartTime(1 + Random(m_window.Subt.Count()), Random(1000) / 7.0);
@@ -80,6 +86,14 @@ class Person {
         if (!m_saved.isEmpty() && m_edit % SaveEvery == 0)
             m_window.findChild<QAbstractButton*>("cmdSave")->click();
         m_act.start(Random(12));
+    }
+
+    /// A step that keeps a version, and now and then the way back to one.
+    void ShiftOrGoBack() {
+        if (Random(4) == 0)
+            return m_window.document().GoBack(static_cast<std::size_t>(Random(3)));
+        const Step step(m_window.Subt, "Shift", Step::Undo::Emptied);
+        ShiftTitles(m_window.Subt, AllTitles(m_window.Subt), 0.1);
     }
 
     void Place() {
