@@ -23,12 +23,13 @@ Evidence::Evidence(const SpeechTrack& track, std::span<const SpokenTitle> titles
                    std::span<const std::size_t> searched, double rate, const OffsetGrid& grid)
     : m_track(track)
     , m_grid(grid) {
-    m_titles.resize(titles.size());
-    for (std::size_t i = 0; i < titles.size(); ++i) {
-        m_titles[i].start = TicksOf(titles[i].start * rate);
-        m_titles[i].length = std::max(TicksOf(titles[i].end * rate) - m_titles[i].start, 20);
+    m_titles.reserve(titles.size());
+    for (const SpokenTitle& title : titles) {
+        Title& added = m_titles.emplace_back();
+        added.start = TicksOf(title.start * rate);
+        added.length = std::max(TicksOf(title.end * rate) - added.start, 20);
     }
-    Ticks lastEnd = m_titles.empty() ? 0 : m_titles[0].start - 2 * WidestGap;
+    Ticks lastEnd = titles.empty() ? 0 : TicksOf(titles.front().start * rate) - 2 * WidestGap;
     for (std::size_t i = 0; i < titles.size(); ++i) {
         Title& title = m_titles[i];
         // The titles around are those that are spoken.
