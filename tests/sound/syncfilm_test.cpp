@@ -70,12 +70,12 @@ class SyncFilm : public testing::Test {
     }
 
     /// The words with a dot that are no options are names in the folder.
-    int Run(std::vector<std::string> words) {
-        for (std::string& word : words) {
-            if (word.find('.') != std::string::npos && !word.starts_with('-'))
-                word = (Folder / word).string();
+    int Run(const std::vector<std::string>& options) {
+        std::vector<std::string> words{"sync"};
+        for (const std::string& word : options) {
+            const bool name = word.find('.') != std::string::npos && !word.starts_with('-');
+            words.push_back(name ? (Folder / word).string() : word);
         }
-        words.insert(words.begin(), "sync");
         std::ostringstream out;
         std::ostringstream err;
         const ExitCode code = RunCommandLine(words, out, err);
