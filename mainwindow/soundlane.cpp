@@ -56,7 +56,7 @@ SoundLane::SoundLane(MainState& state, MediaPlayerControl& control, Host host, Q
 
 SoundLane::~SoundLane() {
     m_mapper.reset();
-    delete m_lane.data();
+    delete m_lane;
 }
 
 bool SoundLane::Offered() const {

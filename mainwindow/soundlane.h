@@ -80,7 +80,7 @@ class SoundLane : public QObject {
     bool m_wanted;
     int m_height;
     LaneView::Follow m_follow;
-    QPointer<Lane> m_lane;
+    Lane* m_lane = nullptr;
     Connection m_connection;
     std::unique_ptr<SoundMapper> m_mapper;
     std::shared_ptr<const SoundMap> m_map;

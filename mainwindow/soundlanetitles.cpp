@@ -49,7 +49,7 @@ void SoundLane::MakeLane() {
     TakeTitles();
     TakeMarks();
     ShowCurrent();
-    Lane* lane = m_lane;
+    Lane* const lane = m_lane;
     const auto on = [this, lane](auto signal, auto handler) {
         connect(lane, signal, this, [this, handler](auto&&... arguments) {
             Guarded([&] { (this->*handler)(arguments...); });
