@@ -3,7 +3,17 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace {
+
+FittedTitle Found(std::int32_t piece, double ownOffset, double confidence) {
+    FittedTitle title;
+    title.piece = piece;
+    title.ownOffset = ownOffset;
+    title.confidence = confidence;
+    return title;
+}
 
 Fit FitOf(FitVerdict verdict, double confidence, std::vector<FitPiece> pieces) {
     Fit fit;
@@ -82,7 +92,7 @@ TEST(FitVerdictText, TellsWhatCannotBeMoved) {
 
 TEST(LeastSureTitle, IsOneOfThePiece) {
     Fit fit;
-    fit.titles = {{0, 0, 0, 0.9}, {0, 0, 0, 0.4}, {1, 0, 0, 0.1}, {-1, 0, 0, 0}};
+    fit.titles = {Found(0, 0, 0.9), Found(0, 0, 0.4), Found(1, 0, 0.1), Found(-1, 0, 0)};
     EXPECT_EQ(LeastSureTitle(fit, 0), 2);
     EXPECT_EQ(LeastSureTitle(fit, 1), 3);
     EXPECT_EQ(LeastSureTitle(fit, 2), 0);
@@ -110,7 +120,7 @@ TEST(TickDistance, IsRound) {
 
 TEST(FitPlot, PutsTitlesPiecesAndStepsIntoItsFrame) {
     Fit fit = FitOf(FitVerdict::Fitted, 1, {{1, 2, 5, 1, 0.5}, {3, 3, -5, 1, 2}});
-    fit.titles = {{0, 5, 0, 1}, {0, 6, 0, 1}, {-1, -500, 0, 1}};
+    fit.titles = {Found(0, 5, 1), Found(0, 6, 1), Found(-1, -500, 1)};
     const FitPlot plot(fit, Titles, 5, 5);
     ASSERT_EQ(plot.dots.size(), 3U);
     EXPECT_DOUBLE_EQ(plot.dots[0].x, 0.01);
@@ -131,7 +141,7 @@ TEST(FitPlot, PutsTitlesPiecesAndStepsIntoItsFrame) {
 TEST(FitPlot, TakesAnything) {
     EXPECT_TRUE(FitPlot(Fit{}, {}, 5, 5).dots.empty());
     Fit fit = FitOf(FitVerdict::Unsure, 0, {{7, 9, 1, 1, 0}});
-    fit.titles = {{4, 1, 0, 0}};
+    fit.titles = {Found(4, 1, 0)};
     const std::vector<FitTitle> strange{{std::nan(""), 1, ""}};
     EXPECT_TRUE(FitPlot(fit, strange, 5, 5).dots.empty());
 }

@@ -1,4 +1,5 @@
 #include "dialogs/frmFit.h"
+#include "model/times.h"
 #include "tests/windows/listtest.h"
 
 #include <QAction>

@@ -183,9 +183,10 @@ TEST_F(ListWindow, AScreenReaderHearsMarksAndEditedInWords) {
     QAccessibleInterface* table = QAccessible::queryAccessibleInterface(List().LV);
     ASSERT_NE(table, nullptr);
     EXPECT_EQ(table->text(QAccessible::Name), "Titles");
-    ASSERT_NE(table->tableInterface(), nullptr);
-    const auto spoken = [&](int row, int column) {
-        return table->tableInterface()->cellAt(row - 1, column)->text(QAccessible::Name);
+    QAccessibleTableInterface* const cells = table->tableInterface();
+    ASSERT_NE(cells, nullptr);
+    const auto spoken = [cells](int row, int column) {
+        return cells->cellAt(row - 1, column)->text(QAccessible::Name);
     };
     EXPECT_EQ(spoken(1, 0), "title 1, first mark");
     EXPECT_EQ(spoken(2, 0), "title 2");
