@@ -56,8 +56,9 @@ FitSource::Got Read(const std::filesystem::path& file, const std::string& codePa
 } // namespace
 
 FitSource SoundOf(const std::filesystem::path& film) {
-    return {"the sound of " + NameOf(film),
-            [film](const FitSource::Progress& progress) { return Listen(film, progress); }};
+    return {"the sound of " + NameOf(film), [film](const FitSource::Progress& progress) {
+                return Listen(film, progress);
+            }};
 }
 
 FitSource TitlesOf(const std::filesystem::path& file, const std::string& codePage,
