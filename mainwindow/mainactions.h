@@ -67,7 +67,6 @@ class MainActions : public QObject {
     void PreviousToPlace();
     void NextToPlace();
     void TakeBack();
-    void GoBack();
 
     void Move(double seconds);
 

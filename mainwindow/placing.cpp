@@ -30,17 +30,16 @@ bool PlacedTitles::Place(SUBTITLES& titles, std::int32_t title, double start, do
     return true;
 }
 
-bool PlacedTitles::TakenBack(const SUBTITLES& titles, std::int32_t title) {
+std::optional<std::int32_t> PlacedTitles::TakeBack(SUBTITLES& titles) {
     while (!m_placed.empty()) {
         const Placed last = m_placed.back();
-        const Times now = TimesOf(titles, last.title);
-        if (now == last.after)
-            return false;
         m_placed.pop_back();
-        if (last.title == title && now == last.before)
-            return true;
+        if (TimesOf(titles, last.title) != last.after)
+            continue;
+        titles.SetTimes(last.title, last.before.start, last.before.end);
+        return last.title;
     }
-    return false;
+    return {};
 }
 
 std::string PlacedText(std::int32_t title, double start, double end) {

@@ -32,8 +32,9 @@ class PlacedTitles {
   public:
     /// Gives the title its times. false: there is no such title.
     bool Place(SUBTITLES& titles, std::int32_t title, double start, double end);
-    /// A change of that title was undone. true: it was the last placement that still held.
-    bool TakenBack(const SUBTITLES& titles, std::int32_t title);
+    /// Gives the title that was placed last its old times, unless it was changed since.
+    /// Answers its number; nothing: there is none left.
+    std::optional<std::int32_t> TakeBack(SUBTITLES& titles);
     /// The titles are others now.
     void Clear() { m_placed.clear(); }
 
