@@ -159,8 +159,6 @@ const std::vector<ClickFilm>& ClickFilms() {
         {"asf_late_sound", ".asf", "-c:v wmv2", "-c:a wmav2", 0.7},
         {"ts_late_sound", ".ts", "-c:v mpeg2video", "-c:a mp2", 0.7},
         {"mp4_late_picture", ".mp4", H264, "-c:a aac", 0, 0.7},
-        {"mkv_late_picture", ".mkv", H264, "-c:a aac", 0, 0.7},
-        {"ts_late_picture", ".ts", "-c:v mpeg2video", "-c:a ac3", 0, 0.7},
         {"ts_start", ".ts", "-c:v mpeg2video", "-c:a ac3", 0, 0, 1000},
         {"mkv_start", ".mkv", H264, "-c:a aac", 0, 0, 10},
         {"mpg_start", ".mpg", "-c:v mpeg2video", "-c:a mp2", 0, 0, 30},

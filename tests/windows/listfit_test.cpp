@@ -62,7 +62,7 @@ TEST_F(ListFitting, MovesTheTitlesAsOneStep) {
     EXPECT_NEAR(Subt().EndTime(Count), StartOf(Count - 1) + Late + 2, 0.02);
     EXPECT_EQ(Colour(2), Edited);
     EXPECT_TRUE(document().SubtitlesChanged);
-    Child<QAction>(List(), "mnuEditGoBack").trigger();
+    Child<QAction>(List(), "mnuEditBack").trigger();
     EXPECT_EQ(Subt().StartTime(1), StartOf(0));
 }
 

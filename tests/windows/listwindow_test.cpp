@@ -356,7 +356,8 @@ TEST_F(ListWindow, TheMenusAsTheyAreNamed) {
           "mnuTimeFirst Mark as &first for stretch timing",
           "mnuTimeSecond Mark as s&econd for stretch timing", "mnuTimeStretch S&tretch...",
           "mnuTimeShift S&hift...", "mnuTimeSepa2 ", "mnuTimeFirstHere First &mark starts here",
-          "mnuTimeSecondHere Second ma&rk starts here", "mnuTimeStretchBoth Stretch to &both"}}};
+          "mnuTimeSecondHere Second ma&rk starts here", "mnuTimeStretchBoth Stretch to &both",
+          "mnuTimeFitSound &Fit to sound...", "mnuTimeFitFile Fit to another file..."}}};
     for (const auto& [name, entries] : menus) {
         QStringList shown;
         for (const QAction* entry : Child<QMenu>(List(), name).actions()) {
