@@ -45,6 +45,18 @@ double LoudHeight(double decibels) {
     return Heights[static_cast<std::size_t>(std::clamp(step, 0.0, static_cast<double>(Count - 1)))];
 }
 
+/// Speech is found later than the sound's shape, page by page.
+bool SpeechIsKnown(const LanePiece& piece, const SoundMap* sound) {
+    if (sound == nullptr || sound->Complete())
+        return sound != nullptr;
+    constexpr double WithinAPage = 2.5;
+    const double to = std::min(piece.from + piece.width * piece.step, sound->Length());
+    for (double time = piece.from; time < to; time += WithinAPage)
+        if (!sound->Speech(time))
+            return false;
+    return to >= sound->Length() || sound->Speech(to).has_value();
+}
+
 } // namespace
 
 LanePixel Mixed(LanePixel colour, LanePixel other, double share) {
@@ -103,7 +115,7 @@ bool LaneGround::MeasureSound(const LanePiece& piece, const SoundMap* sound) {
     m_known.resize(width);
     const double half = (piece.shape.height - piece.shape.ruler) / 2;
     const double middle = piece.shape.ruler + half;
-    bool complete = true;
+    bool complete = SpeechIsKnown(piece, sound);
     for (std::size_t x = 0; x < width; ++x) {
         const SoundColumn& column = heard[x];
         const double least = std::min(0.0, static_cast<double>(column.least));

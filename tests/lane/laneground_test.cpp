@@ -124,6 +124,20 @@ TEST(LaneGround, WhatIsNotKnownYetIsSeenAndNotFinished) {
     EXPECT_EQ(picture.At(150, 60), Unknown);
 }
 
+TEST(LaneGround, WhereSpeechIsStillLookedForIsNotFinished) {
+    for (const bool speech : {false, true}) {
+        SoundMap map(15.36);
+        for (std::size_t page = 0; page < map.Pages(); ++page) {
+            map.Add(page, SoundPage());
+            if (page < 2 && speech)
+                map.Add(page, SpeechPage{});
+        }
+        ASSERT_FALSE(map.Complete());
+        EXPECT_EQ(Paint({&map, nullptr, {}}).complete, speech);
+        EXPECT_FALSE(Paint({&map, nullptr, {}}, 1).complete);
+    }
+}
+
 TEST(LaneGround, TitlesAreBlocksOfTheirLengthInPixels) {
     LaneTitles titles;
     titles.Assign({1, 4}, {2, 6});
