@@ -5,6 +5,7 @@
 #include "base/savejournal.h"
 #include "cli/commands.h"
 #include "cli/sync.h"
+#include "cli/titlefile.h"
 #include "formats/load.h"
 #include "formats/save.h"
 
@@ -18,10 +19,6 @@ namespace {
 constexpr std::string_view Program = "quelmar-cli";
 constexpr double DefaultFrameRate = 25;
 constexpr const char* DefaultCodePage = "windows-1252";
-
-std::filesystem::path PathOf(const std::string& utf8) {
-    return std::u8string(utf8.begin(), utf8.end());
-}
 
 /// Messages have line breaks of two characters; a terminal wants one.
 void Say(std::ostream& err, std::string message) {

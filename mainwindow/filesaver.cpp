@@ -5,21 +5,13 @@
 #include "mainwindow/savename.h"
 #include "platform/commondialogs.h"
 #include "platform/messageboxes.h"
+#include "platform/paths.h"
 #include "platform/settings.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QObject>
 
 namespace {
-
-std::filesystem::path PathOf(const QString& name) {
-#ifdef Q_OS_WIN
-    return name.toStdWString();
-#else
-    return QFile::encodeName(name).toStdString();
-#endif
-}
 
 /// Message boxes break lines at line feeds.
 QString MessageText(const std::string& message) {

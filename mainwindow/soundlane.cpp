@@ -1,12 +1,12 @@
 #include "mainwindow/soundlane.h"
 
 #include "platform/errorgate.h"
+#include "platform/paths.h"
 #include "platform/settings.h"
 #include "player/mediaplayercontrol.h"
 #include "sound/soundmapper.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <utility>
 
 // The lane's place in the window, and the sound that it shows.
@@ -126,7 +126,7 @@ void SoundLane::FilmChanged() {
 void SoundLane::MapSound() {
     MakeLane();
     SoundMapper::Wish wish;
-    wish.film = std::filesystem::path(m_film.toStdU16String());
+    wish.film = PathOf(m_film);
     wish.track = m_track + 1;
     wish.position = m_state.player->CurrentPosition();
     m_mapper = std::make_unique<SoundMapper>(std::move(wish), [this] {

@@ -5,22 +5,13 @@
 #include "mainwindow/frmLoading.h"
 #include "model/step.h"
 #include "platform/messageboxes.h"
+#include "platform/paths.h"
 #include "platform/settings.h"
-
-#include <QFile>
 
 namespace {
 
 constexpr double FirstSubtitleStart = 1;
 constexpr double FirstSubtitleEnd = 2;
-
-std::filesystem::path PathOf(const QString& name) {
-#ifdef Q_OS_WIN
-    return name.toStdWString();
-#else
-    return QFile::encodeName(name).toStdString();
-#endif
-}
 
 /// Message boxes break lines at line feeds.
 QString MessageText(const std::string& message) {
