@@ -47,13 +47,18 @@ FitSource::Got Read(const std::filesystem::path& file, const std::string& codePa
         return {{}, NameOf(file) + " cannot be opened."};
     if (titles.Count() == 0)
         return {{}, result.message.empty() ? NameOf(file) + " holds no titles." : result.message};
-    RightTitles right;
-    for (std::int32_t i = 1; i <= titles.Count(); ++i)
-        right.push_back({titles.StartTime(i), titles.EndTime(i), titles.Text(i)});
-    return {std::move(right), {}};
+    return {RightTitles(TitlesToFit(titles)), {}};
 }
 
 } // namespace
+
+std::vector<FitTitle> TitlesToFit(const SUBTITLES& titles) {
+    std::vector<FitTitle> all;
+    all.reserve(static_cast<std::size_t>(titles.Count()));
+    for (std::int32_t i = 1; i <= titles.Count(); ++i)
+        all.push_back({titles.StartTime(i), titles.EndTime(i), titles.Text(i)});
+    return all;
+}
 
 FitSource SoundOf(const std::filesystem::path& film) {
     return {"the sound of " + NameOf(film), [film](const FitSource::Progress& progress) {

@@ -2,6 +2,7 @@
 
 #include "dialogs/fitgraph.h"
 #include "dialogs/fitjob.h"
+#include "dialogs/fitsources.h"
 #include "dialogs/fitwords.h"
 #include "dialogs/placement.h"
 #include "model/step.h"
@@ -25,14 +26,6 @@ constexpr double BeforeTitle = 1.5;
 constexpr double ListeningTime = 5;
 
 enum Column { PieceColumn, MoveColumn, RateColumn, SureColumn, Columns };
-
-std::vector<FitTitle> TitlesToFit(const SUBTITLES& titles) {
-    std::vector<FitTitle> all;
-    all.reserve(static_cast<std::size_t>(titles.Count()));
-    for (std::int32_t i = 1; i <= titles.Count(); ++i)
-        all.push_back({titles.StartTime(i), titles.EndTime(i), titles.Text(i)});
-    return all;
-}
 
 template <typename CONTROL, typename... ARGUMENTS>
 CONTROL* Named(const char* name, ARGUMENTS&&... arguments) {
