@@ -134,7 +134,7 @@ bool SubtitleFiles::SaveSubtitles() {
     if (!result)
         return false;
     // What is in no file is unsaved work, whatever it was before.
-    document.SubtitlesChanged = !result->written;
+    document.SubtitlesChanged = !result->proven;
     if (result->proven)
         document.Saved();
     return result->written;
