@@ -386,10 +386,13 @@ TEST_F(LaneTest, FollowsTheFilmWhileItPlays) {
         player.CurrentPosition(lane.View().Time(100));
         player.Play();
         player.Advance(18.2);
-        EXPECT_TRUE(QTest::qWaitFor([&] {
-            const double x = lane.View().X(player.CurrentPosition());
-            return x >= row.least && x <= row.most;
-        })) << lane.View().X(player.CurrentPosition());
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                const double x = lane.View().X(player.CurrentPosition());
+                return x >= row.least && x <= row.most;
+            },
+            30'000))
+            << lane.View().X(player.CurrentPosition());
     }
 }
 

@@ -116,7 +116,7 @@ TEST_F(SoundLaneTest, GoesWhereTheSoundCannotBeRead) {
     film.write("nothing to hear");
     film.close();
     window->OpenFiles(film.fileName(), {});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !Shown(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !Shown(); }, 30'000));
     EXPECT_FALSE(Button()->isVisible());
     OpenFilm();
     EXPECT_TRUE(Shown());
@@ -174,8 +174,12 @@ TEST_F(SoundLaneTest, ItsHeightIsDraggedAndKept) {
 
 TEST_F(SoundLaneTest, ShowsTheSoundOfTheFilm) {
     OpenFilm();
-    QImage before = FindLane()->grab().toImage();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return FindLane()->grab().toImage() != before; }));
+    FindLane()->Sound(nullptr);
+    const QImage silent = FindLane()->grab().toImage();
+    OpenFilm();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return FindLane()->grab().toImage() != silent; }, 30'000));
+    FindLane()->Sound(nullptr);
+    EXPECT_EQ(FindLane()->grab().toImage(), silent);
 }
 
 TEST_F(SoundLaneTest, AClickMovesTheFilmAndADragTheTitle) {

@@ -348,7 +348,7 @@ TEST_F(DialogEdit, KeepsToItsTitleWhileThePlayerGoesOn) {
 TEST_F(DialogEdit, ControlReturnConfirmsFromTheText) {
     frmEdit& dialog = Edit(2);
     dialog.activateWindow();
-    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &dialog; }, 30'000));
     QTest::keyClicks(dialog.txtSubt, "new ");
     QTest::keyClick(dialog.txtSubt, Qt::Key_Return, Qt::ControlModifier);
     EXPECT_TRUE(Closed());

@@ -74,7 +74,7 @@ class DialogFit : public testing::Test {
                                    progress("Reading the titles", 0.5);
                                    return FitSource::Got{right, {}};
                                }});
-        EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.prgFit->isVisible(); }, 20000));
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.prgFit->isVisible(); }, 30'000));
         return dialog;
     }
     bool Closed() {
@@ -149,7 +149,7 @@ TEST_F(DialogFit, SaysWhyThereIsNothingToFitTo) {
     frmFit& dialog = Open({"the sound", [](const auto&) {
                                return FitSource::Got{{}, "The film has no sound."};
                            }});
-    EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.prgFit->isVisible(); }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.prgFit->isVisible(); }, 30'000));
     EXPECT_EQ(dialog.lblVerdict->text(), "The film has no sound.");
     EXPECT_FALSE(dialog.cmdFit->isEnabled());
     EXPECT_FALSE(dialog.cmdListen->isEnabled());
@@ -164,7 +164,7 @@ TEST_F(DialogFit, EndsItsWorkWhenItIsClosed) {
                                return FitSource::Got{};
                            }});
     EXPECT_TRUE(
-        QTest::qWaitFor([&] { return dialog.prgFit->format().startsWith("Looking"); }, 5000));
+        QTest::qWaitFor([&] { return dialog.prgFit->format().startsWith("Looking"); }, 30'000));
     dialog.reject();
     EXPECT_TRUE(ended);
     EXPECT_TRUE(Closed());

@@ -26,7 +26,8 @@ class ListFind : public ListTest {
     }
     /// A window counts as active for Qt Test while a dialog of its own is.
     static void WaitUntilActive(const QWidget& window) {
-        EXPECT_TRUE(QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }));
+        EXPECT_TRUE(
+            QTest::qWaitFor([&] { return QApplication::activeWindow() == &window; }, 30'000));
     }
     std::vector<std::int32_t> Selected() { return List().SelectedRows(); }
     using Rows = std::vector<std::int32_t>;

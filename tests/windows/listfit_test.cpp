@@ -42,7 +42,7 @@ class ListFitting : public ListTest {
         const Modals modals(
             {AnswerFileDialog(Name()), AnswerWindow("frmFit", [&](QWidget& window) {
                  auto& dialog = dynamic_cast<frmFit&>(window);
-                 EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.cmdFit->isEnabled(); }, 20000));
+                 EXPECT_TRUE(QTest::qWaitFor([&] { return dialog.cmdFit->isEnabled(); }, 30'000));
                  act(dialog);
              })});
         Child<QAction>(List(), "mnuTimeFitFile").trigger();

@@ -192,7 +192,7 @@ TEST_F(MainWindowMarks, TwoMarksStretchTheSelectedTitles) {
 
 TEST_F(MainWindowMarks, TheTimingEntriesMarkAndStretchFromBothWindows) {
     List().DoCommand("SelectAll");
-    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() != nullptr; }));
+    ASSERT_TRUE(QTest::qWaitFor([] { return QApplication::activeWindow() != nullptr; }, 30'000));
     player->CurrentPosition(2);
     QTest::keyClick(List().LV, Qt::Key_B, Qt::ControlModifier);
     player->CurrentPosition(12);

@@ -96,7 +96,7 @@ TEST_F(ControlTest, TheSliderFollows) {
     player.Play();
     player.Advance(10);
     EXPECT_TRUE(
-        QTest::qWaitFor([&] { return Part<JumpSlider>("mpSlider").value() == 71250; }, 5000));
+        QTest::qWaitFor([&] { return Part<JumpSlider>("mpSlider").value() == 71250; }, 30'000));
     // Following is no seeking.
     EXPECT_EQ(player.Seeks, std::vector<double>{61.25});
 }
@@ -329,11 +329,11 @@ TEST(MediaControl, DrawsTheFilmAtEverySize) {
     const auto shown = [&] {
         return PictureNumber(picture.grab().toImage());
     };
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 10000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 30'000));
     control.resize(720, 300);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 10000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 30'000));
     control.resize(300, 500);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 10000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return shown() == 50; }, 30'000));
 }
 
 TEST(MediaControl, DrawsTheFilmWhereItIsInTheWindow) {
@@ -352,7 +352,7 @@ TEST(MediaControl, DrawsTheFilmWhereItIsInTheWindow) {
     };
     const QRect place(picture.mapTo(&window, QPoint(0, 0)), picture.size());
     EXPECT_TRUE(
-        QTest::qWaitFor([&] { return PictureNumber(onScreen().copy(place)) == 50; }, 10000));
+        QTest::qWaitFor([&] { return PictureNumber(onScreen().copy(place)) == 50; }, 30'000));
     // All around it the window is as it would be without.
     const QImage with = onScreen();
     player->FileName("");
@@ -389,7 +389,7 @@ TEST_F(ControlTest, TheSliderIsPaintedOnlyWhenItsHandleMoves) {
     EXPECT_EQ(slider.value(), 300'005);
     count.paints = 0;
     slider.setValue(100'000);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return count.paints > 0; }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return count.paints > 0; }, 30'000));
 }
 
 TEST(MediaControl, SoundShowsASymbol) {
@@ -426,7 +426,7 @@ TEST(MediaControl, ADraggedSliderEndsOnTheLastPicture) {
     EXPECT_GT(number, 200);
     auto& picture = Child<QWidget>(control, "mpPicture");
     EXPECT_TRUE(
-        QTest::qWaitFor([&] { return PictureNumber(picture.grab().toImage()) == number; }, 10000));
+        QTest::qWaitFor([&] { return PictureNumber(picture.grab().toImage()) == number; }, 30'000));
 }
 
 } // namespace

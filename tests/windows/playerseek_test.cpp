@@ -189,10 +189,13 @@ TEST(PlayerSeek, ATurnedFilmIsShownUprightAndExactly) {
         show.player->FileName(MakeFilm(film));
         ASSERT_NE(show.player->ReadyState(), 0);
         show.player->CurrentPosition(1.5);
-        EXPECT_TRUE(QTest::qWaitFor([&] {
-            const QImage level = show.screen.transformed(QTransform().rotate(rotation));
-            return PictureNumber(level) == 37;
-        })) << rotation;
+        EXPECT_TRUE(QTest::qWaitFor(
+            [&] {
+                const QImage level = show.screen.transformed(QTransform().rotate(rotation));
+                return PictureNumber(level) == 37;
+            },
+            30'000))
+            << rotation;
     }
 }
 
@@ -203,7 +206,7 @@ TEST(PlayerSeek, AScrubStandsAtItsPositionAfterABurstOfSound) {
     show.player->Scrub(2);
     EXPECT_EQ(show.player->CurrentPosition(), 2);
     // The burst plays on through pictures of its own.
-    EXPECT_TRUE(QTest::qWaitFor([&] { return show.Number().value_or(0) > 50; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return show.Number().value_or(0) > 50; }, 30'000));
     EXPECT_EQ(show.player->CurrentPosition(), 2);
     EXPECT_TRUE(show.Shows(50));
     QTest::qWait(200);
@@ -230,7 +233,7 @@ TEST(PlayerSeek, ManyScrubsEndOnTheLast) {
 TEST(PlayerSeek, PlayingAfterAScrubBeginsAtItsPosition) {
     Screening show((Film()));
     show.player->Scrub(2);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return show.Number().value_or(0) >= 50; }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return show.Number().value_or(0) >= 50; }, 30'000));
     show.player->Play();
     EXPECT_GE(show.player->CurrentPosition(), 2);
     EXPECT_LT(show.player->CurrentPosition(), 2.02);

@@ -184,7 +184,7 @@ TEST(PlayerTransport, PicturesThatABusyWindowMissesAreCounted) {
     show.player->Play();
     ASSERT_TRUE(show.Passes(0.5));
     QThread::msleep(1500);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return show.player->DroppedPictures() > 5; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return show.player->DroppedPictures() > 5; }, 30'000));
     show.player->FileName(MakeFilm(FilmIn("mov")));
     EXPECT_EQ(show.player->DroppedPictures(), 0);
 }
@@ -252,10 +252,10 @@ TEST(PlayerTransport, TheAspectShapesThePicture) {
     EXPECT_LT(qGray(show.screen.pixel(160, 10)), 20);
     EXPECT_GT(qGray(show.screen.pixel(160, 170)), 200);
     show.player->Aspect(1);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return qGray(show.screen.pixel(30, 170)) < 20; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return qGray(show.screen.pixel(30, 170)) < 20; }, 30'000));
     EXPECT_GT(qGray(show.screen.pixel(160, 190)), 200);
     show.player->Aspect(0);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return qGray(show.screen.pixel(30, 170)) > 200; }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return qGray(show.screen.pixel(30, 170)) > 200; }, 30'000));
 }
 
 TEST(PlayerTransport, NothingIsDoneWithoutMedia) {

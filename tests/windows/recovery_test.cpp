@@ -150,7 +150,7 @@ TEST_F(RecoveryTest, AChangeIsOnTheDiskSoon) {
     Run run(folder);
     run.Type(source);
     run.window.Subt.Text(1, "not even announced");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return run.store.HasCopy(); }, 5000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return run.store.HasCopy(); }, 30'000));
 }
 
 TEST_F(RecoveryTest, UnmarkedChangesAreKeptAndOffered) {
@@ -377,7 +377,7 @@ TEST_F(RecoveryTest, TextInAnOpenDialogIsKeptAndOfferedAgain) {
                 dialog.show();
                 dialog.txtSubt->setPlainText("typed");
                 dialog.txtDuration->setText("0.75");
-                EXPECT_TRUE(QTest::qWaitFor([&] { return run.store.HasCopy(); }, 5000));
+                EXPECT_TRUE(QTest::qWaitFor([&] { return run.store.HasCopy(); }, 30'000));
                 EXPECT_TRUE(run.recovery.Flush());
             }
             // Killed here: what is on the disk stays.
@@ -604,10 +604,10 @@ TEST_F(RecoveryTest, WithoutAStateFolderTheProgramGoesOn) {
     run.Type(source);
     run.Edit("changed");
     EXPECT_FALSE(run.recovery.Flush());
-    EXPECT_TRUE(QTest::qWaitFor([&] { return lblTrouble.isVisible(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return lblTrouble.isVisible(); }, 30'000));
     EXPECT_TRUE(lblTrouble.text().startsWith("Unsaved work cannot be kept: "));
     QFile::remove(folder);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return lblTrouble.isHidden(); }, 10'000));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return lblTrouble.isHidden(); }, 30'000));
     EXPECT_TRUE(run.recovery.Flush());
     run.window.document().SubtitlesChanged = false;
     const Modals modals;
