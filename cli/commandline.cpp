@@ -147,7 +147,7 @@ class Job {
 
     LoadOutcome Mend(const std::string& name, const MendOffer& offer) {
         Say(m_err, name + ": mended: " + MendSummary(offer.mends, true));
-        TakeOffer(offer, 0, m_titles, m_style);
+        TakeOffer(offer, offer.language, m_titles, m_style);
         return LoadOutcome::Complete;
     }
 

@@ -75,6 +75,8 @@ struct Format {
     /// Reads wild files tolerantly, in the language of that number where there are several;
     /// null when the format has no such reading.
     MendedText (*mend)(std::string_view text, std::size_t language) = nullptr;
+    /// May the file hold titles in several languages, of which one is to be chosen? Null: never.
+    bool (*holdsLanguages)(std::string_view text) = nullptr;
 
     // The rest is for formats that keep more than times and texts.
 

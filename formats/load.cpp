@@ -3,9 +3,9 @@
 #include "base/runtimeerror.h"
 #include "formats/encoding.h"
 #include "formats/pictures.h"
+#include "formats/reading.h"
 #include "model/step.h"
 
-#include <cmath>
 #include <utility>
 
 namespace {
@@ -22,21 +22,6 @@ std::optional<double> NamedFrameRate(const Format& format, std::string_view text
     constexpr std::size_t Beginning = 1000;
     return format.mend == nullptr ? std::nullopt
                                   : format.mend(text.substr(0, Beginning), 0).frameRate;
-}
-
-/// Of what is longer, the hours cannot be told.
-constexpr double LongestTime = 32767.0 * 3600;
-
-bool CanBeShown(double time) {
-    return std::abs(time) <= LongestTime;
-}
-
-/// 0 when there is none.
-std::int32_t FirstBeyond(const SUBTITLES& titles) {
-    for (std::int32_t i = 1; i <= titles.Count(); ++i)
-        if (!CanBeShown(titles.StartTime(i)) || !CanBeShown(titles.EndTime(i)))
-            return i;
-    return 0;
 }
 
 LoadResult ReadTitles(const Format& format, std::string_view text, SUBTITLES& titles,

@@ -39,7 +39,7 @@ struct MendedText {
     std::vector<Mend> mends;
     /// A MicroDVD file that names its own frame rate; greater than 0.
     std::optional<double> frameRate;
-    /// More than one: the text holds the titles of the language that was asked for.
+    /// More than one: the titles are those of the language that was asked for.
     std::vector<MendedLanguage> languages;
 };
 
@@ -47,7 +47,12 @@ struct MendedText {
 MendedText MendSubRip(std::string_view text);
 MendedText MendMicroDvd(std::string_view text);
 /// `language`: which of the languages, counted from 0; the first when there is no such one.
+/// The titles of the others follow behind the body, where the strict reading keeps them with
+/// the file's foot.
 MendedText MendSami(std::string_view text, std::size_t language = 0);
+/// Are there paragraphs of more than one class? The strict reading takes them all for one
+/// language. Quick, and sometimes wrong: mending tells.
+bool HoldsSeveralLanguages(std::string_view sami);
 
 /// "3 blank lines between blocks, 1 block without a number"; with lines: "3 blank lines
 /// between blocks (first on line 12), ...".

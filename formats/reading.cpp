@@ -2,6 +2,18 @@
 
 #include "model/numbers.h"
 
+#include <cmath>
+
+std::int32_t FirstBeyond(const SUBTITLES& titles) {
+    const auto canBeShown = [](double time) {
+        return std::abs(time) <= LongestTime;
+    };
+    for (std::int32_t i = 1; i <= titles.Count(); ++i)
+        if (!canBeShown(titles.StartTime(i)) || !canBeShown(titles.EndTime(i)))
+            return i;
+    return 0;
+}
+
 double LeadingNumber(std::string_view text) {
     constexpr std::size_t MostDigits = 9;
     std::uint32_t value = 0;

@@ -37,6 +37,12 @@ class ProgressMeter {
     std::size_t m_next;
 };
 
+/// Of what is longer, the hours cannot be told (seconds).
+inline constexpr double LongestTime = 32767.0 * 3600;
+
+/// The first title with a time that cannot be shown; 0 when there is none.
+std::int32_t FirstBeyond(const SUBTITLES& titles);
+
 /// Makes room for a long document once its first titles tell how long titles are.
 class RoomMaker {
   public:

@@ -98,9 +98,10 @@ class SamiMender {
 
     MendedText Mend(std::size_t language) {
         ReadHead();
+        m_lastSync = LastSync();
         while (m_at < m_text.size() && !m_ended)
             ReadPiece();
-        if (!m_ended)
+        if (m_foot.empty())
             Note("missing end of the body", "missing ends of the body");
         CountLanguages();
         Write(language < m_classes.size() ? language : 0);
@@ -127,6 +128,16 @@ class SamiMender {
                 return at;
         }
         return m_text.size();
+    }
+
+    /// Where the last SYNC tag lies; 0 without one.
+    std::size_t LastSync() const {
+        for (std::size_t at = m_text.rfind('<'); at != 0 && at != std::string_view::npos;
+             at = m_text.rfind('<', at - 1)) {
+            if (IsWord(m_text.substr(at + 1, 4), "sync"))
+                return at;
+        }
+        return 0;
     }
 
     void ReadHead() {
@@ -208,11 +219,8 @@ class SamiMender {
             return TakeSync(tag);
         if (tag.name == "p")
             return TakeParagraph(tag);
-        if (tag.name == "/body") {
-            m_ended = true;
-            m_foot = m_text.substr(m_at);
-            return;
-        }
+        if (tag.name == "/body")
+            return TakeBodyEnd();
         if (tag.name == "br") {
             if (tag.inner.size() > 2)
                 Note("line break in another form", "line breaks in another form");
@@ -225,6 +233,14 @@ class SamiMender {
             return Append(AsciiLower(whole));
         }
         Append(whole);
+    }
+
+    /// Other languages may follow, in a body of their own.
+    void TakeBodyEnd() {
+        m_foot = m_text.substr(m_at);
+        m_ended = m_lastSync < m_at;
+        m_between = true;
+        m_firstBody = std::min(m_firstBody, m_paragraphs.size());
     }
 
     void TakeSync(const Tag& tag) {
@@ -243,13 +259,14 @@ class SamiMender {
             Note("time with quotes or a unit", "times with quotes or a unit");
         m_time = std::clamp(time, -LastMoment, LastMoment);
         m_synced = true;
+        m_between = false;
         m_paragraphs.push_back({m_time, 0, {}});
         m_open = true;
     }
 
     void TakeParagraph(const Tag& tag) {
         const std::optional<std::string_view> raw = tag.Raw("class");
-        if (!m_synced)
+        if (!m_synced || m_between)
             return;
         if (!raw && AsciiLower(tag.inner).find("class") != std::string::npos)
             Note("class without a name", "classes without a name");
@@ -276,6 +293,8 @@ class SamiMender {
     }
 
     void Append(std::string_view text) {
+        if (m_between)
+            return;
         if (m_synced)
             m_paragraphs.back().text += text;
         else if (!TrimWide(text).empty() && text.find_first_not_of("\r\n \t") != text.npos)
@@ -331,19 +350,44 @@ class SamiMender {
         if (!out.ends_with('\n'))
             out += LineEnd;
         out += "<BODY>\r\n";
+        const Paragraph* before = nullptr;
         for (const Paragraph& paragraph : m_paragraphs) {
-            if (paragraph.language != language)
+            // A class without titles only clears those of the others.
+            const bool clears = m_mended.languages[paragraph.language].titles == 0 &&
+                                (before == nullptr || before->time != paragraph.time);
+            if (paragraph.language != language && !clears)
                 continue;
-            out += "<SYNC Start=";
-            AppendNumber(out, RoundToLong(paragraph.time));
-            out += "><P Class=" + m_classes[language] + ">";
-            AppendWords(paragraph);
-            out += LineEnd;
+            WriteParagraph(paragraph, language);
+            before = &paragraph;
         }
+        WriteOthers(language);
         const std::size_t end = m_foot.find_last_not_of("\r\n");
         out += end == std::string_view::npos ? PlainFoot : m_foot.substr(0, end + 1);
         out += LineEnd;
         NoteOthers(language);
+    }
+
+    void WriteParagraph(const Paragraph& paragraph, std::size_t language) {
+        m_mended.text += "<SYNC Start=";
+        AppendNumber(m_mended.text, RoundToLong(paragraph.time));
+        m_mended.text += "><P Class=" + m_classes[language] + ">";
+        AppendWords(paragraph);
+        m_mended.text += LineEnd;
+    }
+
+    /// Behind the first body, where the strict reading takes them for the foot and the writer
+    /// writes them back. Players read them there too.
+    void WriteOthers(std::size_t language) {
+        bool any = false;
+        for (const Paragraph& paragraph : m_paragraphs) {
+            const bool other =
+                paragraph.language != language && m_mended.languages[paragraph.language].titles > 0;
+            if (other && !any)
+                m_mended.text += "</BODY>\r\n<BODY>\r\n";
+            any = any || other;
+            if (other)
+                WriteParagraph(paragraph, paragraph.language);
+        }
     }
 
     void AppendWords(const Paragraph& paragraph) {
@@ -362,10 +406,15 @@ class SamiMender {
         m_mended.text += words;
     }
 
+    /// Those that stood among the titles of this one.
     void NoteOthers(std::size_t language) {
-        for (std::size_t i = 0; i < m_mended.languages.size(); ++i) {
-            if (i != language && m_mended.languages[i].titles > 0)
-                m_notes.Add("other language left out", "other languages left out", 1);
+        std::vector<bool> among(m_mended.languages.size());
+        for (std::size_t i = 0; i < std::min(m_firstBody, m_paragraphs.size()); ++i)
+            among[m_paragraphs[i].language] = true;
+        for (std::size_t i = 0; i < among.size(); ++i) {
+            if (i != language && among[i] && m_mended.languages[i].titles > 0)
+                m_notes.Add("other language kept behind the body",
+                            "other languages kept behind the body", 1);
         }
     }
 
@@ -378,7 +427,13 @@ class SamiMender {
     /// The same for the next "<".
     std::size_t m_nextOpen = 0;
     std::string_view m_head;
+    /// From the last end of a body on.
     std::string_view m_foot;
+    std::size_t m_lastSync = 0;
+    /// How many paragraphs the first body holds.
+    std::size_t m_firstBody = static_cast<std::size_t>(-1);
+    /// Behind the end of a body, before the next SYNC tag.
+    bool m_between = false;
     std::vector<std::string> m_classes;
     /// Where each class stands in the list, by its name in lower case.
     std::map<std::string, std::size_t> m_places;
@@ -393,6 +448,23 @@ class SamiMender {
 };
 
 } // namespace
+
+bool HoldsSeveralLanguages(std::string_view sami) {
+    constexpr std::string_view Word = "class";
+    std::string_view first;
+    for (std::size_t at = sami.find('='); at != std::string_view::npos;
+         at = sami.find('=', at + 1)) {
+        if (at < Word.size() || !IsWord(sami.substr(at - Word.size(), Word.size()), Word))
+            continue;
+        std::string_view name = sami.substr(at + 1);
+        name = Unquoted(name.substr(0, name.find_first_of(" \t\r\n>/")));
+        if (first.empty())
+            first = name;
+        else if (!name.empty() && name != first && AsciiLower(name) != AsciiLower(first))
+            return true;
+    }
+    return false;
+}
 
 MendedText MendSami(std::string_view text, std::size_t language) {
     return SamiMender(text).Mend(language);

@@ -259,5 +259,6 @@ Format SamiFormat() {
             .write = WriteSAMI,
             .losses = {.emptyTitles = true, .overlaps = true, .blanks = true, .markup = true},
             .mend = MendSami,
+            .holdsLanguages = HoldsSeveralLanguages,
             .keeps = Keeps};
 }

@@ -1,5 +1,7 @@
 #include "formats/tolerance.h"
 
+#include "formats/reading.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -46,17 +48,26 @@ std::string Titles(std::int32_t count) {
     return std::to_string(count) + (count == 1 ? " title" : " titles");
 }
 
-std::string Question(const SUBTITLES& strict, const SUBTITLES& mended, const MendedText& text) {
+std::vector<MendedLanguage> LanguagesWithTitles(std::vector<MendedLanguage> languages) {
+    std::erase_if(languages, [](const MendedLanguage& language) { return language.titles == 0; });
+    return languages;
+}
+
+std::string Question(const SUBTITLES& strict, const SUBTITLES& mended, const MendedText& text,
+                     std::size_t languages) {
     std::string question = "A tolerant reading finds ";
     const std::int32_t other = OtherTimes(strict, mended);
-    if (mended.Count() != strict.Count())
+    if (languages > 1)
+        question += "titles in " + std::to_string(languages) + " languages";
+    else if (mended.Count() != strict.Count())
         question += Titles(mended.Count()) + " instead of " + std::to_string(strict.Count());
     else if (other > 0)
         question += "other times for " + std::to_string(other) + " of " + Titles(mended.Count());
     else
         question += "the same " + Titles(mended.Count()) + ", and no damage";
     const std::string summary = MendSummary(text.mends, false);
-    return question + (summary.empty() ? "" : " (" + summary + ")") + ". Use it?";
+    return question + (summary.empty() ? "" : " (" + summary + ")") +
+           (languages > 1 ? ". Which of them are to be edited?" : ". Use it?");
 }
 
 SUBTITLES Read(const Format& format, const std::string& text, double frameRate, FileStyle& style) {
@@ -70,33 +81,33 @@ SUBTITLES Read(const Format& format, const std::string& text, double frameRate, 
 std::optional<MendOffer> OfferMending(const Format& format, std::string_view text, double frameRate,
                                       ReadOutcome strictly, const SUBTITLES& titles) {
     const bool corrupt = strictly == ReadOutcome::Corrupt;
-    if (format.mend == nullptr || strictly == ReadOutcome::Cancelled ||
-        (!corrupt && !LooksMisread(titles)))
+    if (format.mend == nullptr || strictly == ReadOutcome::Cancelled)
+        return std::nullopt;
+    const bool mixed = format.holdsLanguages != nullptr && format.holdsLanguages(text);
+    if (!corrupt && !mixed && !LooksMisread(titles))
         return std::nullopt;
     MendedText mended = format.mend(text, 0);
+    std::vector<MendedLanguage> languages = LanguagesWithTitles(mended.languages);
+    const std::size_t first = languages.empty() ? 0 : languages.front().number;
+    if (first > 0)
+        mended = format.mend(text, first);
     FileStyle style;
     const SUBTITLES loose = Read(format, mended.text, frameRate, style);
     const bool same = loose.Count() == titles.Count() && OtherTimes(titles, loose) == 0;
-    if (loose.Count() == 0 || (same && !corrupt))
+    if (loose.Count() == 0 || FirstBeyond(loose) != 0 || (same && !corrupt && languages.size() < 2))
         return std::nullopt;
-    MendOffer offer{Question(titles, loose, mended),
-                    std::move(mended.mends),
-                    {},
-                    &format,
-                    frameRate,
-                    std::string(text)};
-    for (MendedLanguage& language : mended.languages) {
-        if (language.titles > 0)
-            offer.languages.push_back(std::move(language));
-    }
-    return offer;
+    return MendOffer{Question(titles, loose, mended, languages.size()),
+                     std::move(mended.mends),
+                     std::move(languages),
+                     first,
+                     &format,
+                     frameRate,
+                     std::string(text)};
 }
 
 void TakeOffer(const MendOffer& offer, std::size_t language, SUBTITLES& titles, FileStyle& style) {
     const MendedText mended = offer.format->mend(offer.text, language);
-    titles.UndoEnabled(false);
-    titles.Clear();
-    offer.format->read(mended.text, offer.frameRate, titles, style, {});
-    titles.ClearUndo();
-    titles.UndoEnabled(true);
+    SUBTITLES fresh = Read(*offer.format, mended.text, offer.frameRate, style);
+    fresh.UndoEnabled(true);
+    titles.Replace(std::move(fresh));
 }

@@ -10,11 +10,13 @@
 /// something to ask the user about, never done unasked.
 struct MendOffer {
     /// "A tolerant reading finds 1000 titles instead of 1 (999 blank lines between blocks).
-    /// Use it?"
+    /// Use it?" Where there are languages, it asks which.
     std::string question;
     std::vector<Mend> mends;
     /// More than one: the user is asked which is wanted.
     std::vector<MendedLanguage> languages;
+    /// What `TakeOffer` takes where nobody is asked.
+    std::size_t language = 0;
 
     const Format* format = nullptr;
     double frameRate = 0;
@@ -23,7 +25,7 @@ struct MendOffer {
 };
 
 /// Nothing when the strict reading of the text ended well and its titles look right, or
-/// when a tolerant one finds no better.
+/// when a tolerant one finds no better. A file in several languages is always asked about.
 std::optional<MendOffer> OfferMending(const Format& format, std::string_view text, double frameRate,
                                       ReadOutcome strictly, const SUBTITLES& titles);
 

@@ -269,7 +269,8 @@ INSTANTIATE_TEST_SUITE_P(
             "1-2.5 Tom &amp; Jerry &eacute;&#233;&#xE9; 1 &lt; 2 &quot;x&quot; | 2.5-12.5 &nbsp;",
             "1-2.5 Tom & Jerry ééé 1 &lt; 2 \"x\"", "7 entities (first on line 10)"},
         WildRow{"languages-apart.smi", "1-2.5 One | 2.5-1.2 &nbsp; | 1.2-2.6 Un | 2.6-12.6 &nbsp;",
-                "1-2.5 One", "2 entities (first on line 11), 1 other language left out (line 1)"},
+                "1-2.5 One",
+                "2 entities (first on line 11), 1 other language kept behind the body (line 1)"},
         WildRow{"lone-bracket.smi", "1-2.5 1< 2 and 3 >2 | 2.5-12.5 &nbsp;",
                 "1-2.5 1 &lt; 2 and 3 > 2", "1 lone \"<\" (line 10), 1 entity (line 11)"},
         WildRow{"no-body.smi", "CORRUPT", "1-2.5 One | 3-4 Two\r\nlines",
@@ -303,7 +304,7 @@ INSTANTIATE_TEST_SUITE_P(
         WildRow{"two-languages.smi",
                 "1-2.5 OneUn | 2.5-3 &nbsp;&nbsp; | 3-4 TwoDeux | 4-14 &nbsp;&nbsp;",
                 "1-2.5 One | 3-4 Two",
-                "4 entities (first on line 11), 1 other language left out (line 1)"}),
+                "4 entities (first on line 11), 1 other language kept behind the body (line 1)"}),
     [](const testing::TestParamInfo<WildRow>& row) {
         std::string name = row.param.file;
         for (char& c : name)
@@ -357,6 +358,46 @@ TEST(MendSami, GivesTheLanguageThatIsAskedFor) {
     EXPECT_EQ(MendSami(TwoLanguages, 7).text, MendSami(TwoLanguages, 0).text);
 }
 
+TEST(MendSami, KeepsTheOthersBehindTheBody) {
+    Loaded loaded = LoadText("x.smi", MendSami(TwoLanguages, 1).text);
+    std::string written;
+    WriteFile(*loaded.result.format, loaded.titles, 25, loaded.style, written);
+    EXPECT_NE(written.find("</BODY>\r\n<BODY>\r\n<SYNC Start=1000><P Class=EN>One\r\n"
+                           "<SYNC Start=2000><P Class=EN><br>\r\n</BODY></SAMI>\r\n"),
+              std::string::npos)
+        << written;
+    EXPECT_EQ(Shown(LoadText("x.smi", written)), "1-2 Un | 3-13 Deux");
+    // And from there they can be had again.
+    const MendedText english = MendSami(written, 1);
+    ASSERT_EQ(english.languages.size(), 2U);
+    EXPECT_EQ(english.languages[1].name, "English");
+    EXPECT_EQ(Shown(LoadText("x.smi", english.text)), "1-2 One");
+}
+
+TEST(MendSami, GoesOnBehindTheEndOfABody) {
+    EXPECT_EQ(Shown(LoadText("x.smi", MendSami("<BODY>\r\n<SYNC Start=1000><P>A\r\n"
+                                               "<SYNC Start=2000><P><br>\r\n</BODY></SAMI>\r\n"
+                                               "<SAMI><HEAD><TITLE>Part 2</TITLE></HEAD><BODY>\r\n"
+                                               "<SYNC Start=3000><P>B\r\n</BODY></SAMI>\r\n")
+                                          .text)),
+              "1-2 A | 3-13 B");
+}
+
+struct LanguagesRow {
+    std::string_view file;
+    bool several;
+};
+
+TEST(HoldsSeveralLanguages, LooksAtTheClasses) {
+    for (const LanguagesRow& row :
+         {LanguagesRow{"", false}, LanguagesRow{"=", false}, LanguagesRow{"class=", false},
+          LanguagesRow{"<P Class=A>x<P Class=a>y<P>z", false},
+          LanguagesRow{"<P Class=A>x<P Class=\"A\">y", false},
+          LanguagesRow{"<P Class=A>x<P Class=>y", false},
+          LanguagesRow{"<P Class=A>x<p CLASS=B>y", true}})
+        EXPECT_EQ(HoldsSeveralLanguages(row.file), row.several) << row.file;
+}
+
 TEST(MendSummary, CountsEachKind) {
     const std::vector<Mend> mends{{"hole", "holes", 1, 4}, {"tear", "tears", 3, 7}};
     EXPECT_EQ(MendSummary(mends, false), "1 hole, 3 tears");
@@ -404,6 +445,22 @@ INSTANTIATE_TEST_SUITE_P(
                  "A tolerant reading finds the same 1 title, and no damage (1 blank line between "
                  "blocks). Use it?"},
         OfferRow{"a title without length", "x.sub", "{25}{25}A\r\n", ""},
+        OfferRow{"two languages that are read well", "x.smi",
+                 "<BODY>\r\n<SYNC Start=1000><P Class=A>a\r\n<SYNC Start=2000><P Class=A><br>\r\n"
+                 "</BODY>\r\n<BODY>\r\n<SYNC Start=1000><P Class=B>b\r\n</BODY>\r\n",
+                 "A tolerant reading finds titles in 2 languages. Which of them are to be edited?"},
+        OfferRow{"two languages in one", "x.smi",
+                 "<BODY>\r\n<SYNC Start=1000><P Class=A>a<P Class=B>b\r\n</BODY>\r\n",
+                 "A tolerant reading finds titles in 2 languages (1 other language kept behind the "
+                 "body). Which of them are to be edited?"},
+        OfferRow{"a second class that says nothing", "x.smi",
+                 "<BODY>\r\n<SYNC Start=1000><P Class=A>a<P Class=B>\r\n<SYNC Start=2000><P "
+                 "Class=A><br>\r\n</BODY>\r\n",
+                 ""},
+        OfferRow{"a second class without titles", "x.smi",
+                 "<BODY>\r\n<SYNC Start=1000><P Class=A>a\r\n<SYNC Start=2000><P Class=B>\r\n"
+                 "</BODY>\r\n",
+                 ""},
         OfferRow{"a format without a tolerant reading of such a file", "x.smi",
                  "<SAMI><BODY>\r\n<SYNC Start=0><P>A\r\n</BODY>\r\n", ""}));
 
