@@ -41,6 +41,7 @@ Decision Decide(QWidget* parent, const QString& text, MessageIcon icon) {
     Question box(IconOf(icon), QStringLiteral("Quelmar"), text, QMessageBox::Yes | QMessageBox::No,
                  parent);
     box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(QMessageBox::Yes);
     box.exec();
     if (box.clickedButton() == nullptr)
         return Decision::None;

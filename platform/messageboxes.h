@@ -17,7 +17,7 @@ void ShowMessage(QWidget* parent, const QString& text, MessageIcon icon = Messag
 int AskChoice(QWidget* parent, const QString& text, const QStringList& choices);
 
 enum class Decision { Yes, No, None };
-/// A question with Yes and No. Escape and the close box decide nothing.
+/// A question with Yes, which Enter takes, and No. Escape and the close box decide nothing.
 Decision AskDecision(QWidget* parent, const QString& text);
 /// The same where deciding nothing means No.
 bool AskYesNo(QWidget* parent, const QString& text, MessageIcon icon = MessageIcon::None);
