@@ -6,10 +6,12 @@
 #include "mainwindow/subtitlefiles.h"
 #include "platform/messageboxes.h"
 
+#include <QAction>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QRadioButton>
 #include <QSignalBlocker>
+#include <QStyle>
 
 namespace {
 
@@ -47,6 +49,8 @@ FilePanel::FilePanel(MainState& state, SubtitleFiles& files, QWidget* parent)
     , txtSRT(Named(new QLineEdit(this), "txtSRT", tr("Subtitle file"),
                    QStringLiteral("Enter the subtitle (SRT, SMI, SUB) file path here, or click "
                                   "the little button to browse")))
+    , actMended(txtSRT->addAction(style()->standardIcon(QStyle::SP_MessageBoxInformation),
+                                  QLineEdit::TrailingPosition))
     , cmdBrowseSRT(
           MakeBrowseButton(this, "cmdBrowseSRT", QStringLiteral("Browse for the subtitle file")))
     , Label6(MakeLabel(this, "Label6", QStringLiteral("When playing")))
@@ -66,6 +70,9 @@ FilePanel::FilePanel(MainState& state, SubtitleFiles& files, QWidget* parent)
     optShow->setChecked(true);
     cmdEdit->setEnabled(false);
     cmdSave->setEnabled(false);
+    actMended->setObjectName("actMended");
+    actMended->setText(tr("Mended"));
+    actMended->setVisible(false);
     Label2->setBuddy(txtAVI);
     Label3->setBuddy(txtSRT);
     LayOut();
@@ -107,7 +114,9 @@ void FilePanel::ConnectControls() {
     On(cmdExit, &QPushButton::clicked, this, &FilePanel::cmdExit_Click);
     connect(optShow, &QRadioButton::toggled, this,
             [this](bool chosen) { chosen ? optShow_Click() : optPosition_Click(); });
+    On(actMended, &QAction::triggered, this, &FilePanel::actMended_Trigger);
     On(&m_files, &SubtitleFiles::Opened, this, &FilePanel::DocumentOpened);
+    On(&m_files, &SubtitleFiles::Mended, this, &FilePanel::Files_Mended);
 }
 
 QSize FilePanel::NeededSize() const {
@@ -179,6 +188,17 @@ void FilePanel::txtSRT_Change() {
     const QString name = txtSRT->text();
     if (FileExists(name) && name.size() >= ShortestName)
         m_files.LoadSubtitles(name);
+}
+
+void FilePanel::Files_Mended(const QString& what) {
+    actMended->setVisible(!what.isEmpty());
+    actMended->setToolTip(
+        tr("The file was mended when it was read: %1.\nSaving writes it in the right form.")
+            .arg(what));
+}
+
+void FilePanel::actMended_Trigger() {
+    ShowMessage(window(), actMended->toolTip());
 }
 
 void FilePanel::optShow_Click() {

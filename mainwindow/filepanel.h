@@ -6,6 +6,7 @@
 #include <QString>
 #include <QWidget>
 
+class QAction;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -53,6 +54,8 @@ class FilePanel : public QWidget {
     void cmdEdit_Click();
     void cmdSave_Click();
     void cmdExit_Click();
+    void Files_Mended(const QString& what);
+    void actMended_Trigger();
 
     MainState& m_state;
     SubtitleFiles& m_files;
@@ -62,6 +65,8 @@ class FilePanel : public QWidget {
     QPushButton* cmdBrowseAVI;
     QLabel* Label3;
     QLineEdit* txtSRT;
+    /// In the box while the titles are those of the tolerant reading.
+    QAction* actMended;
     QPushButton* cmdBrowseSRT;
     QLabel* Label6;
     QRadioButton* optShow;

@@ -2,6 +2,7 @@
 
 #include "formats/load.h"
 #include "mainwindow/frmFrameRate.h"
+#include "mainwindow/frmLanguages.h"
 #include "mainwindow/frmLoading.h"
 #include "model/step.h"
 #include "platform/messageboxes.h"
@@ -79,12 +80,37 @@ void SubtitleFiles::StartNewFile() {
     emit Opened();
     m_saver.Opened({});
     document.Saved();
+    emit Mended({});
 }
 
 void SubtitleFiles::LoadSubtitles(const QString& name) {
     const LoadResult result = LoadDocument(name);
     if (!result.message.empty())
         ShowMessage(m_window, MessageText(result.message));
+    if (result.offer)
+        Offer(*result.offer);
+}
+
+void SubtitleFiles::Offer(const MendOffer& offer) {
+    std::size_t language = offer.language;
+    if (offer.languages.size() > 1) {
+        const std::optional<int> line = frmLanguages(offer, m_window).Ask();
+        if (!line)
+            return;
+        language = offer.languages[static_cast<std::size_t>(*line)].number;
+    } else if (!AskYesNo(m_window, QString::fromStdString(offer.question), MessageIcon::Question)) {
+        return;
+    }
+    Document& document = m_state.document;
+    // What the strict reading gave stays as a version.
+    const Step step(document.Subt, "Mending", Step::Undo::Emptied);
+    TakeOffer(offer, language, document.Subt, document.Style);
+    emit Opened();
+    if (offer.mends.empty() && language == offer.language)
+        return;
+    document.SubtitlesChanged = true;
+    emit Mended(offer.mends.empty() ? tr("another language was chosen")
+                                    : QString::fromStdString(MendSummary(offer.mends, true)));
 }
 
 LoadResult SubtitleFiles::LoadDocument(const QString& name) {
@@ -114,6 +140,7 @@ LoadResult SubtitleFiles::LoadDocument(const QString& name) {
         m_saver.Opened(name);
         document.SubtitlesChanged = false;
         document.Saved();
+        emit Mended({});
     }
     return result;
 }
@@ -135,8 +162,10 @@ bool SubtitleFiles::SaveSubtitles() {
         return false;
     // What is in no file is unsaved work, whatever it was before.
     document.SubtitlesChanged = !result->proven;
-    if (result->proven)
+    if (result->proven) {
         document.Saved();
+        emit Mended({});
+    }
     return result->written;
 }
 

@@ -11,6 +11,7 @@
 #include <string>
 
 struct LoadResult;
+struct MendOffer;
 class QWidget;
 
 /// Reads and writes the document's titles, with the questions and dialogs around that.
@@ -39,10 +40,14 @@ class SubtitleFiles : public QObject {
     void Opened();
     void SaveDeclined();
     void FileEmptying();
+    /// The document is the tolerant reading of its file, with what was mended (empty: it is
+    /// what the file holds).
+    void Mended(const QString& what);
 
   private:
     Decision AskSaveFirst();
     LoadResult LoadDocument(const QString& name);
+    void Offer(const MendOffer& offer);
     double AskFrameRate();
 
     MainState& m_state;
