@@ -1,13 +1,15 @@
 #include "mainwindow/frmFrameRate.h"
 
+#include "mainwindow/handlers.h"
 #include "model/numbers.h"
-#include "platform/errorgate.h"
+#include "model/times.h"
 #include "platform/messageboxes.h"
 
 #include <QComboBox>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace {
 
@@ -17,16 +19,19 @@ constexpr double LowerBound = 10;
 constexpr double UpperBound = 50;
 
 QString RateText(double rate) {
-    return QString::fromStdString(NumberText(rate));
+    return QString::fromStdString(NumberText(RoundTime(rate)));
 }
 
 } // namespace
 
-frmFrameRate::frmFrameRate(Document& document, QWidget* parent)
+frmFrameRate::frmFrameRate(Document& document, const KnownRates& known, QWidget* parent)
     : QDialog(parent)
     , m_document(document)
+    , m_known(known)
     , cboFramerate(new QComboBox(this))
-    , cmdOK(new QPushButton(tr("OK"), this)) {
+    , cmdOK(new QPushButton(tr("OK"), this))
+    , cmdFilmRate(new QPushButton(tr("The &film has %1").arg(RateText(known.film)), this))
+    , cmdFileRate(new QPushButton(tr("The fi&le names %1").arg(RateText(known.file)), this)) {
     setObjectName("frmFrameRate");
     setWindowTitle(tr("Micro-DVD Frame Rate"));
     setModal(true);
@@ -41,23 +46,55 @@ frmFrameRate::frmFrameRate(Document& document, QWidget* parent)
     cmdOK->setToolTip(tr("Select the frame rate shown to the left"));
     cmdOK->setDefault(true);
 
-    auto* layout = new QHBoxLayout(this);
+    cmdFilmRate->setObjectName("cmdFilmRate");
+    cmdFileRate->setObjectName("cmdFileRate");
+    LayOut();
+    On(cmdOK, &QPushButton::clicked, this, &frmFrameRate::cmdOK_Click);
+    On(cmdFilmRate, &QPushButton::clicked, this, &frmFrameRate::cmdFilmRate_Click);
+    On(cmdFileRate, &QPushButton::clicked, this, &frmFrameRate::cmdFileRate_Click);
+    Form_Load();
+}
+
+void frmFrameRate::LayOut() {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(12);
+    row->addWidget(cboFramerate, 1);
+    row->addWidget(cmdOK);
+    auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(16, 16, 16, 16);
     layout->setSpacing(12);
-    layout->addWidget(cboFramerate, 1);
-    layout->addWidget(cmdOK);
+    layout->addLayout(row);
+    for (QPushButton* offer : {cmdFilmRate, cmdFileRate}) {
+        const bool known = (offer == cmdFilmRate ? m_known.film : m_known.file) > 0;
+        offer->setAutoDefault(false);
+        offer->setToolTip(tr("Put this rate into the box above"));
+        offer->setVisible(known);
+        layout->addWidget(offer);
+    }
     // The whole caption shows.
     setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + 160);
-    connect(cmdOK, &QPushButton::clicked, this, [this] { Guarded([this] { cmdOK_Click(); }); });
-    Form_Load();
 }
 
 void frmFrameRate::Form_Load() {
     cboFramerate->clear();
     for (const double rate : OfferedRates)
         cboFramerate->addItem(RateText(rate));
-    cboFramerate->setEditText(RateText(m_document.FrameRate));
+    cboFramerate->setEditText(QString::fromStdString(NumberText(m_document.FrameRate)));
     cboFramerate->lineEdit()->selectAll();
+}
+
+void frmFrameRate::Take(double rate) {
+    cboFramerate->setEditText(RateText(rate));
+    cboFramerate->lineEdit()->selectAll();
+    cboFramerate->setFocus();
+}
+
+void frmFrameRate::cmdFilmRate_Click() {
+    Take(m_known.film);
+}
+
+void frmFrameRate::cmdFileRate_Click() {
+    Take(m_known.file);
 }
 
 void frmFrameRate::cmdOK_Click() {

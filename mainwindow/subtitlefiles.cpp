@@ -101,13 +101,13 @@ void SubtitleFiles::Offer(const MendOffer& offer) {
     } else if (!AskYesNo(m_window, QString::fromStdString(offer.question), MessageIcon::Question)) {
         return;
     }
+    if (offer.languages.size() > 1 && offer.mends.empty() && language == offer.language)
+        return;
     Document& document = m_state.document;
     // What the strict reading gave stays as a version.
     const Step step(document.Subt, "Mending", Step::Undo::Emptied);
     TakeOffer(offer, language, document.Subt, document.Style);
     emit Opened();
-    if (offer.mends.empty() && language == offer.language)
-        return;
     document.SubtitlesChanged = true;
     emit Mended(offer.mends.empty() ? tr("another language was chosen")
                                     : QString::fromStdString(MendSummary(offer.mends, true)));
@@ -118,8 +118,8 @@ LoadResult SubtitleFiles::LoadDocument(const QString& name) {
     const Step step(document.Subt);
     std::optional<frmLoading> loading;
     LoadHooks hooks;
-    hooks.askFrameRate = [this](std::optional<double> /*named*/) {
-        return AskFrameRate();
+    hooks.askFrameRate = [this](std::optional<double> named) {
+        return AskFrameRate(named);
     };
     hooks.loading = [&] {
         loading.emplace(m_window);
@@ -169,8 +169,9 @@ bool SubtitleFiles::SaveSubtitles() {
     return result->written;
 }
 
-double SubtitleFiles::AskFrameRate() {
-    frmFrameRate dialog(m_state.document, m_window);
+double SubtitleFiles::AskFrameRate(std::optional<double> named) {
+    frmFrameRate dialog(m_state.document, {m_state.player->PictureRate(), named.value_or(0)},
+                        m_window);
     dialog.exec();
     return m_state.document.FrameRate;
 }

@@ -48,7 +48,8 @@ class SubtitleFiles : public QObject {
     Decision AskSaveFirst();
     LoadResult LoadDocument(const QString& name);
     void Offer(const MendOffer& offer);
-    double AskFrameRate();
+    /// `named`: what the file says of itself.
+    double AskFrameRate(std::optional<double> named = {});
 
     MainState& m_state;
     QWidget* m_window;

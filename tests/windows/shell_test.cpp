@@ -121,7 +121,7 @@ class FrameRateDialog : public testing::Test {
     /// message and closes the dialog. Answers whether it was accepted.
     bool Enter(const QString& text) {
         bool accepted = false;
-        frmFrameRate dialog(document, nullptr);
+        frmFrameRate dialog(document, {}, nullptr);
         QTimer::singleShot(0, &dialog, [&] {
             Child<QComboBox>(dialog, "cboFramerate").setEditText(text);
             {
@@ -175,7 +175,7 @@ TEST_F(FrameRateDialog, RefusesAllOthers) {
 TEST_F(FrameRateDialog, AlwaysOffersTheFiveRates) {
     for (const double rate : {25.0, 17.5, 23.976}) {
         document.FrameRate = rate;
-        frmFrameRate dialog(document, nullptr);
+        frmFrameRate dialog(document, {}, nullptr);
         EXPECT_EQ(dialog.windowTitle().toStdString(), "Micro-DVD Frame Rate");
         const auto& cboFramerate = Child<QComboBox>(dialog, "cboFramerate");
         QStringList offered;
@@ -187,7 +187,7 @@ TEST_F(FrameRateDialog, AlwaysOffersTheFiveRates) {
 }
 
 TEST_F(FrameRateDialog, WhatIsTypedIsTakenAtTheFirstReturn) {
-    frmFrameRate dialog(document, nullptr);
+    frmFrameRate dialog(document, {}, nullptr);
     dialog.show();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
     auto* box = Child<QComboBox>(dialog, "cboFramerate").lineEdit();
@@ -214,7 +214,7 @@ TEST_F(FrameRateDialog, ItsCloseBoxKeepsTheRate) {
         Child<QComboBox>(window, "cboFramerate").setEditText("30");
         window.close();
     })});
-    frmFrameRate(document, nullptr).exec();
+    frmFrameRate(document, {}, nullptr).exec();
     EXPECT_EQ(document.FrameRate, 24);
 }
 
@@ -226,7 +226,7 @@ TEST_F(FrameRateDialog, EnterIsOK) {
         QTest::keyClicks(Child<QComboBox>(window, "cboFramerate").lineEdit(), "30");
         QTest::keyClick(&window, Qt::Key_Return);
     })});
-    frmFrameRate(document, nullptr).exec();
+    frmFrameRate(document, {}, nullptr).exec();
     EXPECT_EQ(document.FrameRate, 30);
 }
 
