@@ -1,8 +1,8 @@
 #include "mainwindow/filepanel.h"
 
-#include "mainwindow/fileexists.h"
 #include "mainwindow/handlers.h"
 #include "mainwindow/panelcontrols.h"
+#include "mainwindow/patientfiles.h"
 #include "mainwindow/subtitlefiles.h"
 #include "platform/messageboxes.h"
 
@@ -31,7 +31,10 @@ const QString MediaFilter =
                    "QuickTime files (*.mov)|*.mov|"
                    "MPeg layer 3 files (*.mp3)|*.mp3|"
                    "Windows WAV audio|*.wav|"
-                   "All Files (*.*)|*.*");
+                   "All Files (*.*)|*.*|"
+                   "All films and sound|*.avi;*.mpg;*.mpeg;*.asf;*.wmv;*.mov;*.mp4;*.m4v;*.mkv;"
+                   "*.webm;*.ts;*.m2ts;*.mts;*.vob;*.ogm;*.ogv;*.flv;*.3gp;*.wav;*.mp3;*.flac;"
+                   "*.m4a;*.aac;*.opus;*.ogg;*.oga;*.wma");
 
 } // namespace
 
@@ -152,17 +155,20 @@ void FilePanel::cmdBrowseAVI_Click() {
     CommonDialog& dialog = m_state.DLG;
     m_files.PrepareStartingName();
     dialog.Filter = MediaFilter;
+    dialog.PickedFilter = m_filter;
     dialog.Title = QStringLiteral("Select an existing media file");
     dialog.PickedExtension.clear();
     dialog.FileMustExist = true;
-    if (dialog.ShowOpen(window()))
+    if (dialog.ShowOpen(window())) {
+        m_filter = dialog.PickedFilter;
         txtAVI->setText(dialog.FileName);
+    }
     emit MediaBrowsed();
 }
 
 void FilePanel::txtAVI_Change() {
     m_state.document.MediaFile = txtAVI->text().toStdString();
-    if (FileExists(txtAVI->text()))
+    if (FileExistsPatiently(window(), txtAVI->text()))
         m_state.player->FileName(txtAVI->text());
     emit MediaNamed();
 }
@@ -174,7 +180,7 @@ void FilePanel::cmdBrowseSRT_Click() {
     // Emptied first, so that the same file is read again.
     txtSRT->clear();
     txtSRT->setText(*name);
-    if (!FileExists(*name) &&
+    if (!FileExistsPatiently(window(), *name) &&
         AskYesNo(window(),
                  QStringLiteral("This file does not yet exist.\nDo you want to start a new file?"),
                  MessageIcon::Question))
@@ -186,7 +192,7 @@ void FilePanel::txtSRT_Change() {
     if (!m_files.SaveIfWished())
         return;
     const QString name = txtSRT->text();
-    if (FileExists(name) && name.size() >= ShortestName)
+    if (FileExistsPatiently(window(), name) && name.size() >= ShortestName)
         m_files.LoadSubtitles(name);
 }
 

@@ -58,6 +58,8 @@ class FilePanel : public QWidget {
     void actMended_Trigger();
 
     MainState& m_state;
+    /// The media dialog's filter that was used last.
+    QString m_filter = QStringLiteral("All films and sound");
     SubtitleFiles& m_files;
 
     QLabel* Label2;

@@ -2,6 +2,7 @@
 
 #include "base/savejournal.h"
 #include "formats/subrip.h"
+#include "mainwindow/patientfiles.h"
 #include "mainwindow/savename.h"
 #include "platform/commondialogs.h"
 #include "platform/messageboxes.h"
@@ -31,7 +32,7 @@ QString NameInQuotes(const QString& file) {
 
 void FileSaver::Opened(const QString& file) {
     m_file = file.isEmpty() ? std::filesystem::path() : PathOf(file);
-    m_stamp = m_file.empty() ? FileStamp() : StampOf(m_file);
+    m_stamp = m_file.empty() ? FileStamp() : StampPatiently(m_window, m_file);
     m_stylesAnswered = false;
     m_lossesAnswered.clear();
 }
@@ -51,10 +52,11 @@ std::optional<SaveResult> FileSaver::Save(const SaveJob& job) {
     hooks.beforeWriting = job.beforeWriting;
     hooks.journalFolder = StateFolder();
     const std::filesystem::path file = PathOf(m_dialog.FileName);
+    hooks.beside = BesideFor(m_window, file);
     const SaveResult result = SaveTitles(file, job.codePage, job.titles, style, hooks);
     if (result.written) {
         m_file = file;
-        m_stamp = StampOf(file);
+        m_stamp = StampPatiently(m_window, file);
     }
     if (!result.message.empty())
         ShowMessage(m_window, MessageText(result.message), MessageIcon::None,
@@ -115,13 +117,14 @@ bool FileSaver::AskAboutStyles(const SUBTITLES& titles) {
 
 bool FileSaver::AskAboutChange(bool& again) {
     const QString& name = m_dialog.FileName;
-    std::error_code error;
     const std::filesystem::path file = PathOf(name);
-    const bool same = file == m_file || std::filesystem::equivalent(file, m_file, error);
-    if (!same || !m_stamp.there)
+    if (!m_stamp.there)
         return true;
-    const FileStamp now = StampOf(file);
-    if (now == m_stamp)
+    // By another path it is the same file too.
+    const FileStamp now = StampPatiently(m_window, file);
+    const bool same = file == m_file || (now.there && now.number == m_stamp.number &&
+                                         now.number != 0 && now.device == m_stamp.device);
+    if (!same || now == m_stamp)
         return true;
     const QString text = now.there ? QObject::tr("%1: Changed on the disk since it was opened.")
                                    : QObject::tr("%1: Removed from the disk since it was opened.");

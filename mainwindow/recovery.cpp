@@ -21,6 +21,9 @@ std::int64_t Now() {
     return QDateTime::currentSecsSinceEpoch();
 }
 
+/// How long nobody minds a window that stands still.
+constexpr auto Unfelt = std::chrono::milliseconds(250);
+
 } // namespace
 
 Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
@@ -35,7 +38,8 @@ Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
     }))
     , m_pause(ShortestPause) {
     connect(&window, &frmQuelmar::SaveDeclined, this, &Recovery::SaveDeclined);
-    connect(&window, &frmQuelmar::FileEmptying, this, &Recovery::Flush);
+    // The file stays whole without it too, so a window that saves does not stand still for it.
+    connect(&window, &frmQuelmar::FileEmptying, this, [this] { Flush(Unfelt); });
     connect(&m_soon, &QTimer::timeout, this, [this] { Guarded([this] { KeepChanges(); }); });
     // Told on the store's thread.
     m_store.WhenInTrouble([this](const QString& trouble) {
@@ -114,9 +118,9 @@ void Recovery::ForgetCurrent() {
     });
 }
 
-bool Recovery::Flush() {
+bool Recovery::Flush(std::chrono::milliseconds most) {
     KeepChanges();
-    m_store.Flush();
+    m_store.Flush(most);
     return m_store.HasCopy() && (m_offers->current || m_offers->archived);
 }
 

@@ -1,6 +1,7 @@
 #include "mainwindow/savename.h"
 
 #include "formats/format.h"
+#include "mainwindow/patientfiles.h"
 #include "mainwindow/subtitlefiles.h"
 #include "platform/commondialogs.h"
 #include "platform/messageboxes.h"
@@ -17,6 +18,7 @@ bool TellsFormat(const QString& name) {
 void Prepare(CommonDialog& dialog, const QString& document) {
     dialog.Title.clear();
     dialog.PickedExtension.clear();
+    dialog.PickedFilter.clear();
     if (document.trimmed().isEmpty()) {
         dialog.FileName = StartingName(dialog.FileName);
         return;
@@ -40,7 +42,7 @@ std::optional<QString> Completed(QWidget* parent, const CommonDialog& dialog) {
                   refusal + QObject::tr(" Save it as “%1”?").arg(file.fileName() + extension),
                   MessageIcon::Question))
         return std::nullopt;
-    if (QFileInfo::exists(name) &&
+    if (FileExistsPatiently(parent, name) &&
         !AskYesNo(parent,
                   QObject::tr("“%1” already exists.\nDo you want to replace it?")
                       .arg(file.fileName() + extension),

@@ -4,6 +4,7 @@
 #include "mainwindow/frmFrameRate.h"
 #include "mainwindow/frmLanguages.h"
 #include "mainwindow/frmLoading.h"
+#include "mainwindow/patientfiles.h"
 #include "model/step.h"
 #include "platform/messageboxes.h"
 #include "platform/paths.h"
@@ -13,6 +14,17 @@ namespace {
 
 constexpr double FirstSubtitleStart = 1;
 constexpr double FirstSubtitleEnd = 2;
+
+/// All formats' patterns in one more entry.
+QString SubtitleFilters() {
+    const QString filter = QString::fromStdString(FormatFilter());
+    QStringList patterns;
+    const QStringList parts = filter.split('|');
+    for (qsizetype k = 1; k < parts.size(); k += 2)
+        patterns << parts[k].split(';');
+    patterns.removeDuplicates();
+    return filter + "|All subtitle files|" + patterns.join(';');
+}
 
 /// Message boxes break lines at line feeds.
 QString MessageText(const std::string& message) {
@@ -62,11 +74,15 @@ std::optional<QString> SubtitleFiles::Browse() {
     }
     CommonDialog& dialog = m_state.DLG;
     PrepareStartingName();
-    dialog.Filter = QString::fromStdString(FormatFilter());
+    dialog.Filter = SubtitleFilters();
+    dialog.PickedFilter = m_filter;
     dialog.Title = QStringLiteral("Select an existing file or enter a new filename");
     dialog.PickedExtension.clear();
     dialog.FileMustExist = false;
-    return dialog.ShowOpen(m_window) ? std::optional(dialog.FileName) : std::nullopt;
+    if (!dialog.ShowOpen(m_window))
+        return {};
+    m_filter = dialog.PickedFilter;
+    return dialog.FileName;
 }
 
 void SubtitleFiles::StartNewFile() {
@@ -126,6 +142,9 @@ LoadResult SubtitleFiles::LoadDocument(const QString& name) {
     };
     hooks.progress = [&](double done) {
         return !loading || loading->Progress(done);
+    };
+    hooks.readFile = [this](const std::filesystem::path& file) {
+        return ReadWholeFilePatiently(m_window, file);
     };
     bool replaced = false;
     hooks.replacing = [&] {

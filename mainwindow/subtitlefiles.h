@@ -55,6 +55,8 @@ class SubtitleFiles : public QObject {
     QWidget* m_window;
     std::string m_codePage;
     FileSaver m_saver;
+    /// The open dialog's filter that was used last.
+    QString m_filter = QStringLiteral("All subtitle files");
 };
 
 /// The name that a file dialog opens on: the last one cut before its first ".",

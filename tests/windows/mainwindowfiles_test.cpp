@@ -436,6 +436,26 @@ TEST_F(MainWindowFiles, SavingAFrameCountingFileAsksForTheRate) {
     EXPECT_EQ(ReadFile("out.sub")->substr(0, 13), "{25}{75}first");
 }
 
+TEST_F(MainWindowFiles, TheLastFilterIsPickedAgain) {
+    const auto look = [](const char* expected, int count) {
+        return [=](QWidget& dialog) {
+            auto& types = Child<QComboBox>(dialog, "fileTypeCombo");
+            EXPECT_EQ(types.currentText().toStdString(), expected);
+            EXPECT_GE(types.count(), count);
+            types.setCurrentIndex(1);
+        };
+    };
+    const Modals modals(
+        {AnswerFileDialog(In("film.srt"), look("All subtitle files", 4)),
+         AnswerFileDialog(In("film.srt"), look("SubRip files (*.srt)", 4)),
+         AnswerFileDialog(In("film.avi"), look("All films and sound", 11)),
+         AnswerFileDialog(In("film.avi"), look("Video files (avi, mpg, asf, mov)", 11))});
+    Click("cmdBrowseSRT");
+    Click("cmdBrowseSRT");
+    Click("cmdBrowseAVI");
+    Click("cmdBrowseAVI");
+}
+
 /// The dialog with another filter picked.
 Answer SaveAs(const QString& name, int filter) {
     return AnswerFileDialog(name, [=](QWidget& dialog) {

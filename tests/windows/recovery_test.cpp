@@ -533,6 +533,7 @@ TEST_F(RecoveryTest, TheCopyIsOnTheDiskBeforeAFileIsEmptied) {
     Run run(folder);
     run.Type(source);
     run.Edit("about to be saved");
+    run.recovery.Flush();
     bool copied = false;
     QObject::connect(&run.window, &frmQuelmar::FileEmptying, &run.window, [&] {
         copied = run.store.HasCopy();

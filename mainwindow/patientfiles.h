@@ -1,0 +1,23 @@
+#pragma once
+
+#include "base/filestamp.h"
+#include "base/wholefile.h"
+
+#include <QString>
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+
+class QWidget;
+
+/// What a window asks of the disk, without standing still where the disk does not answer
+/// (see platform/beside.h). What is given up counts as not there.
+
+/// As `FileExists`.
+bool FileExistsPatiently(QWidget* window, const QString& name);
+std::optional<FileBytes> ReadWholeFilePatiently(QWidget* window, const std::filesystem::path& file);
+FileStamp StampPatiently(QWidget* window, const std::filesystem::path& file);
+/// For `SaveHooks::beside`.
+std::function<bool(std::function<void()>)> BesideFor(QWidget* window,
+                                                     const std::filesystem::path& file);
