@@ -1,6 +1,9 @@
 #include "platform/beside.h"
 
+#include <QCoreApplication>
+#include <QDeadlineTimer>
 #include <QDialog>
+#include <QEventLoop>
 #include <QLabel>
 #include <QPushButton>
 #include <QTimer>
@@ -17,6 +20,8 @@
 namespace {
 
 constexpr auto Patience = std::chrono::milliseconds(250);
+/// What is back by then shows no window, which would only flash up.
+constexpr auto Unshown = std::chrono::milliseconds(750);
 constexpr auto PollInterval = std::chrono::milliseconds(20);
 
 /// What the window's thread and the work share.
@@ -97,6 +102,13 @@ class frmWaiting : public QDialog {
     }
 };
 
+/// Paints and plays on; what the user does meanwhile waits.
+void WaitUnshown(Run& run) {
+    const QDeadlineTimer patience(Unshown);
+    while (!patience.hasExpired() && !run.Wait(PollInterval))
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
 } // namespace
 
 bool RunBeside(QWidget* parent, const QString& where, const QString& waitingFor,
@@ -109,7 +121,9 @@ bool RunBeside(QWidget* parent, const QString& where, const QString& waitingFor,
     } catch (const std::system_error&) {
         return false;
     }
-    if (!run->Wait(Patience)) {
+    if (!run->Wait(Patience))
+        WaitUnshown(*run);
+    if (!run->Done()) {
         frmWaiting(parent, waitingFor, *run).exec();
         if (!run->Done()) {
             Hanging().push_back(run);

@@ -10,8 +10,8 @@
 class QWidget;
 
 /// Files may lie on a share that no longer answers. What touches them runs beside the
-/// window's thread: the window waits as for a plain call, and after 0.3 s shows what it
-/// waits for, with a Cancel button, while everything else goes on.
+/// window's thread: the window waits as for a plain call; after 0.3 s everything but the
+/// user's input goes on, and after a second it shows what it waits for, with a Cancel button.
 ///
 /// `work` must own all that it uses, since after a Cancel it goes on alone until the share
 /// answers, which may be never. Meanwhile nothing else is begun at the same place (`where`,
