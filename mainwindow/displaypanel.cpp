@@ -143,6 +143,11 @@ void DisplayPanel::Advance() {
     ShowTexts(m_walker.Advance());
 }
 
+void DisplayPanel::Refresh() {
+    if (m_state.mediaActive)
+        MP_PositionChange(0, m_state.player->CurrentPosition());
+}
+
 void DisplayPanel::Choose(std::int32_t title) {
     ShowTexts(m_walker.Choose(title));
 }

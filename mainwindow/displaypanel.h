@@ -28,6 +28,8 @@ class DisplayPanel : public QWidget {
     std::int32_t CurrentTitle() const { return m_walker.CurrentTitle(); }
     /// The current title has its times: on to the next.
     void Advance();
+    /// The titles are others: finds the one at the film's position anew.
+    void Refresh();
     /// Another title is placed next.
     void Choose(std::int32_t title);
     /// Names the positioning key.

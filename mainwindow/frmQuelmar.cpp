@@ -117,6 +117,8 @@ void frmQuelmar::ConnectParts() {
     connect(m_actions.get(), &MainActions::LaneWanted, m_lane.get(), &SoundLane::Toggle);
     connect(m_keys.get(), &KeyPlacer::PlacingSince, m_lane.get(), &SoundLane::Placing);
     connect(m_lane.get(), &SoundLane::RoomChanged, this, &frmQuelmar::Form_Resize);
+    m_connection = m_state.document.Subscribe(
+        [this](const Change& change) { Guarded([&] { Document_Change(change); }); });
     Subt.UndoChangedListLength = [this] {
         Subt_UndoChangedListLength();
     };
@@ -391,6 +393,18 @@ void frmQuelmar::EditButtonsEnabled(bool enabled) {
     if (!enabled)
         PB2->Marks().ForgetTimes();
     m_actions->Refresh();
+}
+
+// When the document went back, the titles are there already: the file box only names
+// their file.
+void frmQuelmar::Document_Change(const Change& change) {
+    const Document& document = m_state.document;
+    if (change.kind != Change::Kind::Replaced ||
+        std::exchange(m_number, document.Number()) != document.Number())
+        return;
+    PB->NameFiles(QString::fromStdString(document.MediaFile),
+                  QString::fromStdString(document.SubtitleFile));
+    PB2->Refresh();
 }
 
 void frmQuelmar::Subt_UndoChangedListLength() {

@@ -93,6 +93,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     void NameKeys();
     void Subt_UndoChangedListLength();
     void Subt_UndoPossible(bool possible);
+    void Document_Change(const Change& change);
 
     TroubleLine* lblTrouble = new TroubleLine(this);
     // In the order in which they are made; all go before the document and the player.
@@ -106,4 +107,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::unique_ptr<SoundLane> m_lane;
     /// Ends what `Listen` began.
     QTimer* tmrListen = nullptr;
+    Connection m_connection;
+    /// Of the document that the last change was in.
+    std::uint32_t m_number = 0;
 };

@@ -1,5 +1,6 @@
 #include "mainwindow/keyplacer.h"
 
+#include "listeditor/frmList.h"
 #include "mainwindow/displaypanel.h"
 #include "mainwindow/frmPickKey.h"
 #include "mainwindow/handlers.h"
@@ -95,18 +96,24 @@ void KeyPlacer::NextTitle() {
     m_display.Choose(m_display.CurrentTitle() + 1);
 }
 
+// Undoes as the list editor does. A title whose placement that takes back is placed next.
 void KeyPlacer::TakeBack() {
     SUBTITLES& titles = m_state.document.Subt;
-    const auto title = m_placed.TakeBack(titles);
-    if (!title) {
+    if (titles.UndoCount() == 0) {
         emit Placed(tr("No placement to take back"));
         return;
     }
-    m_state.document.SubtitlesChanged = true;
-    m_display.Choose(*title);
+    const std::int32_t title = titles.History().At(0).title;
+    if (frmList* list = m_state.OpenList())
+        list->DoCommand(QStringLiteral("Undo"));
+    else
+        titles.Undo();
+    if (!m_placed.TakenBack(titles, title))
+        return;
+    m_display.Choose(title);
     emit Placed(tr("Taken back: %1")
                     .arg(QString::fromStdString(
-                        PlacedText(*title, titles.StartTime(*title), titles.EndTime(*title)))));
+                        PlacedText(title, titles.StartTime(title), titles.EndTime(title)))));
 }
 
 // A key that is held when the player stops is not held any more for what comes then.

@@ -72,10 +72,12 @@ const MainActions::Row MainActions::Rows[] = {
      &MainActions::PreviousToPlace},
     {"actNextToPlace", "Place the next title next", "PgDown", "", When::Positioning, false,
      &MainActions::NextToPlace},
-    {"actTakeBack", "Take the last placement back", "Ctrl+Z", "", When::Film, false,
+    {"actTakeBack", "Undo, or take the last placement back", "Ctrl+Z", "", When::Always, false,
      &MainActions::TakeBack},
     {"actLane", "Show or hide the film's sound", "Ctrl+L", "", When::Film, true,
      &MainActions::LaneWanted},
+    {"actGoBack", "Back to before the last large step, and forth", "Ctrl+Shift+Z", "", When::Always,
+     false, &MainActions::GoBack},
     {"actOtherWindow", "The other window (film or list)", "F6", "", When::Always, true,
      &MainActions::OtherWindow},
     {"actKeys", "This list of keys", "F1", "", When::Always, true, &MainActions::ShowKeys},
@@ -235,4 +237,8 @@ void MainActions::NextToPlace() {
 
 void MainActions::TakeBack() {
     m_keys.TakeBack();
+}
+
+void MainActions::GoBack() {
+    m_state.document.GoBack(0);
 }

@@ -67,6 +67,7 @@ class MainActions : public QObject {
     void PreviousToPlace();
     void NextToPlace();
     void TakeBack();
+    void GoBack();
 
     void Move(double seconds);
 

@@ -30,16 +30,17 @@ bool PlacedTitles::Place(SUBTITLES& titles, std::int32_t title, double start, do
     return true;
 }
 
-std::optional<std::int32_t> PlacedTitles::TakeBack(SUBTITLES& titles) {
+bool PlacedTitles::TakenBack(const SUBTITLES& titles, std::int32_t title) {
     while (!m_placed.empty()) {
         const Placed last = m_placed.back();
+        const Times now = TimesOf(titles, last.title);
+        if (now == last.after)
+            return false;
         m_placed.pop_back();
-        if (TimesOf(titles, last.title) != last.after)
-            continue;
-        titles.SetTimes(last.title, last.before.start, last.before.end);
-        return last.title;
+        if (last.title == title && now == last.before)
+            return true;
     }
-    return {};
+    return false;
 }
 
 std::string PlacedText(std::int32_t title, double start, double end) {

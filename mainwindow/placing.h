@@ -32,9 +32,8 @@ class PlacedTitles {
   public:
     /// Gives the title its times. false: there is no such title.
     bool Place(SUBTITLES& titles, std::int32_t title, double start, double end);
-    /// Gives the title that was placed last its old times, unless it was changed since.
-    /// Answers its number; nothing: there is none left.
-    std::optional<std::int32_t> TakeBack(SUBTITLES& titles);
+    /// A change of that title was undone. true: it was the last placement that still held.
+    bool TakenBack(const SUBTITLES& titles, std::int32_t title);
     /// The titles are others now.
     void Clear() { m_placed.clear(); }
 

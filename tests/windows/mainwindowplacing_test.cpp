@@ -145,15 +145,29 @@ TEST(PlacedTitlesTest, ATitleThatWasChangedSinceKeepsItsTimes) {
     PlacedTitles placed;
     EXPECT_TRUE(placed.Place(titles, 1, 3, 4));
     titles.SetTimes(1, 5, 6);
-    EXPECT_FALSE(placed.TakeBack(titles));
-    EXPECT_EQ(titles.StartTime(1), 5);
+    EXPECT_FALSE(placed.TakenBack(titles, 1));
 }
 
 TEST(PlacedTitlesTest, PastTheEndNothingIsPlaced) {
     SUBTITLES titles;
     PlacedTitles placed;
     EXPECT_FALSE(placed.Place(titles, 1, 3, 4));
-    EXPECT_FALSE(placed.TakeBack(titles));
+    EXPECT_FALSE(placed.TakenBack(titles, 1));
+}
+
+TEST(PlacedTitlesTest, OnlyTheLastPlacementThatStillHeldIsTakenBack) {
+    SUBTITLES titles;
+    titles.UndoEnabled(true);
+    titles.Add(1, 2, "one");
+    titles.Add(5, 6, "two");
+    PlacedTitles placed;
+    EXPECT_TRUE(placed.Place(titles, 1, 3, 4));
+    EXPECT_TRUE(placed.Place(titles, 2, 7, 8));
+    titles.Text(1, "changed");
+    EXPECT_FALSE(placed.TakenBack(titles, titles.Undo()));
+    EXPECT_TRUE(placed.TakenBack(titles, titles.Undo()));
+    EXPECT_TRUE(placed.TakenBack(titles, titles.Undo()));
+    EXPECT_FALSE(placed.TakenBack(titles, 1));
 }
 
 TEST(PlacedTitlesTest, TheTextNamesTitleAndTimes) {
