@@ -78,7 +78,7 @@ TEST_F(MainWindowFiles, BrowsingForAFilm) {
             auto& dialog = dynamic_cast<QFileDialog&>(modal);
             EXPECT_EQ(dialog.windowTitle(), "Select an existing media file");
             EXPECT_EQ(dialog.fileMode(), QFileDialog::ExistingFile);
-            EXPECT_EQ(dialog.nameFilters().size(), 10);
+            EXPECT_EQ(dialog.nameFilters().size(), 11);
         })});
         Click("cmdBrowseAVI");
     }
