@@ -8,6 +8,7 @@
 #include "cli/titlefile.h"
 #include "formats/load.h"
 #include "formats/save.h"
+#include "model/times.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -17,7 +18,6 @@
 namespace {
 
 constexpr std::string_view Program = "quelmar-cli";
-constexpr double DefaultFrameRate = 25;
 constexpr const char* DefaultCodePage = "windows-1252";
 
 /// Messages have line breaks of two characters; a terminal wants one.

@@ -2,6 +2,7 @@
 
 #include "fit/fit.h"
 #include "formats/load.h"
+#include "model/times.h"
 
 #include <filesystem>
 #include <string>
@@ -10,7 +11,7 @@
 /// How files are read and written.
 struct FileManners {
     /// Frames a second of files that count frames; greater than 0.
-    double frameRate = 25;
+    double frameRate = DefaultFrameRate;
     /// Of files that are not Unicode.
     std::string codePage = "windows-1252";
     /// Take what could be read of a corrupt file.

@@ -5,12 +5,11 @@
 #include "formats/pictures.h"
 #include "formats/reading.h"
 #include "model/step.h"
+#include "model/times.h"
 
 #include <utility>
 
 namespace {
-
-constexpr double DefaultFrameRate = 25;
 
 std::string Utf8Name(const std::filesystem::path& file) {
     const std::u8string name = file.u8string();

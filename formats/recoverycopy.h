@@ -3,6 +3,7 @@
 #include "model/draft.h"
 #include "model/filestyle.h"
 #include "model/subtitles.h"
+#include "model/times.h"
 #include "model/versions.h"
 
 #include <cstdint>
@@ -16,7 +17,7 @@ struct RecoveryNotes {
     /// As the file boxes show them.
     std::string mediaFile;
     std::string subtitleFile;
-    double frameRate = 25;
+    double frameRate = DefaultFrameRate;
     FileStyle style;
     std::optional<Draft> draft;
 

@@ -6,6 +6,7 @@
 #include "base/wholefile.h"
 #include "formats/encoding.h"
 #include "formats/proof.h"
+#include "model/times.h"
 
 #include <memory>
 #include <new>
@@ -13,7 +14,6 @@
 
 namespace {
 
-constexpr double DefaultFrameRate = 25;
 constexpr const char* WriteFailure = "One or more errors occurred while saving.\r\n"
                                      "The file may be invalid.";
 

@@ -36,7 +36,6 @@ namespace {
 constexpr std::int32_t MinimumWidth = 10000;
 constexpr std::int32_t MinimumHeight = 5000;
 constexpr QSize DesignSize(1000, 680);
-constexpr double DefaultFrameRate = 25;
 
 /// The strip lies in the player's control bar, at its left end.
 constexpr int ButtonStripOffsetTop =

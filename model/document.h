@@ -3,6 +3,7 @@
 #include "model/draft.h"
 #include "model/filestyle.h"
 #include "model/subtitles.h"
+#include "model/times.h"
 
 #include <functional>
 #include <memory>
@@ -48,7 +49,7 @@ class Document : private TitlesWatcher {
     /// The find dialog is loaded.
     bool FindOpen = false;
     /// Frames per second of MicroDVD files; greater than 0.
-    double FrameRate = 25;
+    double FrameRate = DefaultFrameRate;
 
     /// Two media positions in seconds, the new starts of the marked titles.
     double BlueMark() const { return m_blueMark; }

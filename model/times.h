@@ -6,6 +6,9 @@
 /// Moments and lengths are doubles in seconds on the media's clock; nothing finer
 /// than a millisecond is shown or written. Negative times exist in memory only.
 
+/// Pictures per second where neither a file nor a person says otherwise.
+inline constexpr double DefaultFrameRate = 25;
+
 /// Reads 'hh:mm:ss,mmm' ("." is taken where there is no ","), led by "-" when
 /// negative. Never fails: a piece that is no number is left out of the value. The
 /// fraction counts milliseconds, so '00:00:01,5' is 1.005 s.
