@@ -67,3 +67,9 @@ function(quelmar_folder name)
   add_library(${name} STATIC ${ARGN})
   target_link_libraries(${name} PUBLIC quelmar_root PRIVATE quelmar_options)
 endfunction()
+
+# quelmar_whole_folder(NAME): the same of all that lies there, so that a new file needs no line.
+function(quelmar_whole_folder name)
+  file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
+  quelmar_folder(${name} ${sources})
+endfunction()
