@@ -223,7 +223,7 @@ TEST_F(RecoveryTest, WorkCanWaitOrBeDiscarded) {
         const Modals modals({AnswerOffer("Discard")});
         EXPECT_FALSE(run.recovery.OfferOrphans());
     }
-    EXPECT_EQ(Kept(), "(work)") << "kept like work that was not saved on purpose";
+    EXPECT_EQ(Kept(), "(work)") << "kept like work that nobody saved";
     const Modals modals;
     EXPECT_FALSE(run.recovery.OfferOrphans());
 }
