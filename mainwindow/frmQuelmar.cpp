@@ -207,7 +207,7 @@ void frmQuelmar::Form_Resize() {
 bool frmQuelmar::Form_Unload() {
     if (frmList* list = m_state.OpenList())
         list->close();
-    if (m_state.document.SubtitlesChanged) {
+    if (m_files->Changed()) {
         const Decision decision = AskDecision(this, QStringLiteral("Save subtitles?"));
         if (decision == Decision::None || (decision == Decision::Yes && !m_files->SaveSubtitles()))
             return false;

@@ -15,6 +15,22 @@ namespace {
 constexpr double FirstSubtitleStart = 1;
 constexpr double FirstSubtitleEnd = 2;
 
+/// Of what a file would hold: times and texts.
+std::size_t HashOf(const SUBTITLES& titles) {
+    constexpr std::size_t Spread = 0x9E3779B97F4A7C15U;
+    constexpr unsigned Down = 29;
+    auto hash = static_cast<std::size_t>(titles.Count());
+    const auto add = [&hash](std::size_t value) {
+        hash = (hash ^ value) * Spread + (hash >> Down);
+    };
+    for (std::int32_t i = 1; i <= titles.Count(); ++i) {
+        add(std::hash<double>()(titles.StartTime(i)));
+        add(std::hash<double>()(titles.EndTime(i)));
+        add(std::hash<std::string_view>()(titles.Text(i)));
+    }
+    return hash;
+}
+
 /// All formats' patterns in one more entry.
 QString SubtitleFilters() {
     const QString filter = QString::fromStdString(FormatFilter());
@@ -42,7 +58,23 @@ SubtitleFiles::SubtitleFiles(MainState& state, QWidget* window)
     , m_state(state)
     , m_window(window)
     , m_codePage(Settings().String("CodePage").toStdString())
-    , m_saver(window, state.DLG) {}
+    , m_saver(window, state.DLG)
+    , m_connection(state.document.Subscribe([this](const Change& change) {
+        if (change.kind == Change::Kind::Saved)
+            Settle();
+    })) {}
+
+void SubtitleFiles::Settle() {
+    m_settledTitles = HashOf(m_state.document.Subt);
+    m_settledChanges = m_state.document.Subt.Changes();
+}
+
+bool SubtitleFiles::Changed() const {
+    const Document& document = m_state.document;
+    return document.SubtitlesChanged ||
+           (m_settledTitles && document.Subt.Changes() != m_settledChanges &&
+            HashOf(document.Subt) != *m_settledTitles);
+}
 
 void SubtitleFiles::PrepareStartingName() {
     m_state.DLG.FileName = StartingName(m_state.DLG.FileName);
@@ -57,20 +89,23 @@ Decision SubtitleFiles::AskSaveFirst() {
 }
 
 bool SubtitleFiles::SaveIfWished() {
-    if (!m_state.document.SubtitlesChanged)
+    if (!Changed())
         return true;
     const Decision decision = AskSaveFirst();
     if (decision == Decision::Yes)
         SaveSubtitles();
+    if (decision == Decision::No)
+        Settle();
     return decision != Decision::None;
 }
 
 std::optional<QString> SubtitleFiles::Browse() {
-    if (m_state.document.SubtitlesChanged) {
+    if (Changed()) {
         const Decision decision = AskSaveFirst();
         if (decision == Decision::None || (decision == Decision::Yes && !SaveSubtitles()))
             return {};
         m_state.document.SubtitlesChanged = false;
+        Settle();
     }
     CommonDialog& dialog = m_state.DLG;
     PrepareStartingName();

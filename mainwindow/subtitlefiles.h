@@ -7,6 +7,8 @@
 #include <QObject>
 #include <QString>
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -29,6 +31,9 @@ class SubtitleFiles : public QObject {
     /// else becomes of them, they may give way.
     bool SaveIfWished();
 
+    /// There is work to lose: the document says so, or its titles are not those of the
+    /// last load, save or answered question.
+    bool Changed() const;
     void LoadSubtitles(const QString& name);
     /// One title from 1 s to 2 s in place of the document.
     void StartNewFile();
@@ -50,13 +55,20 @@ class SubtitleFiles : public QObject {
     void Offer(const MendOffer& offer);
     /// `named`: what the file says of itself.
     double AskFrameRate(std::optional<double> named = {});
+    /// The titles as they are now need no question any more.
+    void Settle();
 
     MainState& m_state;
     QWidget* m_window;
     std::string m_codePage;
     FileSaver m_saver;
+    Connection m_connection;
     /// The open dialog's filter that was used last.
     QString m_filter = QStringLiteral("All subtitle files");
+    /// The titles that need no question, and the count of their changes; nothing before
+    /// the first file.
+    std::optional<std::size_t> m_settledTitles;
+    std::uint64_t m_settledChanges = 0;
 };
 
 /// The name that a file dialog opens on: the last one cut before its first ".",

@@ -172,6 +172,7 @@ int Soak(double minutes, unsigned seed) {
     }
     acting.stop();
     window.document().SubtitlesChanged = false;
+    window.document().Saved();
     window.close();
     InstallErrorReporter(nullptr);
     const bool grew = last > settled + Slack;

@@ -70,6 +70,7 @@ class Evening : public testing::Test {
     }
     ~Evening() override {
         m_window->document().SubtitlesChanged = false;
+        m_window->document().Saved();
         m_window->close();
     }
 

@@ -35,6 +35,7 @@ class MainWindowReal : public testing::Test {
     }
     ~MainWindowReal() override {
         window->document().SubtitlesChanged = false;
+        window->document().Saved();
         window->close();
     }
 

@@ -55,9 +55,14 @@ class MainWindowTest : public testing::Test {
     void CloseWindow() {
         if (window == nullptr)
             return;
-        window->document().SubtitlesChanged = false;
+        Forget();
         window->close();
         window.reset();
+    }
+    /// The changes need no question any more.
+    void Forget() {
+        Changed() = false;
+        window->document().Saved();
     }
     void Reopen() {
         CloseWindow();
