@@ -3,6 +3,7 @@
 #include "app/firstpaint.h"
 #include "app/interrupted.h"
 #include "app/namedfiles.h"
+#include "app/openmark.h"
 #include "base/savejournal.h"
 #include "mainwindow/frmRecover.h"
 #include "platform/beside.h"
@@ -87,6 +88,13 @@ void OpenFiles(frmQuelmar& window, const QStringList& files) {
                      MessageIcon::Question))
             named.subtitles = beside;
     }
+    if (!named.subtitles.isEmpty() &&
+        OpenMark::IsSetElsewhere(window, named.subtitles, RecoveryStore::DefaultFolder()) &&
+        !AskYesNo(&window,
+                  QObject::tr("“%1” is open in another window of this program.\nOpen it here too?")
+                      .arg(QFileInfo(named.subtitles).fileName()),
+                  MessageIcon::Question))
+        named.subtitles.clear();
     window.OpenFiles(named.media, named.subtitles);
 }
 
@@ -95,6 +103,7 @@ void OpenFiles(frmQuelmar& window, const QStringList& files) {
 int RunProgram(const QStringList& files) {
     Program program;
     program.Store().Probe();
+    const OpenMark mark(program.Window().document(), program.Window(), program.Store().Folder());
     const int code = program.Run([&] {
         OfferInterruptedSaves(program.Window(), StateFolder());
         if (!program.Copies().OfferOrphans())
@@ -118,6 +127,7 @@ int RunRecovery() {
     if (dialog.exec() != QDialog::Accepted || !dialog.Chosen())
         return EXIT_SUCCESS;
     Program program;
+    const OpenMark mark(program.Window().document(), program.Window(), program.Store().Folder());
     const int code = program.Run([&] {
         RecoverableWork& work = works[*dialog.Chosen()];
         program.Copies().Restore(work.orphan, std::move(work.document));

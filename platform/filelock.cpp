@@ -42,6 +42,15 @@ bool FileLock::Take(const QString& name) {
     return true;
 }
 
+bool FileLock::HeldElsewhere(const QString& name) {
+    HANDLE handle = CreateFileW(reinterpret_cast<const wchar_t*>(name.utf16()), GENERIC_READ, 0,
+                                nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (handle == INVALID_HANDLE_VALUE)
+        return GetLastError() == ERROR_SHARING_VIOLATION;
+    CloseHandle(handle);
+    return false;
+}
+
 void FileLock::Release() {
     if (!Held())
         return;
@@ -77,6 +86,15 @@ bool FileLock::Take(const QString& name) {
     m_handle = file;
     m_name = name;
     return true;
+}
+
+bool FileLock::HeldElsewhere(const QString& name) {
+    const int file = ::open(QFile::encodeName(name).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (file < 0)
+        return false;
+    const bool held = ::flock(file, LOCK_SH | LOCK_NB) != 0 && errno == EWOULDBLOCK;
+    ::close(file);
+    return held;
 }
 
 void FileLock::Release() {

@@ -17,6 +17,8 @@ class FileLock {
 
     /// Creates the file (for the user only) and holds it; false when it is held elsewhere.
     bool Take(const QString& name);
+    /// There is such a file, and another one holds it.
+    static bool HeldElsewhere(const QString& name);
     bool Held() const { return m_handle != NoHandle; }
     /// Lets go and removes the file.
     void Release();
