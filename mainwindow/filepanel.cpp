@@ -137,9 +137,17 @@ void FilePanel::OpenFiles(const QString& media, const QString& subtitles) {
 }
 
 void FilePanel::NameFiles(const QString& media, const QString& subtitles) {
-    txtAVI->setText(media);
     const QSignalBlocker notRead(txtSRT);
     txtSRT->setText(subtitles);
+    if (media == txtAVI->text())
+        return;
+    const QSignalBlocker notOpened(txtAVI);
+    txtAVI->setText(media);
+    m_state.document.MediaFile = media.toStdString();
+    WhenFilmAnswers(this, media, [this, media](bool there) {
+        if (media == txtAVI->text())
+            OpenFilm(there);
+    });
 }
 
 void FilePanel::DocumentOpened() {
@@ -168,7 +176,11 @@ void FilePanel::cmdBrowseAVI_Click() {
 
 void FilePanel::txtAVI_Change() {
     m_state.document.MediaFile = txtAVI->text().toStdString();
-    if (FileExistsPatiently(window(), txtAVI->text()))
+    OpenFilm(FilmAnswersPatiently(window(), txtAVI->text()));
+}
+
+void FilePanel::OpenFilm(bool there) {
+    if (there)
         m_state.player->FileName(txtAVI->text());
     emit MediaNamed();
 }

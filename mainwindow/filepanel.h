@@ -23,7 +23,8 @@ class FilePanel : public QWidget {
 
     /// Names both files, as if they were typed; an empty name is left out.
     void OpenFiles(const QString& media, const QString& subtitles);
-    /// The titles are there already: the subtitle file is named, but not read.
+    /// The titles are there already: the subtitle file is named, but not read, and the film
+    /// is opened as soon as its disk answers.
     void NameFiles(const QString& media, const QString& subtitles);
 
     /// There is a document that can be edited and saved.
@@ -44,6 +45,8 @@ class FilePanel : public QWidget {
   private:
     void LayOut();
     void ConnectControls();
+    /// The film that the box names.
+    void OpenFilm(bool there);
 
     void cmdBrowseAVI_Click();
     void txtAVI_Change();

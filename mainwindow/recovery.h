@@ -42,8 +42,7 @@ class Recovery : public QObject {
 
     void Document_Change(const Change& change);
     void KeepSoon();
-    /// What is to be offered now. What is too old is tidied away, what cannot be read is
-    /// told and kept.
+    /// What is to be offered now; what cannot be read is told.
     std::vector<RecoverableWork> TakeOffers();
     bool OfferOne(RecoverableWork& work);
     void KeepChanges();

@@ -1,6 +1,7 @@
 #include "mainwindow/frmQuelmar.h"
 #include "mainwindow/frmRecover.h"
 #include "mainwindow/recovery.h"
+#include "platform/beside.h"
 #include "platform/messageboxes.h"
 #include "platform/moment.h"
 
@@ -34,6 +35,29 @@ Choice Ask(QWidget& parent, const RecoveryQuestion& question) {
     if (box.clickedButton() == restore)
         return Choice::Restore;
     return box.clickedButton() == discard ? Choice::Discard : Choice::Keep;
+}
+
+struct Found {
+    std::vector<RecoverableWork> works;
+    QStringList unreadable;
+};
+
+/// What is too old is tidied away, what cannot be read is kept.
+Found FindWork(const QString& folder) {
+    Found found;
+    RemoveSetAside(folder, KeepDeclinedSeconds);
+    for (OrphanCopy& orphan : ClaimOrphans(folder)) {
+        auto document = SalvageRecoveryCopy(orphan.Bytes());
+        if (document && document->stamp.declined) {
+            if (Now() - document->stamp.time > KeepDeclinedSeconds)
+                orphan.Discard();
+        } else if (document) {
+            found.works.push_back({std::move(orphan), std::move(*document)});
+        } else if (!IsLaterRecoveryCopy(orphan.Bytes())) {
+            found.unreadable << orphan.SetAside();
+        }
+    }
+    return found;
 }
 
 QString TitlesLastChanged(const RecoveredDocument& document, std::int64_t now) {
@@ -71,25 +95,15 @@ RecoveryQuestion::RecoveryQuestion(const RecoveredDocument& document, std::int64
 }
 
 std::vector<RecoverableWork> Recovery::TakeOffers() {
-    std::vector<RecoverableWork> works;
-    QStringList unreadable;
-    RemoveSetAside(m_store.Folder(), KeepDeclinedSeconds);
-    for (OrphanCopy& orphan : ClaimOrphans(m_store.Folder())) {
-        auto document = SalvageRecoveryCopy(orphan.Bytes());
-        if (document && document->stamp.declined) {
-            if (Now() - document->stamp.time > KeepDeclinedSeconds)
-                orphan.Discard();
-        } else if (document) {
-            works.push_back({std::move(orphan), std::move(*document)});
-        } else if (!IsLaterRecoveryCopy(orphan.Bytes())) {
-            unreadable << orphan.SetAside();
-        }
-    }
-    if (!unreadable.isEmpty())
+    const QString folder = m_store.Folder();
+    auto found = AskBeside<Found>(&m_window, folder, folder, [folder] {
+                     return FindWork(folder);
+                 }).value_or(Found());
+    if (!found.unreadable.isEmpty())
         ShowMessage(&m_window, tr("Unsaved work from the last time is damaged and cannot be read. "
                                   "It is kept for seven days:\n%1")
-                                   .arg(unreadable.join('\n')));
-    return works;
+                                   .arg(found.unreadable.join('\n')));
+    return std::move(found.works);
 }
 
 bool Recovery::OfferOrphans() {

@@ -7,6 +7,10 @@
 #include "sound/soundmapper.h"
 
 #include <algorithm>
+#include <chrono>
+#include <future>
+#include <system_error>
+#include <thread>
 #include <utility>
 
 // The lane's place in the window, and the sound that it shows.
@@ -19,6 +23,8 @@ constexpr int PlayingMilliseconds = 50;
 constexpr int RestingMilliseconds = 250;
 /// How often a map that grows is painted.
 constexpr int GrowMilliseconds = 100;
+/// How long nobody minds a window that stands still.
+constexpr auto Unfelt = std::chrono::milliseconds(250);
 
 } // namespace
 
@@ -28,6 +34,7 @@ SoundLane::SoundLane(MainState& state, MediaPlayerControl& control, Host host, Q
     , m_control(control)
     , m_host(std::move(host))
     , m_window(window) {
+    m_ear->lane = this;
     const Settings settings;
     m_wanted = settings.Dword("Lane") != 0;
     m_height = std::clamp<int>(settings.Dword("LaneHeight"), Lane::LeastHeight, 4000);
@@ -55,7 +62,11 @@ SoundLane::SoundLane(MainState& state, MediaPlayerControl& control, Host host, Q
 }
 
 SoundLane::~SoundLane() {
-    m_mapper.reset();
+    {
+        const std::lock_guard guard(m_ear->mutex);
+        m_ear->lane = nullptr;
+    }
+    LetMapperGo();
     delete m_lane;
 }
 
@@ -110,7 +121,7 @@ void SoundLane::FilmChanged() {
     const int track = ready ? player.AudioTrack() : -1;
     if (film == m_film && track == m_track && (m_mapper || !m_wanted || m_silent))
         return;
-    m_mapper.reset();
+    LetMapperGo();
     m_map.reset();
     m_film = film;
     m_track = track;
@@ -129,21 +140,43 @@ void SoundLane::MapSound() {
     wish.film = PathOf(m_film);
     wish.track = m_track + 1;
     wish.position = m_state.player->CurrentPosition();
-    m_mapper = std::make_unique<SoundMapper>(std::move(wish), [this] {
-        if (m_soundPosted.exchange(true))
-            return;
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                // Soon, but not for each piece of the map.
-                QTimer::singleShot(m_map ? GrowMilliseconds : 0, this, [this] {
-                    m_soundPosted = false;
-                    Guarded([this] { SoundChanged(); });
-                });
-            },
-            Qt::QueuedConnection);
+    m_mapper = std::make_unique<SoundMapper>(std::move(wish), [ear = m_ear] {
+        const std::lock_guard guard(ear->mutex);
+        if (ear->lane != nullptr)
+            ear->lane->SoundArrived();
     });
     SoundChanged();
+}
+
+/// It ends at once, but where its film is on a disk that no longer answers.
+void SoundLane::LetMapperGo() {
+    if (!m_mapper)
+        return;
+    std::packaged_task<void()> ending([mapper = std::move(m_mapper)]() mutable { mapper.reset(); });
+    const std::future<void> ended = ending.get_future();
+    try {
+        std::thread(std::move(ending)).detach();
+    } catch (const std::system_error&) {
+        // Without a thread it has ended here.
+        return;
+    }
+    ended.wait_for(Unfelt);
+}
+
+/// On the threads that make the map.
+void SoundLane::SoundArrived() {
+    if (m_soundPosted.exchange(true))
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            // Soon, but not for each piece of the map.
+            QTimer::singleShot(m_map ? GrowMilliseconds : 0, this, [this] {
+                m_soundPosted = false;
+                Guarded([this] { SoundChanged(); });
+            });
+        },
+        Qt::QueuedConnection);
 }
 
 void SoundLane::SoundChanged() {

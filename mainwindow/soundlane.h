@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -54,6 +55,8 @@ class SoundLane : public QObject {
     void MakeLane();
     void FilmChanged();
     void MapSound();
+    void LetMapperGo();
+    void SoundArrived();
     void SoundChanged();
     void ShowButton();
 
@@ -82,6 +85,12 @@ class SoundLane : public QObject {
     LaneView::Follow m_follow;
     Lane* m_lane = nullptr;
     Connection m_connection;
+    /// Tells the lane of news, as long as there is one.
+    struct Ear {
+        std::mutex mutex;
+        SoundLane* lane = nullptr;
+    };
+    std::shared_ptr<Ear> m_ear = std::make_shared<Ear>();
     std::unique_ptr<SoundMapper> m_mapper;
     std::shared_ptr<const SoundMap> m_map;
     /// The film and the track that the map is of.

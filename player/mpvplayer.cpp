@@ -4,10 +4,13 @@
 #include "player/mpvpicture.h"
 #include "player/playselection.h"
 
+#include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QMetaObject>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <atomic>
@@ -15,6 +18,8 @@
 namespace {
 
 constexpr auto AnswerPatience = std::chrono::seconds(1);
+/// How long nobody minds a window that stands still.
+constexpr auto Unfelt = std::chrono::milliseconds(250);
 constexpr auto AnswerPoll = std::chrono::milliseconds(5);
 constexpr int Ready = 4;
 constexpr double SlowestRate = 0.5;
@@ -73,6 +78,7 @@ class MpvPlayer final : public Player {
   private:
     bool Start();
     void Open(const QString& name);
+    bool WaitForAnswer();
     void Answered();
     void TellAnswer();
     void HearNews();
@@ -86,6 +92,8 @@ class MpvPlayer final : public Player {
     bool m_ready = false;
     /// The answer to `FileName` is still to come.
     bool m_waiting = false;
+    /// It is waited for.
+    bool m_opening = false;
     MpvMedia m_media;
     PlayState m_state = Stopped;
     PlaySelection m_selection;
@@ -158,18 +166,30 @@ void MpvPlayer::Open(const QString& name) {
         return;
     m_engine->Load(NameForMpv(file.absoluteFilePath()));
     m_waiting = true;
+    if (WaitForAnswer()) {
+        m_engine->TakeNews();
+        Answered();
+    } else {
+        QMetaObject::invokeMethod(
+            this, [this] { HearNews(); }, Qt::QueuedConnection);
+    }
+}
+
+/// The window is painted meanwhile, but what the user does waits.
+bool MpvPlayer::WaitForAnswer() {
+    const QScopedValueRollback opening(m_opening, true);
+    const QDeadlineTimer unfelt(Unfelt);
     const QDeadlineTimer patience(AnswerPatience);
-    bool answered = false;
-    while (!answered && !patience.hasExpired()) {
-        answered = m_engine->WaitForAnswer(AnswerPoll);
+    while (!patience.hasExpired()) {
+        if (m_engine->WaitForAnswer(AnswerPoll))
+            return true;
         // libmpv stops and waits a while for each picture that nobody takes.
         if (m_picture->New())
             m_picture->Skip();
+        if (unfelt.hasExpired())
+            QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     }
-    if (answered) {
-        m_engine->TakeNews();
-        Answered();
-    }
+    return false;
 }
 
 void MpvPlayer::Answered() {
@@ -187,6 +207,8 @@ void MpvPlayer::TellAnswer() {
 }
 
 void MpvPlayer::HearNews() {
+    if (m_opening)
+        return;
     const MpvEngine::News news = m_engine->TakeNews();
     if (news.answered && m_waiting) {
         Answered();

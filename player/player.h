@@ -9,7 +9,8 @@
 
 /// The media player as the windows know it. Times are seconds on the media's
 /// clock. All members are called, and all signals arrive, on the window thread,
-/// and none of them waits for the player (but `FileName(name)`, at most a second).
+/// and none of them waits for the player (but `FileName(name)`, at most a second, while
+/// everything but the user's input goes on).
 class Player : public QObject {
     Q_OBJECT
 
