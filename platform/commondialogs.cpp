@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QFontDialog>
+#include <QLineEdit>
 #include <QStringList>
 
 namespace {
@@ -76,6 +77,28 @@ void TakePicked(const QFileDialog& dialog, CommonDialog& settings) {
         }
 }
 
+/// Looks at the name that was typed before the toolkit does, which would stand still where
+/// the disk does not answer. A dialog of the desktop has a process of its own.
+class FileDialog : public QFileDialog {
+  public:
+    using QFileDialog::QFileDialog;
+
+  protected:
+    void accept() override {
+        const auto* name = findChild<QLineEdit*>(QStringLiteral("fileNameEdit"));
+        if (name == nullptr || name->text().isEmpty())
+            return QFileDialog::accept();
+        const QFileInfo file(directory().absoluteFilePath(name->text()));
+        const auto answer =
+            AskBeside<bool>(this, file.path(), file.filePath(), [path = file.filePath()] {
+                static_cast<void>(QFileInfo(path).isDir());
+                return true;
+            });
+        if (answer)
+            QFileDialog::accept();
+    }
+};
+
 bool Run(QFileDialog& dialog, CommonDialog& settings) {
     QString& fileName = settings.FileName;
     // The filters' texts name the patterns themselves.
@@ -100,14 +123,14 @@ bool Run(QFileDialog& dialog, CommonDialog& settings) {
 } // namespace
 
 bool CommonDialog::ShowOpen(QWidget* parent) {
-    QFileDialog dialog(parent, Title);
+    FileDialog dialog(parent, Title);
     dialog.setAcceptMode(QFileDialog::AcceptOpen);
     dialog.setFileMode(FileMustExist ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
     return Run(dialog, *this);
 }
 
 bool CommonDialog::ShowSave(QWidget* parent) {
-    QFileDialog dialog(parent, Title);
+    FileDialog dialog(parent, Title);
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setFileMode(QFileDialog::AnyFile);
     return Run(dialog, *this);

@@ -144,6 +144,7 @@ TEST_F(MainWindowFiles, ANewDocumentHasNoUndoHistory) {
     OpenTitles();
     Subt().SetTimes(1, 2, 3);
     ASSERT_EQ(Subt().UndoCount(), 1);
+    Forget();
     Line("txtSRT").clear();
     OpenTitles();
     EXPECT_EQ(Subt().UndoCount(), 0);
