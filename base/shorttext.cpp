@@ -6,33 +6,31 @@
 
 namespace {
 
-constexpr int MostLines = 200;
-constexpr int MostCharacters = 2000;
 constexpr std::string_view LeftOut = "...";
 constexpr std::string_view LineEnds = "\r\n";
 
 /// Where the line is cut; its size when it is short enough.
-std::size_t CutOf(std::string_view line) {
-    if (line.size() <= MostCharacters)
+std::size_t CutOf(std::string_view line, std::size_t most) {
+    if (line.size() <= most)
         return line.size();
     std::size_t at = 0;
-    for (int i = 0; i < MostCharacters && at < line.size(); ++i)
+    for (std::size_t i = 0; i < most && at < line.size(); ++i)
         NextCodePoint(line, at);
     return at;
 }
 
 } // namespace
 
-std::string ShortText(std::string_view text) {
-    if (text.size() <= MostLines)
+std::string ShortText(std::string_view text, ShownText most) {
+    if (text.size() <= std::min(most.lines, most.characters))
         return std::string(text);
     std::string shown;
-    for (int lines = 0; !text.empty(); ++lines) {
-        if (lines == MostLines)
+    for (std::size_t lines = 0; !text.empty(); ++lines) {
+        if (lines == most.lines)
             return shown.append(LeftOut);
         const std::string_view line = text.substr(0, text.find_first_of(LineEnds));
         text.remove_prefix(line.size());
-        const std::size_t cut = CutOf(line);
+        const std::size_t cut = CutOf(line, most.characters);
         shown += line.substr(0, cut);
         if (cut < line.size())
             shown += LeftOut;

@@ -138,8 +138,10 @@ void frmEdit::Form_Load() {
         m_start = std::make_unique<TypedBox>(txtStart, TypedMoment);
         m_duration = std::make_unique<TypedBox>(txtDuration, TypedSeconds);
     }
-    for (QWidget* box : std::initializer_list<QWidget*>{txtSubt, txtStart, txtDuration, cmdB, cmdI})
+    for (QWidget* box : std::initializer_list<QWidget*>{txtSubt, txtStart, txtDuration})
         box->setEnabled(m_index > 0);
+    for (QWidget* mark : {cmdB, cmdI})
+        mark->setEnabled(m_index > 0 && txtSubt->Whole());
     UpdateTagButtons();
 }
 
@@ -147,7 +149,8 @@ void frmEdit::GoOnWithLeft() {
     const auto left = GoOnTyping(document(), m_index, List().Window());
     if (!left)
         return;
-    txtSubt->setPlainText(QString::fromStdString(left->text));
+    if (txtSubt->Whole())
+        txtSubt->setPlainText(QString::fromStdString(left->text));
     if (!left->start.empty())
         txtStart->setText(QString::fromStdString(left->start));
     if (!left->duration.empty())
@@ -220,7 +223,7 @@ void frmEdit::cmdOK_Click() {
     if (m_index == 0)
         return Unload();
     const std::string typed = txtSubt->Text().toStdString();
-    const std::string text = WithClosingMarks(typed);
+    const std::string text = txtSubt->Whole() ? WithClosingMarks(typed) : typed;
     if (text != typed)
         AppendToBox(*txtSubt, QString::fromStdString(text.substr(typed.size())));
     const std::optional<Times> times = AskTimes();

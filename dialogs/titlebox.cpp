@@ -1,5 +1,7 @@
 #include "dialogs/titlebox.h"
 
+#include "base/shorttext.h"
+
 namespace {
 
 /// Inside the box, lines are parted by separators of Unicode.
@@ -19,7 +21,13 @@ QString JoinedLines(const QString& rawBoxText) {
 
 void TitleBox::Load(const QString& text) {
     m_loadedText = text;
-    setPlainText(text);
+    const std::string whole = text.toStdString();
+    const std::string shown = ShortText(whole);
+    setReadOnly(shown.size() != whole.size());
+    setPlainText(Whole() ? text : QString::fromStdString(shown));
+    if (!Whole())
+        setToolTip(tr("Too long to be edited here. Only its beginning is shown; the text stays "
+                      "whole."));
     m_loadedInBox = document()->toRawText();
 }
 

@@ -221,7 +221,7 @@ QString RowModel::ToolTip(std::int32_t row) const {
 }
 
 QString RowModel::SpokenText(std::int32_t row) const {
-    QString text = CellText(row, Text).simplified();
+    QString text = QString::fromStdString(ShortText(At(row).text)).simplified();
     const int mark = MarkOf ? MarkOf(row) : 0;
     if (mark != 0)
         text += mark == 1 ? tr(", first mark") : tr(", second mark");

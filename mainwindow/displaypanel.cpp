@@ -20,6 +20,8 @@ constexpr int DisplayInterval = 50;
 /// Label, box, room, button, sign and box of the lower rows.
 constexpr int ColumnCount = 6;
 constexpr int RoomColumn = 2;
+/// No more fits a picture that is to be seen behind it.
+constexpr ShownText OnPicture{.lines = 8, .characters = 200};
 
 QPlainTextEdit* SubtitleBox(QWidget* panel, const char* name, const QString& accessibleName,
                             const QString& toolTip) {
@@ -153,9 +155,9 @@ void DisplayPanel::Choose(std::int32_t title) {
 }
 
 void DisplayPanel::TakeDownStale(double position) {
-    const std::string text = m_state.document.Subt.Text(CurrentTitle());
+    const std::string& text = m_state.document.Subt.Text(CurrentTitle());
     if (m_mode == DisplayMode::View &&
-        (!m_walker.IsOn(position) || txtSubtitle->toPlainText() != PlainLines(text)))
+        (!m_walker.IsOn(position) || txtSubtitle->toPlainText() != PlainLines(ShortText(text))))
         txtSubtitle->clear();
 }
 
@@ -163,8 +165,8 @@ void DisplayPanel::ShowOnPicture(bool on) {
     if (frmList* list = m_state.OpenList())
         list->ShowPlaying(on && m_state.mediaActive ? CurrentTitle() : 0);
     const bool shown = on && m_mode == DisplayMode::View && m_state.mediaActive;
-    emit TitleOnPicture(shown ? QString::fromStdString(m_state.document.Subt.Text(CurrentTitle()))
-                              : QString());
+    const std::string& text = m_state.document.Subt.Text(CurrentTitle());
+    emit TitleOnPicture(shown ? QString::fromStdString(ShortText(text, OnPicture)) : QString());
 }
 
 void DisplayPanel::ShowTexts(const DisplayTexts& texts) {

@@ -1,5 +1,6 @@
 #include "mainwindow/soundlane.h"
 
+#include "base/shorttext.h"
 #include "dialogs/frmEdit.h"
 #include "editing/listcommands.h"
 #include "listeditor/frmList.h"
@@ -21,10 +22,13 @@
 namespace {
 
 /// The words of a title as a block shows them: without tags, a line for each line.
+/// A block shows no more.
+constexpr ShownText InBlock{.lines = 8, .characters = 400};
+
 QString BlockWords(const std::string& text) {
     QString words;
     bool tag = false;
-    for (const QChar c : QString::fromStdString(text)) {
+    for (const QChar c : QString::fromStdString(ShortText(text, InBlock))) {
         if (c == QLatin1Char('<'))
             tag = true;
         if (!tag && c != QLatin1Char('\r'))

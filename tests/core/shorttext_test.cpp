@@ -40,6 +40,13 @@ INSTANTIATE_TEST_SUITE_P(
                     Row{"e" + Times(100'000, "\xCC\x81"), "e" + Times(1999, "\xCC\x81") + "..."},
                     Row{Times(3000, "\xFF"), Times(2000, "\xFF") + "..."}));
 
+TEST(ShortText, IsAsShortAsIsAskedFor) {
+    const ShownText most{.lines = 2, .characters = 3};
+    EXPECT_EQ(ShortText("abcd\r\nabc\r\nabc", most), "abc...\r\nabc\r\n...");
+    EXPECT_EQ(ShortText("abc\r\nabc", most), "abc\r\nabc");
+    EXPECT_EQ(ShortText("\n\n\n", most), "\n\n...");
+}
+
 TEST(ShortText, OfMillionsIsShort) {
     EXPECT_LE(ShortText(Times(5'000'000, "x")).size(), 2003U);
     EXPECT_LE(ShortText(Times(1'000'000, "\r\n")).size(), 403U);

@@ -64,6 +64,35 @@ TEST_F(DialogEdit, WithoutATitleThereIsNothingToEdit) {
     EXPECT_FALSE(document().SubtitlesChanged);
 }
 
+TEST_F(DialogEdit, ATextThatIsTooLongToBeDrawnStaysWhole) {
+    const std::string texts[] = {std::string(5'000'000, 'x'), "<i>" + std::string(3000, 'x'),
+                                 "e" + [] {
+                                     std::string marks;
+                                     for (int i = 0; i < 100'000; ++i)
+                                         marks += "\xCC\x81";
+                                     return marks;
+                                 }()};
+    for (const std::string& text : texts) {
+        Open({{1, 3, text}});
+        frmEdit& dialog = Edit(1);
+        EXPECT_LE(dialog.txtSubt->toPlainText().size(), 2003);
+        EXPECT_TRUE(dialog.txtSubt->toPlainText().endsWith("..."));
+        EXPECT_TRUE(dialog.txtSubt->isReadOnly());
+        EXPECT_FALSE(dialog.cmdB->isEnabled());
+        EXPECT_FALSE(dialog.cmdI->isEnabled());
+        dialog.txtDuration->setText("0");
+        {
+            const Modals modals({AnswerMessage(NoDuration)});
+            dialog.cmdOK->click();
+        }
+        dialog.txtDuration->setText("1.5");
+        dialog.cmdOK->click();
+        EXPECT_TRUE(Closed());
+        EXPECT_EQ(Subt().EndTime(1), 2.5);
+        EXPECT_TRUE(Subt().Text(1) == text);
+    }
+}
+
 struct Refused {
     std::int32_t row;
     const char* start;
