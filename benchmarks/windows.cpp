@@ -4,6 +4,7 @@
 
 #include "benchmarks/generating.h"
 #include "benchmarks/growing.h"
+#include "dialogs/frmEdit.h"
 #include "formats/recoverycopy.h"
 #include "formats/save.h"
 #include "listeditor/frmList.h"
@@ -213,6 +214,25 @@ void Tick(const QString& film, const QString& subtitles) {
     Print(timer->isActive() ? "one tick" : "one tick, not playing", Milliseconds(spent) / ticks);
 }
 
+/// What a person sees of a title that no screen can hold.
+void Huge(const QString& film, const QString& subtitles) {
+    frmQuelmar window;
+    window.show();
+    window.OpenFiles(film, {});
+    Settle();
+    Print("read", Timed([&] { window.OpenFiles({}, subtitles); }));
+    window.findChild<QAbstractButton*>("mpPlay")->click();
+    Settle();
+    Print("shown with the film", Timed([&] { window.MediaPosition(1.5); }));
+    frmList* list = nullptr;
+    Print("list editor", Timed([&] { list = OpenEditor(window); }));
+    auto* rows = list->findChild<QAbstractItemView*>("LV");
+    Print("its row selected", Timed([&] { rows->setCurrentIndex(rows->model()->index(0, 0)); }));
+    Print("edited in its row", Timed([&] { rows->edit(rows->model()->index(0, 0)); }));
+    rows->setFocus();
+    Print("edit dialog", Timed([&] { (new frmEdit(*list, list))->show(); }));
+}
+
 int Child(const QStringList& arguments) {
     const auto start = ProcessStart(arguments.at(3).toLatin1().constData());
     const QString& mode = arguments.at(2);
@@ -226,6 +246,8 @@ int Child(const QStringList& arguments) {
         Editor(arguments.at(4), arguments.at(5).toInt());
     else if (mode == "stay")
         return StayInEditor(arguments.at(4));
+    else if (mode == "huge")
+        Huge(arguments.at(4), arguments.at(5));
     else if (mode == "tick")
         Tick(arguments.at(4), arguments.at(5));
     std::fflush(stdout);
@@ -264,6 +286,27 @@ QString WriteTitles(const QTemporaryDir& folder, int count) {
     QString name = folder.filePath(QString::number(count) + ".srt");
     SaveTitles(name.toStdString(), "windows-1252", GeneratedTitles(count), {}, {});
     return name;
+}
+
+std::map<QString, std::string> HugeTexts() {
+    std::string marks = "e";
+    for (int i = 0; i < 100'000; ++i)
+        marks += "\xCC\x81";
+    std::string lines;
+    for (int i = 0; i < 1'000'000; ++i)
+        lines += "x\r\n";
+    return {{"a line of 5 MB", std::string(5'000'000, 'x')},
+            {"a letter with 100,000 marks", marks},
+            {"a title of a million lines", lines}};
+}
+
+QString WriteText(const QTemporaryDir& folder, const QString& name, const std::string& text) {
+    SUBTITLES titles;
+    titles.Add(1, 3, text);
+    titles.Add(4, 5, "the next one");
+    QString file = folder.filePath(name + ".srt");
+    SaveTitles(file.toStdString(), "windows-1252", titles, {}, {});
+    return file;
 }
 
 /// How the list editor's figures grow with the titles, by the least times of all runs.
@@ -309,6 +352,8 @@ int Parent(int runs) {
     all.push_back(
         {"program, film and 1,500 titles", {"filled", film, WriteTitles(folder, 1500)}, {}, {}});
     all.push_back({"display timer", {"tick", film, WriteTitles(folder, 1500)}, {}, {}});
+    for (const auto& [name, text] : HugeTexts())
+        all.push_back({name, {"huge", film, WriteText(folder, name, text)}, {}, {}});
     const std::size_t editors = all.size();
     for (const int count : Counts)
         all.push_back({QString("list editor, %L1 titles").arg(count),

@@ -72,9 +72,9 @@ TEST_F(DialogEdit, ATextThatIsTooLongToBeDrawnStaysWhole) {
                                          marks += "\xCC\x81";
                                      return marks;
                                  }()};
-    for (const std::string& text : texts) {
-        Open({{1, 3, text}});
-        frmEdit& dialog = Edit(1);
+    Open({{1, 3, texts[0]}, {4, 6, texts[1]}, {7, 9, texts[2]}});
+    for (std::int32_t row = 1; row <= 3; ++row) {
+        frmEdit& dialog = Edit(row);
         EXPECT_LE(dialog.txtSubt->toPlainText().size(), 2003);
         EXPECT_TRUE(dialog.txtSubt->toPlainText().endsWith("..."));
         EXPECT_TRUE(dialog.txtSubt->isReadOnly());
@@ -88,8 +88,8 @@ TEST_F(DialogEdit, ATextThatIsTooLongToBeDrawnStaysWhole) {
         dialog.txtDuration->setText("1.5");
         dialog.cmdOK->click();
         EXPECT_TRUE(Closed());
-        EXPECT_EQ(Subt().EndTime(1), 2.5);
-        EXPECT_TRUE(Subt().Text(1) == text);
+        EXPECT_EQ(Subt().EndTime(row), Subt().StartTime(row) + 1.5);
+        EXPECT_TRUE(Subt().Text(row) == texts[row - 1]);
     }
 }
 
