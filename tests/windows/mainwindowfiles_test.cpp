@@ -217,7 +217,7 @@ TEST_F(MainWindowFiles, KnownFrameRatesAreOffered) {
     Line("txtSRT").setText(In("named.sub"));
     EXPECT_EQ(window->document().FrameRate, 29.97);
     EXPECT_NEAR(Subt().StartTime(1), 25 / 29.97, 1e-9);
-    Changed() = false;
+    Forget();
     Line("txtSRT").setText(In("plain.sub"));
     EXPECT_EQ(window->document().FrameRate, 29.97);
 }
@@ -265,6 +265,7 @@ TEST_F(MainWindowFiles, StopsOnTheWayOfAPathDoNothing) {
 TEST_F(MainWindowFiles, UselessFilesAreToldOfAndKeepTheTitles) {
     OpenTitles();
     Subt().Text(1, "mine");
+    Forget();
     WriteFile("empty.txt", "");
     WriteFile("lines.txt", "\r\n\r\n");
     WriteFile("x.txt", "0\r\n");
@@ -366,6 +367,7 @@ TEST_F(MainWindowFiles, BrowsingStopsWhenSavingFails) {
 TEST_F(MainWindowFiles, ANewFileHasOneTitle) {
     OpenTitles();
     Subt().SetTimes(1, 2, 3);
+    Forget();
     {
         const Modals modals(
             {AnswerFileDialog(In("new.srt")), AnswerMessage(NewFile, QMessageBox::Yes)});

@@ -137,7 +137,7 @@ TEST_F(MainWindowMending, TheMarkTellsWhatWasMended) {
 
 TEST_F(MainWindowMending, AnotherFileTakesTheMarkAway) {
     Load("gaps.srt", {AnswerMessage(Corrupt), AnswerMessage(TwoBlankLines, QMessageBox::Yes)});
-    Changed() = false;
+    Forget();
     Load("film.srt", {});
     EXPECT_FALSE(MarkedAsMended());
 }
@@ -175,7 +175,7 @@ TEST_F(MainWindowMending, TheOtherLanguagesComeBackOnSave) {
     EXPECT_FALSE(Changed());
     EXPECT_FALSE(MarkedAsMended());
     Load("two.smi", {ChooseLanguage(0)});
-    Changed() = false;
+    Forget();
     Load("saved.smi", {ChooseLanguage(1)});
     EXPECT_EQ(Texts(), "One");
     EXPECT_TRUE(Changed());

@@ -131,7 +131,7 @@ TEST_F(MainWindowPlacing, PlacementsAreTakenBackOneByOne) {
 
 TEST_F(MainWindowPlacing, AnotherFilesTitlesAreNotTakenBack) {
     Place(1.5, 2);
-    Changed() = false;
+    Forget();
     Line("txtSRT").clear();
     OpenTitles();
     Type(*window, QKeySequence("Ctrl+Z"));

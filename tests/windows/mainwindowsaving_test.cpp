@@ -53,7 +53,7 @@ TEST_F(MainWindowSaving, StylesThatSubRipLosesAreAskedAboutOnce) {
     Save({AnswerFileDialog(In("b.srt"))});
     EXPECT_FALSE(Holds("b.srt", "<b>"));
     // Another document.
-    Changed() = false;
+    Forget();
     WriteFile("other.srt", "1\r\n00:00:01,000 --> 00:00:03,000\r\n<i>x</i>\r\n\r\n");
     Line("txtSRT").setText(In("other.srt"));
     Save({AnswerFileDialog(In("c.srt")), Choose(OneStyled, "Keep them")});
