@@ -15,12 +15,15 @@ namespace {
 
 const auto Suffix = QStringLiteral(".open");
 
-/// Of the file that is there by that name; empty when none is.
-QString MarkOf(const QString& file, const QString& stateFolder) {
-    const QString path = QFileInfo(file).canonicalFilePath();
-    if (path.isEmpty())
-        return {};
-    return stateFolder + '/' + QString::number(Checksum(path.toStdString()), 16) + Suffix;
+/// The file's name whatever path leads to it; empty when there is no such file.
+QString TrueName(QWidget& window, const QString& file) {
+    return AskBeside<QString>(&window, QFileInfo(file).path(), file,
+                              [file] { return QFileInfo(file).canonicalFilePath(); })
+        .value_or(QString());
+}
+
+QString MarkOf(const QString& trueName, const QString& stateFolder) {
+    return stateFolder + '/' + QString::number(Checksum(trueName.toStdString()), 16) + Suffix;
 }
 
 /// Those of programs that were ended in the midst of it.
@@ -40,31 +43,34 @@ OpenMark::OpenMark(Document& document, QWidget& window, QString stateFolder)
             Guarded([this] { Follow(); });
     })) {}
 
+// The old mark may lie on a disk that no longer answers, so it is not taken off here.
 void OpenMark::Follow() {
     if (m_document.SubtitleFile == m_file)
         return;
     m_file = m_document.SubtitleFile;
     const QString file = QString::fromStdString(m_file).trimmed();
-    m_lock.reset();
-    if (file.isEmpty())
-        return;
-    const auto taken = AskBeside<std::shared_ptr<FileLock>>(
-        &m_window, QFileInfo(file).path(), file, [file, folder = m_stateFolder] {
-            auto lock = std::make_shared<FileLock>();
-            const QString mark = MarkOf(file, folder);
-            if (!mark.isEmpty())
-                lock->Take(mark);
-            return lock;
+    const QString name = file.isEmpty() ? QString() : TrueName(m_window, file);
+    const auto lock = AskBeside<std::shared_ptr<FileLock>>(
+        &m_window, m_stateFolder, m_stateFolder, [name, old = m_lock, folder = m_stateFolder] {
+            if (old)
+                old->Release();
+            auto taken = std::make_shared<FileLock>();
+            if (!name.isEmpty())
+                taken->Take(MarkOf(name, folder));
+            return taken;
         });
-    m_lock = taken.value_or(nullptr);
+    if (lock)
+        m_lock = *lock;
 }
 
 bool OpenMark::IsSetElsewhere(QWidget& window, const QString& file, const QString& stateFolder) {
-    return AskBeside<bool>(&window, QFileInfo(file).path(), file,
+    const QString name = TrueName(window, file);
+    if (name.isEmpty())
+        return false;
+    return AskBeside<bool>(&window, stateFolder, stateFolder,
                            [=] {
                                RemoveLeft(stateFolder);
-                               const QString mark = MarkOf(file, stateFolder);
-                               return !mark.isEmpty() && FileLock::HeldElsewhere(mark);
+                               return FileLock::HeldElsewhere(MarkOf(name, stateFolder));
                            })
         .value_or(false);
 }

@@ -253,8 +253,10 @@ std::vector<OrphanCopy> ClaimOrphans(const QString& folder) {
     // By modification time, the newest first.
     for (const QFileInfo& file :
          QDir(folder).entryInfoList({'*' + CopySuffix}, QDir::Files | QDir::Hidden, QDir::Time)) {
+        // A link to a pipe, say, is listed too.
         FileLock lock;
-        if (lock.Take(LockOf(file.filePath())) && QFileInfo::exists(file.filePath()))
+        if (file.isFile() && lock.Take(LockOf(file.filePath())) &&
+            QFileInfo::exists(file.filePath()))
             orphans.emplace_back(std::move(lock), file.filePath());
     }
     // Locks without a copy, and half-written copies (they bear the copy's name and more).
