@@ -3,7 +3,10 @@
 #include "mainwindow/frmQuelmar.h"
 #include "platform/errorgate.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
+#include <QDeadlineTimer>
+#include <QEventLoop>
 
 #include <algorithm>
 #include <chrono>
@@ -21,8 +24,9 @@ std::int64_t Now() {
     return QDateTime::currentSecsSinceEpoch();
 }
 
-/// How long nobody minds a window that stands still.
-constexpr auto Unfelt = std::chrono::milliseconds(250);
+/// How long a save waits for the copy, and how long at a time.
+constexpr auto LongestPause = std::chrono::milliseconds(250);
+constexpr auto Unfelt = std::chrono::milliseconds(20);
 
 } // namespace
 
@@ -38,8 +42,7 @@ Recovery::Recovery(frmQuelmar& window, RecoveryStore& store)
     }))
     , m_pause(ShortestPause) {
     connect(&window, &frmQuelmar::SaveDeclined, this, &Recovery::SaveDeclined);
-    // The file stays whole without it too, so a window that saves does not stand still for it.
-    connect(&window, &frmQuelmar::FileEmptying, this, [this] { Flush(Unfelt); });
+    connect(&window, &frmQuelmar::FileEmptying, this, &Recovery::FileEmptying);
     connect(&m_soon, &QTimer::timeout, this, [this] { Guarded([this] { KeepChanges(); }); });
     // Told on the store's thread.
     m_store.WhenInTrouble([this](const QString& trouble) {
@@ -118,9 +121,17 @@ void Recovery::ForgetCurrent() {
     });
 }
 
-bool Recovery::Flush(std::chrono::milliseconds most) {
+// The file stays whole without the copy too, so a window that saves does not stand still for it.
+void Recovery::FileEmptying() {
     KeepChanges();
-    m_store.Flush(most);
+    const QDeadlineTimer patience(LongestPause);
+    while (!m_store.Flush(Unfelt) && !patience.hasExpired())
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+}
+
+bool Recovery::Flush() {
+    KeepChanges();
+    m_store.Flush();
     return m_store.HasCopy() && (m_offers->current || m_offers->archived);
 }
 

@@ -34,7 +34,7 @@ class Recovery : public QObject {
     /// Puts the work into the window and takes the copy over.
     void Restore(OrphanCopy& orphan, RecoveredDocument document);
     /// Waits until the copy is on the disk. true: there is something to offer at the next start.
-    bool Flush(std::chrono::milliseconds most = std::chrono::seconds(10));
+    bool Flush();
 
   private:
     /// What is to become of the document's copy.
@@ -46,6 +46,7 @@ class Recovery : public QObject {
     std::vector<RecoverableWork> TakeOffers();
     bool OfferOne(RecoverableWork& work);
     void KeepChanges();
+    void FileEmptying();
     void StoreInTrouble(const QString& trouble);
     void Keep(Fate fate);
     void ForgetCurrent();

@@ -134,9 +134,9 @@ bool RecoveryStore::TryOut() {
     return written;
 }
 
-void RecoveryStore::Flush(std::chrono::milliseconds most) {
+bool RecoveryStore::Flush(std::chrono::milliseconds most) {
     std::unique_lock guard(m_mutex);
-    m_changed.wait_for(guard, most, [this] { return m_jobs.empty() && !m_working; });
+    return m_changed.wait_for(guard, most, [this] { return m_jobs.empty() && !m_working; });
 }
 
 bool RecoveryStore::HasCopy() const {

@@ -45,7 +45,8 @@ class RecoveryStore {
     void Archive(Maker maker);
     /// Waits until all that was posted is on the disk, or could not be written; no longer
     /// than this, as the disk may not answer.
-    void Flush(std::chrono::milliseconds most = std::chrono::seconds(10));
+    /// false: it is still at work.
+    bool Flush(std::chrono::milliseconds most = std::chrono::seconds(10));
     /// Called on the store's thread with the reason why copies cannot be written ("disk
     /// full"), and with nothing when they can again.
     void WhenInTrouble(std::function<void(const QString&)> listener);

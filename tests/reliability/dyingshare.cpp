@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <utility>
 
@@ -14,7 +15,8 @@
 #include <unistd.h>
 
 // As much of the kernel's protocol as reading files takes. Nothing may be cached, so that
-// every question comes here.
+// every question comes here. It has no flush: for its answer a program that ends would wait
+// in the kernel, where nothing can end it.
 
 namespace {
 
@@ -51,19 +53,25 @@ DyingShare::~DyingShare() {
 }
 
 void DyingShare::Serve() {
+    std::vector<char> request(LargestRequest);
     while (!m_ending) {
         pollfd waiting{m_device, POLLIN, 0};
-        if (m_dead || poll(&waiting, 1, PollMilliseconds) <= 0) {
-            usleep(m_dead ? PollMilliseconds * 1000 : 0);
+        poll(&waiting, 1, PollMilliseconds);
+        const std::lock_guard guard(m_mutex);
+        if (m_dead)
+            std::this_thread::sleep_for(std::chrono::milliseconds(PollMilliseconds));
+        if (m_dead || (waiting.revents & POLLIN) == 0)
             continue;
-        }
-        std::vector<char> request(LargestRequest);
         const ssize_t size = read(m_device, request.data(), request.size());
-        if (size < static_cast<ssize_t>(sizeof(fuse_in_header)) || m_dead)
-            continue;
-        request.resize(static_cast<std::size_t>(size));
-        Answer(request);
+        if (size >= static_cast<ssize_t>(sizeof(fuse_in_header)))
+            Answer(request.data());
     }
+}
+
+// A program whose question was read and not answered could not be ended by anybody.
+void DyingShare::Die() {
+    const std::lock_guard guard(m_mutex);
+    m_dead = true;
 }
 
 void DyingShare::Reply(std::uint64_t unique, int error, const void* bytes, std::size_t size) const {
@@ -139,10 +147,10 @@ void DyingShare::List(std::uint64_t unique, const char* argument) const {
     Reply(unique, 0, entries.data(), entries.size());
 }
 
-void DyingShare::Answer(const std::vector<char>& request) {
+void DyingShare::Answer(const char* request) const {
     fuse_in_header header{};
-    std::memcpy(&header, request.data(), sizeof header);
-    const char* const argument = request.data() + sizeof header;
+    std::memcpy(&header, request, sizeof header);
+    const char* const argument = request + sizeof header;
     const std::uint64_t unique = header.unique;
     switch (header.opcode) {
     case FUSE_INIT: {
@@ -173,7 +181,6 @@ void DyingShare::Answer(const std::vector<char>& request) {
         return Reply(unique, fuse_statfs_out{});
     case FUSE_RELEASE:
     case FUSE_RELEASEDIR:
-    case FUSE_FLUSH:
         return Reply(unique, 0, nullptr, 0);
     case FUSE_FORGET:
     case FUSE_BATCH_FORGET:

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <cstdint>
 #include <map>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <vector>
@@ -18,7 +19,7 @@ class DyingShare {
     DyingShare& operator=(const DyingShare&) = delete;
 
     bool Mounted() const { return m_mounted; }
-    void Die() { m_dead = true; }
+    void Die();
 
   private:
     struct File {
@@ -27,7 +28,7 @@ class DyingShare {
     };
 
     void Serve();
-    void Answer(const std::vector<char>& request);
+    void Answer(const char* request) const;
     void Reply(std::uint64_t unique, int error, const void* bytes, std::size_t size) const;
     template <typename REPLY>
     void Reply(std::uint64_t unique, const REPLY& reply) const;
@@ -41,7 +42,8 @@ class DyingShare {
     std::vector<File> m_files;
     int m_device = -1;
     bool m_mounted = false;
-    std::atomic<bool> m_dead = false;
+    std::mutex m_mutex;
+    bool m_dead = false;
     std::atomic<bool> m_ending = false;
     std::thread m_thread;
 };

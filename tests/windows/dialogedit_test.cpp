@@ -72,7 +72,7 @@ TEST_F(DialogEdit, ATextThatIsTooLongToBeDrawnStaysWhole) {
                                          marks += "\xCC\x81";
                                      return marks;
                                  }()};
-    Open({{1, 3, texts[0]}, {4, 6, texts[1]}, {7, 9, texts[2]}});
+    Open({{1, 3, texts[0]}, {4, 6, texts[1]}, {7, 9, texts[2]}, {10, 11, "last"}});
     for (std::int32_t row = 1; row <= 3; ++row) {
         frmEdit& dialog = Edit(row);
         EXPECT_LE(dialog.txtSubt->toPlainText().size(), 2003);
