@@ -80,7 +80,7 @@ TEST_F(DialogEdit, ATextThatIsTooLongToBeDrawnStaysWhole) {
         EXPECT_TRUE(dialog.txtSubt->isReadOnly());
         EXPECT_FALSE(dialog.cmdB->isEnabled());
         EXPECT_FALSE(dialog.cmdI->isEnabled());
-        dialog.txtDuration->setText("-5");
+        dialog.txtDuration->setText("-50");
         {
             const Modals modals({AnswerMessage(NoDuration)});
             dialog.cmdOK->click();
