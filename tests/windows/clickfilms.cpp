@@ -18,6 +18,8 @@
 namespace {
 
 constexpr double Seconds = 5.5;
+/// Time 0 may be that of the first picture: then it takes longer until the second click.
+constexpr double SecondsOfLatePictures = 8;
 constexpr int Frequency = 48000;
 constexpr auto Patience = std::chrono::seconds(30);
 /// A seek ends no further from the position than that (seconds).
@@ -159,6 +161,8 @@ const std::vector<ClickFilm>& ClickFilms() {
         {"asf_late_sound", ".asf", "-c:v wmv2", "-c:a wmav2", 0.7},
         {"ts_late_sound", ".ts", "-c:v mpeg2video", "-c:a mp2", 0.7},
         {"mp4_late_picture", ".mp4", H264, "-c:a aac", 0, 0.7},
+        {"mkv_late_picture", ".mkv", H264, "-c:a aac", 0, 0.7},
+        {"ts_late_picture", ".ts", "-c:v mpeg2video", "-c:a ac3", 0, 0.7},
         {"ts_start", ".ts", "-c:v mpeg2video", "-c:a ac3", 0, 0, 1000},
         {"mkv_start", ".mkv", H264, "-c:a aac", 0, 0, 10},
         {"mpg_start", ".mpg", "-c:v mpeg2video", "-c:a mp2", 0, 0, 30},
@@ -169,16 +173,17 @@ const std::vector<ClickFilm>& ClickFilms() {
 
 QString MakeClickFilm(const ClickFilm& film, const QString& folder) {
     const QString path = folder + "/" + film.name + film.extension;
+    const QString seconds =
+        QString::number(film.pictureDelay > 0 ? SecondsOfLatePictures : Seconds);
     const QString about = QStringLiteral("(mod(t\\,2.5)-1.25)");
     const QString sound = "aevalsrc=0.9*cos(2*PI*1500*" + about + ")*exp(-pow(" + about +
-                          "/0.0007\\,2)):s=" + QString::number(Frequency) +
-                          ":d=" + QString::number(Seconds);
+                          "/0.0007\\,2)):s=" + QString::number(Frequency) + ":d=" + seconds;
     QStringList words{"-nostdin", "-v", "error", "-y"};
     if (film.HasPictures())
         words << "-itsoffset" << QString::number(film.pictureDelay) << "-f"
               << "lavfi"
               << "-i"
-              << "testsrc2=s=96x64:r=25:d=" + QString::number(Seconds);
+              << "testsrc2=s=96x64:r=25:d=" + seconds;
     words << "-itsoffset" << QString::number(film.soundDelay) << "-f"
           << "lavfi"
           << "-i" << sound;
