@@ -23,11 +23,23 @@ constexpr double WordsInset = 4;
 constexpr double LabelledTick = 6;
 constexpr double PlainTick = 3;
 
+/// Laying letters out costs more than all else of a tile, and most of them would be clipped away.
+QString Cut(const QString& words, qsizetype letters) {
+    if (words.size() <= letters)
+        return words;
+    QStringList lines = words.split(QLatin1Char('\n'));
+    for (QString& line : lines)
+        line.truncate(letters);
+    return lines.join(QLatin1Char('\n'));
+}
+
 } // namespace
 
 void LaneTiles::Look(const LanePalette& colours, const QFont& font) {
     m_colours = colours;
     m_font = font;
+    // Half of a narrow one: some are narrower.
+    m_narrowestLetter = std::max(1.0, QFontMetricsF(font).horizontalAdvance(QLatin1Char('i')) / 2);
     m_ground.Look(colours.ground);
     ForgetWords();
 }
@@ -144,15 +156,18 @@ void LaneTiles::PaintRuler(QPainter& painter, double left, const Scene& scene) c
     painter.fillRect(QRectF(0, bottom - 1, TileWidth, 1), m_colours.rulerLines);
 }
 
-const QStaticText& LaneTiles::WordsOf(std::int32_t title, const Scene& scene) {
+const QStaticText& LaneTiles::WordsOf(std::int32_t title, double room, const Scene& scene) {
     const auto found = m_words.find(title);
-    if (found != m_words.end())
-        return found->second;
+    if (found != m_words.end() && found->second.room >= room)
+        return found->second.text;
     if (m_words.size() >= MostWords)
         m_words.clear();
-    QStaticText words(scene.words(title));
-    words.setTextFormat(Qt::PlainText);
-    return m_words.emplace(title, std::move(words)).first->second;
+    const auto letters = static_cast<qsizetype>(room / m_narrowestLetter) + 1;
+    QStaticText text(Cut(scene.words(title), letters));
+    text.setTextFormat(Qt::PlainText);
+    LaidOut& words = m_words[title];
+    words = {std::move(text), room};
+    return words.text;
 }
 
 void LaneTiles::PaintWords(QPainter& painter, double left, const Scene& scene) {
@@ -169,6 +184,6 @@ void LaneTiles::PaintWords(QPainter& painter, double left, const Scene& scene) {
         const QRectF room(begin + WordsInset, scene.shape.TrackTop(titles.Track(title)) + 1,
                           width - 2 * WordsInset, scene.shape.TrackHeight() - 2);
         painter.setClipRect(room);
-        painter.drawStaticText(room.topLeft(), WordsOf(title, scene));
+        painter.drawStaticText(room.topLeft(), WordsOf(title, room.width(), scene));
     });
 }

@@ -59,13 +59,20 @@ class LaneTiles {
         friend bool operator==(const Make&, const Make&) = default;
     };
 
+    struct LaidOut {
+        QStaticText text;
+        /// No line was cut below this room.
+        double room = 0;
+    };
+
     template <typename Unwanted>
     void Drop(const Unwanted& unwanted);
     QImage FreeImage(const QSize& size);
     Tile Paint(std::int64_t number, const Scene& scene);
     void PaintRuler(QPainter& painter, double left, const Scene& scene) const;
     void PaintWords(QPainter& painter, double left, const Scene& scene);
-    const QStaticText& WordsOf(std::int32_t title, const Scene& scene);
+    /// As many letters of each line as can be seen in this room, at least.
+    const QStaticText& WordsOf(std::int32_t title, double room, const Scene& scene);
 
     LanePalette m_colours;
     QFont m_font;
@@ -73,5 +80,6 @@ class LaneTiles {
     Make m_make;
     std::unordered_map<std::int64_t, Tile> m_tiles;
     std::vector<QImage> m_free;
-    std::unordered_map<std::int32_t, QStaticText> m_words;
+    std::unordered_map<std::int32_t, LaidOut> m_words;
+    double m_narrowestLetter = 1;
 };
