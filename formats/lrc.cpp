@@ -160,6 +160,13 @@ std::string OneLine(std::string_view text) {
     return line;
 }
 
+/// As a line holds the text of another format.
+std::string AsLine(std::string_view text) {
+    std::string words;
+    StripTags(text, words);
+    return OneLine(words);
+}
+
 /// A line holds no line ends, and one without words would be no title.
 void AppendWords(const SUBTITLES& titles, std::int32_t index, bool kept, std::string& out) {
     std::string words;
@@ -222,5 +229,5 @@ Format LrcFormat() {
             .keeps = Keeps,
             .keptParts = "times within the words",
             .plainText = WebVttPlainText,
-            .adoptedText = OneLine};
+            .adoptedText = AsLine};
 }

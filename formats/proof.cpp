@@ -1,5 +1,6 @@
 #include "formats/proof.h"
 
+#include "base/ascii.h"
 #include "base/runtimeerror.h"
 #include "model/times.h"
 
@@ -27,13 +28,22 @@ void DropMark(std::string& words) {
             return words.resize(words.size() - mark.size());
 }
 
+/// A line break may have any letters and whatever attributes.
+void DropBreak(std::string& words) {
+    constexpr std::size_t Longest = 256;
+    const std::size_t from = words.size() - std::min(words.size(), Longest);
+    const std::size_t open = std::string_view(words).substr(from).rfind('<');
+    if (open != std::string::npos &&
+        IsWord(std::string_view(words).substr(from + open + 1, 2), "br"))
+        words.resize(from + open);
+}
+
 void ReadMarkup(std::string& words) {
     constexpr std::string_view Less = "&lt;";
-    constexpr std::string_view Break = "<br>";
     if (words.ends_with(Less))
         words.replace(words.size() - Less.size(), Less.size(), "<");
-    else if (words.ends_with(Break))
-        words.resize(words.size() - Break.size());
+    else if (words.back() == '>')
+        DropBreak(words);
 }
 
 /// The titles of a list that a format can hold, one after the other.

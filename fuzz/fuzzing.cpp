@@ -38,7 +38,7 @@ void TryComingBack(SUBTITLES titles) {
         Require(format.read(file, 25, again, style, {}) == ReadOutcome::Complete,
                 "what was written is no corrupt file");
         const std::string difference = FirstDifference(format, 25, {}, titles, again);
-        Require(difference.empty(), difference.c_str());
+        Require(difference.empty(), (std::string(format.name) + ": " + difference).c_str());
     }
 }
 
