@@ -63,6 +63,20 @@ double Skipped(const AVStream& stream, const AVPacket& packet) {
 
 } // namespace
 
+std::string CodecOfText(const FfmpegLibrary& ffmpeg, const AVStream& stream) {
+    const AVCodecParameters& codec = *stream.codecpar;
+    constexpr std::uint32_t TimedText = MKTAG('s', 't', 'p', 'p');
+    if (codec.codec_tag == TimedText)
+        return "ttml";
+    if (codec.codec_type != AVMEDIA_TYPE_SUBTITLE)
+        return {};
+    const std::string_view head(reinterpret_cast<const char*>(codec.extradata),
+                                static_cast<std::size_t>(std::max(codec.extradata_size, 0)));
+    if (codec.codec_id == AV_CODEC_ID_NONE && head.starts_with("WEBVTT"))
+        return "webvtt";
+    return ffmpeg.avcodec_get_name(codec.codec_id);
+}
+
 Container::Container(const FfmpegLibrary& ffmpeg, std::stop_token stop)
     : m_ffmpeg(ffmpeg)
     , m_stop(std::move(stop)) {}
@@ -128,7 +142,8 @@ bool Container::OpenFile(const std::filesystem::path& file) {
     m_zero = start + origin;
     std::error_code unknown;
     const std::uintmax_t size = std::filesystem::file_size(file, unknown);
-    const double longest = unknown ? 0 : static_cast<double>(size) / LeastBytes;
+    m_size = unknown ? 0 : static_cast<double>(size);
+    const double longest = m_size / LeastBytes;
     m_length = std::clamp(LengthTold() - origin, 0.0, longest);
     return true;
 }
@@ -210,12 +225,20 @@ double Container::LengthTold() const {
     return longest;
 }
 
-void Container::Select(int stream) {
-    m_selected = stream;
+void Container::Select(const std::vector<int>& streams) {
+    m_selected = streams;
     for (unsigned i = 0; i < m_format->nb_streams; ++i)
         m_format->streams[i]->discard =
-            static_cast<int>(i) == stream ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
-    std::erase_if(m_ahead, [stream](const PacketPointer& p) { return p->stream_index != stream; });
+            IsSelected(static_cast<int>(i)) ? AVDISCARD_DEFAULT : AVDISCARD_ALL;
+    std::erase_if(m_ahead, [this](const PacketPointer& p) { return !IsSelected(p->stream_index); });
+}
+
+bool Container::IsSelected(int stream) const {
+    return std::find(m_selected.begin(), m_selected.end(), stream) != m_selected.end();
+}
+
+double Container::Done() const {
+    return m_size > 0 ? std::clamp(static_cast<double>(m_file->pos) / m_size, 0.0, 1.0) : 0;
 }
 
 bool Container::Read(AVPacket& packet) {
@@ -225,9 +248,12 @@ bool Container::Read(AVPacket& packet) {
         m_ahead.pop_front();
         return true;
     }
-    while (ReadFromFile(packet))
-        if (packet.stream_index == m_selected)
+    while (ReadFromFile(packet)) {
+        if (m_progress)
+            m_progress(Done());
+        if (IsSelected(packet.stream_index))
             return true;
+    }
     return false;
 }
 

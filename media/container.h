@@ -4,8 +4,16 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <stop_token>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// FFmpeg's name of the codec of a track of subtitles; empty when it is another kind of track.
+/// Some kinds the library does not know by a name of its own.
+std::string CodecOfText(const FfmpegLibrary& ffmpeg, const AVStream& stream);
 
 /// A film that libavformat has open, as the player opens it: the same formats, the same
 /// options, the same time 0.
@@ -34,10 +42,14 @@ class Container {
     /// The index of the pictures that the player shows; -1 without them.
     int PictureStream() const;
 
-    /// From now on only this stream is read.
-    void Select(int stream);
+    /// From now on only this stream is read, or these.
+    void Select(int stream) { Select(std::vector<int>{stream}); }
+    void Select(const std::vector<int>& streams);
     /// The next packet; false at the end and when a stop was asked for.
     bool Read(AVPacket& packet);
+    /// How much of the file is read, 0 to 1; while packets are read, `progress` hears of it.
+    double Done() const;
+    void OnProgress(std::function<void(double)> progress) { m_progress = std::move(progress); }
     /// Goes to a packet of the stream at the time or before it (seconds on the player's
     /// clock), as near as the file allows, or to the beginning.
     void Seek(int stream, double time);
@@ -50,6 +62,7 @@ class Container {
     double FirstShown();
     double LengthTold() const;
     bool ReadFromFile(AVPacket& packet);
+    bool IsSelected(int stream) const;
 
     const FfmpegLibrary& m_ffmpeg;
     const std::stop_token m_stop;
@@ -57,7 +70,10 @@ class Container {
     AVFormatContext* m_format = nullptr;
     double m_zero = 0;
     double m_length = 0;
-    int m_selected = -1;
+    /// In bytes.
+    double m_size = 0;
+    std::function<void(double)> m_progress;
+    std::vector<int> m_selected;
     /// What was read to find time 0 and is still to be given out.
     std::deque<PacketPointer> m_ahead;
 };

@@ -34,10 +34,10 @@ SoundTrack SoundOf(const FfmpegLibrary& ffmpeg, const AVStream& stream) {
 TextTrack TextOf(const FfmpegLibrary& ffmpeg, const AVStream& stream) {
     TextTrack track;
     track.index = stream.index;
-    track.codec = ffmpeg.avcodec_get_name(stream.codecpar->codec_id);
+    track.codec = CodecOfText(ffmpeg, stream);
     const AVCodecDescriptor* codec = ffmpeg.avcodec_descriptor_get(stream.codecpar->codec_id);
-    const bool text = codec != nullptr && (codec->props & AV_CODEC_PROP_TEXT_SUB) != 0;
-    track.kind = text ? TextTrack::Kind::Text : TextTrack::Kind::Picture;
+    const bool pictures = codec != nullptr && (codec->props & AV_CODEC_PROP_BITMAP_SUB) != 0;
+    track.kind = !pictures ? TextTrack::Kind::Text : TextTrack::Kind::Picture;
     track.name = Tag(ffmpeg, stream.metadata, "title");
     track.language = Language(ffmpeg, stream);
     track.isDefault = Is(stream, AV_DISPOSITION_DEFAULT);
@@ -66,7 +66,7 @@ std::optional<MediaFile> MediaFile::Read(const std::filesystem::path& file,
         const AVMediaType type = stream.codecpar->codec_type;
         if (type == AVMEDIA_TYPE_AUDIO)
             media.soundTracks.push_back(SoundOf(ffmpeg, stream));
-        else if (type == AVMEDIA_TYPE_SUBTITLE)
+        else if (!CodecOfText(ffmpeg, stream).empty())
             media.textTracks.push_back(TextOf(ffmpeg, stream));
     }
     if (const int picture = container->PictureStream(); picture >= 0) {

@@ -29,7 +29,7 @@ struct TextTrack {
 
     /// What `TextTrackReader` takes; counts all tracks of the file from 0.
     int index = 0;
-    /// FFmpeg's name: "subrip", "ass", "mov_text", "webvtt", "hdmv_pgs_subtitle", ...
+    /// FFmpeg's name: "subrip", "ass", "mov_text", "webvtt", "ttml", "hdmv_pgs_subtitle", ...
     std::string codec;
     Kind kind = Kind::Text;
     std::string name;

@@ -25,3 +25,9 @@ std::unique_ptr<TextTrackReader> TextTrackReader::Open(const std::filesystem::pa
                                                        int /*index*/, std::stop_token /*stop*/) {
     return nullptr;
 }
+
+std::unique_ptr<TextTrackReader> TextTrackReader::Open(const std::filesystem::path& /*file*/,
+                                                       std::vector<int> /*indexes*/,
+                                                       std::stop_token /*stop*/) {
+    return nullptr;
+}

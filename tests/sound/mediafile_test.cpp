@@ -104,8 +104,9 @@ TEST_P(TextIn, IsReadPacketByPacket) {
     EXPECT_EQ(film->textTracks[0].codec, GetParam().codec);
     const auto reader = TextTrackReader::Open(Folder / GetParam().file, film->textTracks[0].index);
     ASSERT_NE(reader, nullptr);
-    EXPECT_EQ(reader->Codec(), GetParam().codec);
-    EXPECT_EQ(!reader->CodecPrivate().empty(), GetParam().header);
+    const int index = film->textTracks[0].index;
+    EXPECT_EQ(reader->Codec(index), GetParam().codec);
+    EXPECT_EQ(!reader->CodecPrivate(index).empty(), GetParam().header);
     std::vector<TextPacket> packets;
     for (TextPacket packet; reader->Read(packet);)
         if (packet.payload.size() > 2)
