@@ -9,6 +9,7 @@
 #include "formats/load.h"
 #include "formats/save.h"
 #include "model/times.h"
+#include "tracks/filmname.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -97,8 +98,8 @@ class Job {
         if (const auto* report = std::get_if<Report>(&task))
             return Told((*report)(In(), out, m_fault)) ? ExitCode::Done : ExitCode::Failed;
         if (const auto* source = std::get_if<Source>(&task))
-            return Told((*source)(In(), m_titles, m_fault)) && Save() ? ExitCode::Done
-                                                                      : ExitCode::Failed;
+            return Told((*source)(In(), m_titles, m_style, m_fault)) && Save() ? ExitCode::Done
+                                                                               : ExitCode::Failed;
         return Change(std::get<Edit>(task));
     }
 
@@ -132,6 +133,11 @@ class Job {
             return m_frameRate;
         };
         const std::string& name = In();
+        if (FormatByName(name) == nullptr && IsFilmName(name)) {
+            Say(m_err, name + ": is a film; the command tracks lists its subtitles, and convert " +
+                           "--track N takes one");
+            return LoadOutcome::UnknownFormat;
+        }
         const LoadResult result = LoadTitles(PathOf(name), m_codePage, m_titles, m_style, hooks);
         if (result.outcome == LoadOutcome::NotOpened)
             Say(m_err, name + ": cannot be opened");

@@ -1,6 +1,7 @@
 #include "cli/commands.h"
 
 #include "cli/filmsound.h"
+#include "cli/filmtitles.h"
 #include "editing/corrections.h"
 #include "editing/shift.h"
 #include "editing/stretch.h"
@@ -18,6 +19,8 @@ constexpr std::array<Option, 5> Common{
      {"--code-page", "NAME", "how a file that is not Unicode is read (windows-1252)"},
      {"--styles", "", "write italics and bold into SubRip files too"}}};
 
+constexpr std::array<Option, 1> ConvertOptions{
+    {{"--track", "N", "IN is a film: its subtitles of that number, counted from 1"}}};
 constexpr std::array<Option, 1> ShiftOptions{
     {{"--by", "TIME", "how much later; below 0, how much earlier"}}};
 constexpr std::array<Option, 5> StretchOptions{
@@ -57,9 +60,41 @@ Task MapAll(std::function<TimeMap(const SUBTITLES&)> mapFor) {
     };
 }
 
-std::optional<Task> PrepareConvert(const Arguments& /*arguments*/, std::string& /*fault*/) {
-    return [](SUBTITLES&) {
+/// The understood value of an option that may be missing. false and a fault when it makes no
+/// sense.
+template <typename UNDERSTAND>
+bool TakeValue(const Arguments& arguments, std::string_view option, UNDERSTAND understand,
+               std::string& fault, double& value) {
+    if (!arguments.Has(option))
+        return true;
+    const auto understood = ValueOf(arguments, option, understand, fault);
+    value = understood.value_or(value);
+    return understood.has_value();
+}
+
+std::optional<double> TrackOf(std::string_view text) {
+    constexpr double MostTracks = 1000;
+    const std::optional<double> track = Number(text);
+    const bool sensible =
+        track && *track >= 1 && *track <= MostTracks && *track == std::floor(*track);
+    return sensible ? track : std::nullopt;
+}
+
+std::optional<Task> PrepareConvert(const Arguments& arguments, std::string& fault) {
+    double track = 0;
+    if (!TakeValue(arguments, "--track", TrackOf, fault, track))
+        return std::nullopt;
+    if (track == 0)
+        return [](SUBTITLES&) {
+        };
+    return [track, codePage = arguments.Value("--code-page")](
+               const std::string& film, SUBTITLES& titles, FileStyle& style, std::string& reason) {
+        return TitlesOfFilm(film, static_cast<int>(track), codePage, titles, style, reason);
     };
+}
+
+std::optional<Task> PrepareTracks(const Arguments& /*arguments*/, std::string& /*fault*/) {
+    return PrintTracks;
 }
 
 std::optional<Task> PrepareShift(const Arguments& arguments, std::string& fault) {
@@ -127,26 +162,6 @@ std::optional<Task> PrepareCorrect(const Arguments& arguments, std::string& faul
     };
 }
 
-/// The understood value of an option that may be missing. false and a fault when it makes no
-/// sense.
-template <typename UNDERSTAND>
-bool TakeValue(const Arguments& arguments, std::string_view option, UNDERSTAND understand,
-               std::string& fault, double& value) {
-    if (!arguments.Has(option))
-        return true;
-    const auto understood = ValueOf(arguments, option, understand, fault);
-    value = understood.value_or(value);
-    return understood.has_value();
-}
-
-std::optional<double> TrackOf(std::string_view text) {
-    constexpr double MostTracks = 1000;
-    const std::optional<double> track = Number(text);
-    const bool sensible =
-        track && *track >= 1 && *track <= MostTracks && *track == std::floor(*track);
-    return sensible ? track : std::nullopt;
-}
-
 std::optional<Task> PrepareSound(const Arguments& arguments, std::string& fault) {
     double track = 0;
     SoundStretch stretch;
@@ -166,17 +181,23 @@ std::optional<Task> PrepareSpeech(const Arguments& arguments, std::string& fault
     double track = 0;
     if (!TakeValue(arguments, "--track", TrackOf, fault, track))
         return std::nullopt;
-    return [track](const std::string& film, SUBTITLES& titles, std::string& reason) {
+    return [track](const std::string& film, SUBTITLES& titles, FileStyle& /*style*/,
+                   std::string& reason) {
         return TitlesOfSpeech(film, static_cast<int>(track), titles, reason);
     };
 }
 
-constexpr std::array<Command, 6> All{
-    {{"convert",
-      "",
-      "Load a file and save it in the format that the second name tells.",
+constexpr std::array<Command, 7> All{
+    {{"convert", "[--track N]",
+      "Load a file, or the subtitles in a film, and save it in the format that the second\n"
+      "    name tells.",
+      ConvertOptions, PrepareConvert},
+     {"tracks",
+      "FILM",
+      "List the subtitles in a film: number, language, kind, number of titles and name, parted\n"
+      "    by tabs.",
       {},
-      PrepareConvert},
+      PrepareTracks},
      {"shift", "--by TIME", "Show all titles later, or earlier.", ShiftOptions, PrepareShift},
      {"stretch", "--first TIME --last TIME | --amount TIME | --from-rate RATE --to-rate RATE",
       "Fit all titles to a longer or shorter film.", StretchOptions, PrepareStretch},

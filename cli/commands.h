@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cli/arguments.h"
+#include "model/filestyle.h"
 #include "model/subtitles.h"
 
 #include <functional>
@@ -14,9 +15,10 @@
 /// What a command does to the titles between loading and saving.
 using Edit = std::function<void(SUBTITLES&)>;
 
-/// Makes the titles from a file that holds none. false, and the reason in `fault`, when that
-/// is not possible.
-using Source = std::function<bool(const std::string& file, SUBTITLES& titles, std::string& fault)>;
+/// Makes the titles from a file that is no subtitle file. false, and the reason in `fault`, when
+/// that is not possible.
+using Source = std::function<bool(const std::string& file, SUBTITLES& titles, FileStyle& style,
+                                  std::string& fault)>;
 /// Tells something about a file, and writes none. The same.
 using Report = std::function<bool(const std::string& file, std::ostream& out, std::string& fault)>;
 /// A report takes one file, the others take two.

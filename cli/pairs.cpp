@@ -3,6 +3,7 @@
 #include "base/ascii.h"
 #include "cli/titlefile.h"
 #include "formats/format.h"
+#include "tracks/filmname.h"
 
 #include <algorithm>
 #include <array>
@@ -12,16 +13,8 @@ namespace {
 
 constexpr const char* FittedMark = ".fitted";
 
-/// What films and their sound are named.
-constexpr std::array<std::string_view, 30> FilmExtensions{
-    ".avi", ".mpg",  ".mpeg", ".asf", ".mov",  ".wav", ".mp3",  ".mkv", ".mka", ".mp4",
-    ".m4v", ".m4a",  ".webm", ".ts",  ".m2ts", ".mts", ".wmv",  ".flv", ".ogv", ".ogg",
-    ".oga", ".flac", ".opus", ".aac", ".ac3",  ".vob", ".divx", ".3gp", ".wma", ".rmvb"};
-
 bool IsFilm(const std::filesystem::path& file) {
-    const std::string extension = AsciiLower(NameOf(file.extension()));
-    return std::find(FilmExtensions.begin(), FilmExtensions.end(), extension) !=
-           FilmExtensions.end();
+    return IsFilmName(NameOf(file.filename()));
 }
 
 bool IsTitles(const std::filesystem::path& file) {

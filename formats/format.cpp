@@ -82,6 +82,13 @@ const Format* FormatByName(std::string_view fileName, const FileStyle& style) {
     return found.empty() ? nullptr : found.front();
 }
 
+std::string ExtensionFor(const FileStyle& style) {
+    for (const Format& format : Formats())
+        if (format.IsOf(style))
+            return format.extensions.front();
+    return SubRipFormat().extensions.front();
+}
+
 const Format* FormatOfFile(std::string_view fileName, std::string_view text) {
     const std::vector<const Format*> found = FormatsOfName(fileName);
     const auto sure = std::find_if(found.begin(), found.end(),

@@ -106,6 +106,8 @@ std::span<const Format> Formats();
 /// blanks around the name ignored. Where several have that extension, the one that the
 /// style came with, else the first. Null when none has it.
 const Format* FormatByName(std::string_view fileName, const FileStyle& style = {});
+/// The usual extension of the format that the style came with; ".srt" when it came with none.
+std::string ExtensionFor(const FileStyle& style);
 /// The format that a file of that name and text (UTF-8) is read as: by its extension,
 /// or by its beginning; null when neither tells. A text that it needs to look at and
 /// that has only empty lines is the run-time error "Input past end of file".
