@@ -150,6 +150,22 @@ void FilePanel::NameFiles(const QString& media, const QString& subtitles) {
     });
 }
 
+void FilePanel::OpenSubtitlesInFilm() {
+    if (!m_files.SaveIfWished())
+        return;
+    const QString before = txtSRT->text();
+    const QString film = m_state.player->FileName();
+    NameSubtitles(film);
+    if (!m_files.LoadSubtitles(film))
+        NameSubtitles(before);
+}
+
+void FilePanel::NameSubtitles(const QString& name) {
+    const QSignalBlocker notRead(txtSRT);
+    txtSRT->setText(name);
+    m_state.document.SubtitleFile = name.toStdString();
+}
+
 void FilePanel::DocumentOpened() {
     cmdEdit->setEnabled(true);
     cmdSave->setEnabled(true);

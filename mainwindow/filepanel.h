@@ -29,6 +29,8 @@ class FilePanel : public QWidget {
 
     /// There is a document that can be edited and saved.
     void DocumentOpened();
+    /// Asks which of the film's subtitles are to be opened.
+    void OpenSubtitlesInFilm();
     void EditEnabled(bool enabled);
     /// The size that its texts need.
     QSize NeededSize() const;
@@ -47,6 +49,8 @@ class FilePanel : public QWidget {
     void ConnectControls();
     /// The film that the box names.
     void OpenFilm(bool there);
+    /// Without reading it.
+    void NameSubtitles(const QString& name);
 
     void cmdBrowseAVI_Click();
     void txtAVI_Change();

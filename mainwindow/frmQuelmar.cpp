@@ -103,6 +103,7 @@ void frmQuelmar::ConnectParts() {
         PB2->Mode(mode);
         m_actions->Refresh();
     });
+    On(MP.get(), &MediaPlayerControl::SubtitlesWanted, PB.get(), &FilePanel::OpenSubtitlesInFilm);
     connect(PB.get(), &FilePanel::EditClicked, this, &frmQuelmar::OpenEditor);
     connect(PB.get(), &FilePanel::ExitClicked, this, &QWidget::close);
     const SubtitleFiles* files = m_files.get();

@@ -4,16 +4,25 @@
 #include "mainwindow/frmFrameRate.h"
 #include "mainwindow/frmLanguages.h"
 #include "mainwindow/frmLoading.h"
+#include "mainwindow/frmTracks.h"
 #include "mainwindow/patientfiles.h"
+#include "media/mediafile.h"
 #include "model/step.h"
 #include "platform/messageboxes.h"
 #include "platform/paths.h"
 #include "platform/settings.h"
+#include "tracks/filmname.h"
+#include "tracks/filmtracks.h"
+
+#include <QFileInfo>
+#include <QThread>
 
 namespace {
 
 constexpr double FirstSubtitleStart = 1;
 constexpr double FirstSubtitleEnd = 2;
+/// In milliseconds.
+constexpr unsigned LookEvery = 5;
 
 /// Of what a file would hold: times and texts.
 std::size_t HashOf(const SUBTITLES& titles) {
@@ -45,6 +54,16 @@ QString SubtitleFilters() {
 /// Message boxes break lines at line feeds.
 QString MessageText(const std::string& message) {
     return QString::fromStdString(message).replace(QLatin1String("\r\n"), QLatin1String("\n"));
+}
+
+/// What was read from a film is not to be saved as one.
+QString NameForSaving(const Document& document) {
+    const QString name = QString::fromStdString(document.SubtitleFile);
+    if (!IsFilmName(document.SubtitleFile))
+        return name;
+    const QFileInfo film(name);
+    return film.path() + QLatin1Char('/') + film.completeBaseName() +
+           QString::fromStdString(ExtensionFor(document.Style));
 }
 
 } // namespace
@@ -134,12 +153,58 @@ void SubtitleFiles::StartNewFile() {
     emit Mended({});
 }
 
-void SubtitleFiles::LoadSubtitles(const QString& name) {
+bool SubtitleFiles::LoadSubtitles(const QString& name) {
+    if (FormatByName(name.toStdString()) == nullptr && IsFilmName(name.toStdString()))
+        return LoadFromFilm(name);
+    const std::uint32_t before = m_state.document.Number();
     const LoadResult result = LoadDocument(name);
     if (!result.message.empty())
         ShowMessage(m_window, MessageText(result.message));
     if (result.offer)
         Offer(*result.offer);
+    return m_state.document.Number() != before;
+}
+
+bool SubtitleFiles::LoadFromFilm(const QString& film) {
+    const QString inQuotes = QStringLiteral("“%1”").arg(QFileInfo(film).fileName());
+    if (!SoundAvailable()) {
+        ShowMessage(m_window,
+                    tr("%1 cannot be looked into: FFmpeg's libraries are missing.").arg(inQuotes));
+        return false;
+    }
+    const FilmTracks tracks(PathOf(film));
+    const auto waited = [&](auto ready) {
+        frmLoading loading(m_window);
+        bool wanted = true;
+        while (wanted && !ready()) {
+            wanted = loading.Progress(tracks.Done());
+            QThread::msleep(LookEvery);
+        }
+        return wanted;
+    };
+    if (!waited([&] { return tracks.Now() != FilmTracks::State::Opening; }))
+        return false;
+    if (tracks.Tracks().empty()) {
+        ShowMessage(m_window, tracks.Now() == FilmTracks::State::NoFilm
+                                  ? tr("%1 is no film that can be read.").arg(inQuotes)
+                                  : tr("%1 holds no subtitles.").arg(inQuotes));
+        return false;
+    }
+    const std::optional<int> line = frmTracks(tracks, film, m_window).Ask();
+    if (!line || !waited([&] { return tracks.Now() == FilmTracks::State::Complete; }))
+        return false;
+    Document& document = m_state.document;
+    {
+        const Step step(document.Subt, "Open");
+        document.BeginOther();
+        tracks.Load(static_cast<std::size_t>(*line), m_codePage, document.Subt, document.Style);
+    }
+    emit Opened();
+    m_saver.Opened({});
+    document.SubtitlesChanged = false;
+    document.Saved();
+    emit Mended({});
+    return true;
 }
 
 void SubtitleFiles::Offer(const MendOffer& offer) {
@@ -206,7 +271,7 @@ bool SubtitleFiles::SaveSubtitles() {
         m_saver.Save({.titles = document.Subt,
                       .style = document.Style,
                       .codePage = m_codePage,
-                      .name = QString::fromStdString(document.SubtitleFile),
+                      .name = NameForSaving(document),
                       .askFrameRate = [this] { return AskFrameRate(); },
                       .beforeWriting =
                           [this] {

@@ -34,7 +34,8 @@ class SubtitleFiles : public QObject {
     /// There is work to lose: the document says so, or its titles are not those of the
     /// last load, save or answered question.
     bool Changed() const;
-    void LoadSubtitles(const QString& name);
+    /// Of a film, asks which of its subtitles. false: the document is the one it was.
+    bool LoadSubtitles(const QString& name);
     /// One title from 1 s to 2 s in place of the document.
     void StartNewFile();
     /// false: the titles are not in a file.
@@ -52,6 +53,7 @@ class SubtitleFiles : public QObject {
   private:
     Decision AskSaveFirst();
     LoadResult LoadDocument(const QString& name);
+    bool LoadFromFilm(const QString& film);
     void Offer(const MendOffer& offer);
     /// `named`: what the file says of itself.
     double AskFrameRate(std::optional<double> named = {});

@@ -289,6 +289,9 @@ void MediaPlayerControl::contextMenuEvent(QContextMenuEvent* event) {
     titles->setCheckable(true);
     titles->setChecked(m_titlesOnPicture);
     connect(titles, &QAction::toggled, this, [this](bool on) { TitlesOnPicture(on); });
+    QAction* inFilm = menu->addAction(tr("Su&btitles in this film..."));
+    inFilm->setObjectName(QStringLiteral("mpSubtitles"));
+    connect(inFilm, &QAction::triggered, this, &MediaPlayerControl::SubtitlesWanted);
     menu->popup(event->globalPos());
 }
 

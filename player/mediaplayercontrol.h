@@ -42,6 +42,8 @@ class MediaPlayerControl : public QWidget {
 
   signals:
     void LaneClicked();
+    /// The film's own subtitles are wanted.
+    void SubtitlesWanted();
 
   protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
