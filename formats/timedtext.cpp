@@ -8,6 +8,8 @@
 #include "formats/timedtextsource.h"
 #include "formats/writing.h"
 
+#include <algorithm>
+
 namespace {
 
 constexpr const char* Keeps = "Timed Text";
@@ -55,12 +57,26 @@ void WriteNew(const SUBTITLES& titles, std::string& out) {
     out += NewFoot;
 }
 
+bool Differs(const TimedTextSource& source, const SUBTITLES& titles) {
+    const auto& elements = source.Elements();
+    if (static_cast<std::size_t>(titles.Count()) != elements.size())
+        return true;
+    std::int32_t i = 0;
+    return std::any_of(elements.begin(), elements.end(), [&](const auto& element) {
+        ++i;
+        return titles.StartTime(i) != element.startTime || titles.EndTime(i) != element.endTime ||
+               titles.Text(i) != element.text;
+    });
+}
+
 void Write(const SUBTITLES& titles, double /*frameRate*/, const FileStyle& style,
            std::string& out) {
     if (style.format != Keeps)
         return WriteNew(titles, out);
     const TimedTextSource source(style.kept);
     const bool room = !source.Elements().empty() || source.FirstPlace();
+    if (source.HasSequenceOfGroups() && Differs(source, titles))
+        return WriteNew(titles, out);
     if (!source.Valid() || !room)
         return titles.Count() == 0 ? void(out += style.kept) : WriteNew(titles, out);
     PatchTimedText(source, titles, out);

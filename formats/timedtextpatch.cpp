@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <map>
 
 namespace {
 
@@ -99,10 +100,25 @@ class Patcher {
         m_next = number + 1;
     }
 
+    /// What the times of an element are counted from, once those before it are written.
+    double Base(const Element& element) const {
+        if (element.sequence == 0)
+            return element.parentBegin;
+        const auto before = m_ends.find(element.sequence);
+        return before == m_ends.end() ? element.sequenceBegin : before->second;
+    }
+    void Written(const Element& element, double end) {
+        if (element.sequence > 0)
+            m_ends[element.sequence] = end;
+    }
+
     void PatchTimes(const Element& element, double start, double end) {
-        const bool startMoved = std::abs(start - element.startTime) >= Grain;
-        const bool endMoved = std::abs(end - element.endTime) >= Grain;
-        const double begin = start - element.parentBegin;
+        const double base = Base(element);
+        const double moved = base - element.parentBegin;
+        const bool startMoved = std::abs(start - element.startTime - moved) >= Grain;
+        const bool endMoved = std::abs(end - element.endTime - moved) >= Grain;
+        const double begin = start - base;
+        Written(element, endMoved ? end : element.sequenceNext + moved);
         if (startMoved && !element.beginValue)
             Insert(element, "begin", begin);
         std::vector<Edit> edits;
@@ -118,9 +134,9 @@ class Patcher {
         if (startMoved)
             patch(element.beginValue, begin, element.begin);
         if (endMoved && !element.endValue && !element.durationValue)
-            Insert(element, "end", end - element.parentBegin);
+            Insert(element, "end", end - base);
         if (endMoved)
-            patch(element.endValue, end - element.parentBegin, element.end);
+            patch(element.endValue, end - base, element.end);
         if (longer)
             patch(element.durationValue, end - start, element.duration);
         // In the order in which they stand in the tag.
@@ -157,7 +173,8 @@ class Patcher {
         for (const std::int32_t index : m_waiting) {
             if (between.data() == nullptr)
                 m_out += like.name.ends_with("span") ? std::string_view() : Indent(like);
-            PutNew(index, like.name, like.parentBegin);
+            PutNew(index, like.name, Base(like));
+            Written(like, m_titles.EndTime(index));
             m_out += between;
         }
         m_waiting.clear();
@@ -188,6 +205,8 @@ class Patcher {
     std::size_t m_next = 0;
     /// Titles without an element.
     std::vector<std::int32_t> m_waiting;
+    /// Where the title that was last written of each sequence ends.
+    std::map<std::size_t, double> m_ends;
 };
 
 } // namespace

@@ -82,7 +82,9 @@ class TimedTextWalk {
             [](const pugi::xml_node& node) { return LocalName(node.name()) == "body"; });
         if (!body)
             return;
-        m_contexts.push_back({0, Never, false, PreservesSpace(m_root, false)});
+        Context outermost;
+        outermost.preserve = PreservesSpace(m_root, false);
+        m_contexts.push_back(outermost);
         pugi::xml_node node = body;
         while (node) {
             if (Enter(node) && node.first_child()) {
@@ -91,7 +93,7 @@ class TimedTextWalk {
             }
             while (node != body && !node.next_sibling()) {
                 node = node.parent();
-                m_contexts.pop_back();
+                Leave();
             }
             if (node == body)
                 break;
@@ -102,11 +104,35 @@ class TimedTextWalk {
 
   private:
     struct Context {
-        double begin;
-        double end;
-        bool timed;
-        bool preserve;
+        double begin = 0;
+        double end = Never;
+        bool timed = false;
+        bool preserve = false;
+        /// The number of a group whose children follow one another, and where the next begins.
+        std::size_t sequence = 0;
+        double next = 0;
+        /// When the last of its children ends.
+        double latest = 0;
     };
+
+    /// What the times of a child are counted from.
+    Context ForChild() const {
+        Context parent = m_contexts.back();
+        if (parent.sequence > 0)
+            parent.begin = parent.next;
+        return parent;
+    }
+    void ChildEnded(double end) {
+        Context& parent = m_contexts.back();
+        parent.next = end;
+        parent.latest = std::max(parent.latest, end);
+    }
+    void Leave() {
+        const Context left = m_contexts.back();
+        m_contexts.pop_back();
+        if (!m_contexts.empty())
+            ChildEnded(left.end == Never ? left.latest : left.end);
+    }
 
     /// True when its children are to be looked at; their context is then the last one.
     bool Enter(const pugi::xml_node& node) {
@@ -115,7 +141,7 @@ class TimedTextWalk {
         const bool text = name == "p" || IsTimedSpan(node);
         if (!group && !text)
             return false;
-        const Context parent = m_contexts.back();
+        const Context parent = ForChild();
         const bool timed = HasTimes(node);
         if (text && (timed || (parent.timed && !HasTimedSpans(node)))) {
             AddTitle(node, parent);
@@ -123,8 +149,11 @@ class TimedTextWalk {
         }
         if (!node.first_child() || (text && !HasTimedSpans(node)))
             return false;
-        Context own{parent.begin, parent.end, parent.timed || timed,
-                    PreservesSpace(node, parent.preserve)};
+        Context own;
+        own.begin = parent.begin;
+        own.end = parent.end;
+        own.timed = parent.timed || timed;
+        own.preserve = PreservesSpace(node, parent.preserve);
         if (timed) {
             TimedTextSource::Element element;
             if (!TakeTimes(node, parent, element))
@@ -132,6 +161,10 @@ class TimedTextWalk {
             own.begin = element.startTime;
             own.end = element.endTime;
         }
+        if (node.attribute("timeContainer").value() == std::string_view("seq"))
+            own.sequence = ++m_sequences;
+        own.next = own.latest = own.begin;
+        m_source.m_sequenceOfGroups = m_source.m_sequenceOfGroups || parent.sequence > 0;
         m_contexts.push_back(own);
         return true;
     }
@@ -152,6 +185,7 @@ class TimedTextWalk {
             !TakeTime(node, "dur", element.duration))
             return false;
         element.parentBegin = parent.begin;
+        element.sequence = parent.sequence;
         element.startTime = parent.begin + (element.begin ? element.begin->seconds : 0);
         element.endTime = parent.end;
         if (element.end)
@@ -166,8 +200,12 @@ class TimedTextWalk {
         TimedTextSource::Element element;
         if (!TakeTimes(node, parent, element) || !TakePlace(node, element))
             return;
+        // One after the other, what has no end takes no time.
+        element.sequenceNext = element.endTime == Never ? element.startTime : element.endTime;
+        ChildEnded(element.sequenceNext);
         if (element.endTime == Never)
             element.endTime = element.startTime + EndlessTitleLength;
+        element.sequenceBegin = m_contexts.back().begin;
         element.name = node.name();
         element.text = TimedTextContent(node, m_styles, PreservesSpace(node, parent.preserve));
         m_source.m_elements.push_back(std::move(element));
@@ -210,6 +248,7 @@ class TimedTextWalk {
     pugi::xml_node m_root;
     TimedTextStyles m_styles;
     std::vector<Context> m_contexts;
+    std::size_t m_sequences = 0;
 };
 
 TimedTextSource::TimedTextSource(std::string_view text)

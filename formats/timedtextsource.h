@@ -37,6 +37,12 @@ class TimedTextSource {
         std::optional<TimedTextTime> duration;
         /// What its begin and end are counted from.
         double parentBegin = 0;
+        /// Its parent's elements follow one another, each counted from the end of the one before
+        /// (timeContainer="seq"): the parent's number, and its begin. 0: it is not so.
+        std::size_t sequence = 0;
+        double sequenceBegin = 0;
+        /// Where the one behind it begins then.
+        double sequenceNext = 0;
         /// The times of the title.
         double startTime = 0;
         double endTime = 0;
@@ -53,6 +59,8 @@ class TimedTextSource {
     std::string_view Text() const { return m_text; }
     const TimedTextRates& Rates() const { return m_rates; }
     const std::vector<Element>& Elements() const { return m_elements; }
+    /// Groups follow one another: no title can be moved by itself.
+    bool HasSequenceOfGroups() const { return m_sequenceOfGroups; }
     /// Where a first title is put; nothing where there is no body for it.
     std::optional<std::size_t> FirstPlace() const { return m_firstPlace; }
     /// "tt:", what the names of the format's elements are led by.
@@ -66,6 +74,7 @@ class TimedTextSource {
     std::string_view m_text;
     bool m_valid = false;
     bool m_faulty = false;
+    bool m_sequenceOfGroups = false;
     TimedTextRates m_rates;
     std::vector<Element> m_elements;
     std::optional<std::size_t> m_firstPlace;

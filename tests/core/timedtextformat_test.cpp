@@ -57,6 +57,27 @@ INSTANTIATE_TEST_SUITE_P(
                 "<div begin=\"10s\" end=\"20s\"><p begin=\"1s\" dur=\"2s\">A</p>"
                 "<p end=\"5s\">B</p><p>C</p><p begin=\"1s\" end=\"30s\">D</p></div><p>E</p>",
                 {{11, 13, "A"}, {10, 15, "B"}, {10, 20, "C"}, {11, 20, "D"}}},
+        ReadRow{
+            "one after the other",
+            "<div begin=\"10s\" timeContainer=\"seq\"><p dur=\"2s\">A</p><p begin=\"1s\" "
+            "dur=\"2s\">B</p><p begin=\"1s\" end=\"3s\">C</p><p begin=\"1s\">D</p><p>E</p></div>"
+            "<p begin=\"1s\" end=\"2s\">F</p>",
+            {{10, 12, "A"},
+             {13, 15, "B"},
+             {16, 18, "C"},
+             {19, 29, "D"},
+             {19, 29, "E"},
+             {1, 2, "F"}}},
+        ReadRow{
+            "groups one after the other",
+            "<div timeContainer=\"seq\"><div><p begin=\"1s\" end=\"2s\">A</p><p end=\"3s\">B</p>"
+            "</div><div dur=\"5s\"><p begin=\"1s\" end=\"2s\">C</p></div>"
+            "<p dur=\"1s\">D</p></div>",
+            {{1, 2, "A"}, {0, 3, "B"}, {4, 5, "C"}, {8, 9, "D"}}},
+        ReadRow{"spans one after the other",
+                "<p timeContainer=\"seq\"><span dur=\"1s\">A</span><span "
+                "dur=\"1s\">B</span></p>",
+                {{0, 1, "A"}, {1, 2, "B"}}},
         ReadRow{"no end", "<p begin=\"1s\">A</p>", {{1, 11, "A"}}},
         ReadRow{"times that are none",
                 "<p begin=\"x\">A</p><p begin=\"1s\" end=\"2s\">B</p>",
@@ -200,6 +221,42 @@ TEST(TimedTextWrite, PutsTitlesInAndTakesThemOut) {
                       }),
               File("<div>\n  <p begin=\"5s\" end=\"6s\">x</p>\n"
                    "  <p begin=\"00:00:01.000\" end=\"00:00:02.000\">A</p>\n</div>"));
+}
+
+TEST(TimedTextWrite, MovesWhatFollowsOneAnother) {
+    const auto file = [](const std::string& first, const std::string& rest) {
+        return File("<div timeContainer=\"seq\"><p begin=\"" + first + "\" dur=\"1s\">A</p>" +
+                    rest + "</div>");
+    };
+    const std::string second = "<p begin=\"1s\" dur=\"1s\">B</p>";
+    const std::string third = "<p dur=\"1s\">C</p>";
+    const std::string whole = file("1s", second + third);
+    EXPECT_EQ(Changed(whole,
+                      [](SUBTITLES& titles) {
+                          for (std::int32_t i = 1; i <= titles.Count(); ++i)
+                              titles.SetTimes(i, titles.StartTime(i) + 1, titles.EndTime(i) + 1);
+                      }),
+              file("2s", second + third));
+    EXPECT_EQ(Changed(whole, [](SUBTITLES& titles) { titles.SetTimes(2, 3.5, 4); }),
+              file("1s", "<p begin=\"1.5s\" dur=\"0.5s\">B</p>" + third));
+    EXPECT_EQ(Changed(whole, [](SUBTITLES& titles) { titles.Delete(2); }),
+              file("1s", "<p begin=\"00:00:02.000\" dur=\"1s\">C</p>"));
+    EXPECT_EQ(Changed(whole, [](SUBTITLES& titles) { titles.Insert(2, 2.25, 2.5, "x"); }),
+              file("1s", "<p begin=\"00:00:00.250\" end=\"00:00:00.500\">x</p>"
+                         "<p begin=\"0.5s\" dur=\"1s\">B</p>" +
+                             third));
+    EXPECT_EQ(Changed(whole, [](SUBTITLES& titles) { titles.Text(3, "D"); }),
+              file("1s", second + "<p dur=\"1s\">D</p>"));
+}
+
+TEST(TimedTextWrite, PutsGroupsThatFollowOneAnotherBesideEachOther) {
+    const std::string groups =
+        File("<div timeContainer=\"seq\"><div><p begin=\"1s\" end=\"2s\">A</p>"
+             "</div><div><p begin=\"1s\" end=\"2s\">B</p></div></div>");
+    EXPECT_EQ(Changed(groups, [](SUBTITLES&) {}), groups);
+    const std::string moved =
+        Changed(groups, [](SUBTITLES& titles) { titles.SetTimes(1, 1, 2.5); });
+    EXPECT_EQ(LoadText("x.ttml", moved).Titles(), (Titles{{1, 2.5, "A"}, {3, 4, "B"}}));
 }
 
 TEST(TimedTextWrite, BeginsANewFile) {
