@@ -24,10 +24,18 @@ namespace worsttexts {
 inline constexpr const char* Block = "1\r\n00:00:01,000 --> 00:00:02,000\r\n";
 inline constexpr const char* Body = "<BODY>\r\n";
 inline constexpr const char* BodyEnd = "\r\n</body>";
+inline constexpr const char* Cue = "WEBVTT\r\n\r\n00:01.000 --> 00:02.000\r\n";
+inline constexpr const char* Events = "[Script Info]\r\n[Events]\r\n";
+inline constexpr const char* Dialogue = "[Script Info]\r\n[Events]\r\n"
+                                        "Dialogue: 0,0:00:01.00,0:00:02.00,Default,,0,0,0,,";
+inline constexpr const char* Paragraph = "<tt><body><div><p begin=\"1s\" end=\"2s\">";
+inline constexpr const char* ParagraphEnd = "</p></div></body></tt>";
+inline constexpr const char* Viewer =
+    "[INFORMATION]\r\n[END INFORMATION]\r\n00:00:01.00,00:00:02.00\r\n";
 
 } // namespace worsttexts
 
-inline constexpr std::array<WorstText, 34> WorstTexts{{
+inline constexpr std::array<WorstText, 75> WorstTexts{{
     {"bars.sub", "{1}{2}", "|", "", 1},
     {"italics.sub", "{1}{2}", "{y:i}", "|", 1},
     {"ends.sub", "{1}{2}", "{y}", "|", 1},
@@ -62,6 +70,50 @@ inline constexpr std::array<WorstText, 34> WorstTexts{{
     {"foot.smi", worsttexts::Body, "</body>\r\n", "", 0},
     {"tiny.smi", worsttexts::Body, "<sync start=1>a\r\n", "", -1},
     {"marks.txt", "", "{", "", 1},
+    {"tags.vtt", worsttexts::Cue, "<i>", "", 1},
+    {"loose.vtt", worsttexts::Cue, "<", "", 1},
+    {"entities.vtt", worsttexts::Cue, "&amp;", "", 1},
+    {"ampersands.vtt", worsttexts::Cue, "&", "", 1},
+    {"times.vtt", worsttexts::Cue, "<00:01.500>", "", 1},
+    {"lines.vtt", worsttexts::Cue, "a\r\n", "", 1},
+    {"notes.vtt", "WEBVTT\r\n\r\n", "NOTE\r\n\r\n", "", 0},
+    {"names.vtt", "WEBVTT\r\n\r\n", "a\r\n", "", 0},
+    {"arrows.vtt", "WEBVTT\r\n\r\n", "-->\r\n", "", 0},
+    {"tiny.vtt", "WEBVTT\n\n", "00:01.000 --> 00:02.000\na\n\n", "", -1},
+    {"overrides.ass", worsttexts::Dialogue, "{\\i1}", "", 1},
+    {"braces.ass", worsttexts::Dialogue, "{", "", 1},
+    {"breaks.ass", worsttexts::Dialogue, "\\N", "", 1},
+    {"backslashes.ass", worsttexts::Dialogue, "\\", "", 1},
+    {"tags.ass", worsttexts::Dialogue, "<i>", "", 1},
+    {"comments.ass", worsttexts::Events, "Comment: x\r\n", "", 0},
+    {"formats.ass", worsttexts::Events, "Format: Start,Text\r\n", "", 0},
+    {"sections.ass", "[Script Info]\r\n", "[a]\r\n", "", 0},
+    {"commas.ass", "[Script Info]\r\n[Events]\r\nFormat: ", "a,", "", 0},
+    {"tiny.ass", "[Script Info]\n[Events]\nFormat: Start,End,Text\n",
+     "Dialogue: 0:00:01.00,0:00:02.00,a\n", "", -1},
+    {"breaks.ttml", worsttexts::Paragraph, "<br/>", worsttexts::ParagraphEnd, 1},
+    {"spans.ttml", worsttexts::Paragraph, "<span>a</span>", worsttexts::ParagraphEnd, 1},
+    {"entities.ttml", worsttexts::Paragraph, "&amp;", worsttexts::ParagraphEnd, 1},
+    {"open.ttml", worsttexts::Paragraph, "<span>", worsttexts::ParagraphEnd, 0},
+    {"divs.ttml", "<tt><body>", "<div>", "", 0},
+    {"comments.ttml", worsttexts::Paragraph, "<!-- a -->", worsttexts::ParagraphEnd, 1},
+    {"tiny.ttml", "<tt><body><div>", "<p begin=\"1s\" end=\"2s\">a</p>", "</div></body></tt>", -1},
+    {"lines.sbv", "0:00:01.000,0:00:02.000\r\n", "a\r\n", "", 1},
+    {"tiny.sbv", "", "0:00:01.000,0:00:02.000\na\n\n", "", -1},
+    {"breaks.sub", worsttexts::Viewer, "[br]", "", 1},
+    {"bars.txt", "[10][20]", "|", "", 1},
+    {"slashes.txt", "[10][20]", "/", "", 1},
+    {"tiny.txt", "", "[1][2]a\n", "", -1},
+    {"words.lrc", "[00:01.00]", "<00:01.50>", "", 1},
+    {"turns.lrc", "", "[00:01.00]", "a", 64},
+    {"head.lrc", "", "[ti:x]\r\n", "", 0},
+    {"tiny.lrc", "", "[00:01.00]a\n", "", -1},
+    // What the tolerant reading is then tried on.
+    {"gaps.srt", "", "1\n00:00:01,000 --> 00:00:02,000\na\n\n\n", "", 1},
+    {"wild.srt", "", "1\n0:0:1 -> 0:0:2\na\n\n", "", -1},
+    {"entities.smi", worsttexts::Body, "<sync start=1>a&nbsp;", worsttexts::BodyEnd, -1},
+    {"languages.smi", worsttexts::Body, "<sync start=1><p class=a>x<p class=b>y",
+     worsttexts::BodyEnd, -1},
 }};
 
 /// What is worst for the writers, as the text of one title.
