@@ -133,12 +133,13 @@ std::string MovText(std::string_view sample) {
         const bool within = style < styles.size() && styles[style].first <= character;
         tagger.Become(within && styles[style].italic, within && styles[style].bold);
         const std::size_t begin = at;
-        NextCodePoint(text, at);
-        const std::string_view piece = std::string_view(text).substr(begin, at - begin);
-        if (piece == "\n")
+        const char32_t code = NextCodePoint(text, at);
+        if (code == U'\n')
             out += "\r\n";
-        else if (piece != "\r")
-            out += piece;
+        else if (code == InvalidByte)
+            AppendUtf8(out, ReplacementCharacter);
+        else if (code != U'\r')
+            out.append(text, begin, at - begin);
     }
     tagger.Become(false, false);
     return out;

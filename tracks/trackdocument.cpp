@@ -81,7 +81,8 @@ std::optional<Dialogue> DialogueOf(const TextPacket& packet) {
     std::string_view rest = packet.payload;
     for (std::size_t i = 0; i + 1 < dialogue.fields.size(); ++i) {
         const std::size_t comma = rest.find(',');
-        if (comma == std::string_view::npos)
+        if (comma == std::string_view::npos ||
+            rest.substr(0, comma).find_first_of("\r\n") != std::string_view::npos)
             return std::nullopt;
         dialogue.fields[i] = Trim(rest.substr(0, comma));
         rest.remove_prefix(comma + 1);
@@ -197,6 +198,16 @@ void ScriptTitles(const TrackPackets& track, SUBTITLES& titles, FileStyle& style
 
 // --- WebVTT
 
+/// An arrow would begin another cue.
+void AppendCue(std::string& out, std::string_view text) {
+    constexpr std::string_view Arrow = "-->";
+    for (std::size_t at = text.find(Arrow); at != std::string_view::npos; at = text.find(Arrow)) {
+        out.append(text.substr(0, at)).append("--&gt;");
+        text.remove_prefix(at + Arrow.size());
+    }
+    out += text;
+}
+
 void CueTitles(const TrackPackets& track, SUBTITLES& titles, FileStyle& style) {
     constexpr ClockForm Milliseconds;
     std::string file = track.head.starts_with("WEBVTT") ? track.head : "WEBVTT";
@@ -209,6 +220,8 @@ void CueTitles(const TrackPackets& track, SUBTITLES& titles, FileStyle& style) {
                                                     packet.start, packet.end)
                                   : packet.payload);
         const std::string name = FilledLines(packet.name);
+        if (text.empty())
+            continue;
         file += LineEnd;
         if (!name.empty() && name.find("-->") == std::string::npos &&
             name.find('\n') == std::string::npos)
@@ -220,8 +233,8 @@ void CueTitles(const TrackPackets& track, SUBTITLES& titles, FileStyle& style) {
             !settings.empty() && settings.find('\n') == std::string::npos)
             file.append(" ").append(settings);
         file += LineEnd;
-        if (!text.empty())
-            file.append(text).append(LineEnd);
+        AppendCue(file, text);
+        file += LineEnd;
     }
     Read(*FormatOfTrack(track.codec), file, titles, style);
 }
