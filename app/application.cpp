@@ -1,6 +1,7 @@
 #include "app/application.h"
 
 #include "platform/errorgate.h"
+#include "platform/fontstyle.h"
 
 #include <QIcon>
 
@@ -11,6 +12,7 @@ Application::Application(int& argc, char** argv)
     // The toolkit takes over the user's locale; numbers in files and in the player
     // have a decimal point everywhere.
     std::setlocale(LC_NUMERIC, "C");
+    setStyle(new FontStyle);
     setApplicationName("quelmar");
     setApplicationVersion(QUELMAR_VERSION);
     setDesktopFileName("quelmar");

@@ -1,5 +1,7 @@
 #include "platform/updown.h"
 
+#include "platform/fontscale.h"
+
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionButton>
@@ -27,7 +29,8 @@ QSize UpDown::sizeHint() const {
     box.initFrom(this);
     box.lineWidth = style()->pixelMetric(QStyle::PM_DefaultFrameWidth, &box, this);
     const QSize text(0, qMax(fontMetrics().height(), leastText) + textMargins);
-    return {Width, style()->sizeFromContents(QStyle::CT_LineEdit, &box, text, this).height()};
+    return {Scaled(Width, *this),
+            style()->sizeFromContents(QStyle::CT_LineEdit, &box, text, this).height()};
 }
 
 void UpDown::paintEvent(QPaintEvent* /*event*/) {
@@ -105,6 +108,8 @@ void UpDown::changeEvent(QEvent* event) {
         m_pressed = Half::None;
         emit MouseUp();
     }
+    if (event->type() == QEvent::FontChange)
+        updateGeometry();
     QWidget::changeEvent(event);
     update();
 }

@@ -1,5 +1,6 @@
 #include "player/mediaplayercontrol.h"
 
+#include "platform/fontscale.h"
 #include "platform/icons.h"
 #include "player/barbutton.h"
 #include "player/jumpslider.h"
@@ -79,9 +80,6 @@ QToolButton* MediaPlayerControl::MakeButton(const char* name, const QString& tex
     button->setObjectName(QLatin1String(name));
     button->setAccessibleName(text);
     ShowTip(*button, text);
-    button->setIconSize(QSize(IconSide, IconSide));
-    button->setFixedHeight(ButtonSide);
-    button->setMinimumWidth(ButtonSide);
     return button;
 }
 
@@ -94,13 +92,11 @@ QLabel* MediaPlayerControl::MakeTime(const char* name, const QString& accessible
 
 void MediaPlayerControl::MakeBar() {
     m_bar = new QWidget(this);
-    m_bar->setFixedHeight(ControlBarHeight);
     m_play = MakeButton("mpPlay", tr("Play"));
     m_stop = MakeButton("mpStop", tr("Stop"));
     m_slider = new JumpSlider(m_bar);
     m_slider->setObjectName(QStringLiteral("mpSlider"));
     m_slider->setAccessibleName(tr("Position"));
-    m_slider->setMinimumWidth(SmallestSlider);
     m_elapsed = MakeTime("mpElapsed", tr("Elapsed time"));
     m_elapsed->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_slash = new QLabel(QStringLiteral("/"), m_bar);
@@ -112,7 +108,6 @@ void MediaPlayerControl::MakeBar() {
     m_volume->setAccessibleName(tr("Volume"));
     m_volume->setToolTip(tr("Volume"));
     m_volume->setRange(0, 100);
-    m_volume->setFixedWidth(VolumeWidth);
     m_rate = MakeButton("mpRate", tr("Playback rate"));
     m_rate->setPopupMode(QToolButton::InstantPopup);
     m_rates = new QMenu(m_rate);
@@ -122,7 +117,6 @@ void MediaPlayerControl::MakeBar() {
     m_lane->hide();
 
     auto* layout = new QHBoxLayout(m_bar);
-    layout->setContentsMargins(StripSpace, 0, 6, 0);
     layout->setSpacing(4);
     layout->addWidget(m_play);
     layout->addWidget(m_stop);
@@ -130,6 +124,24 @@ void MediaPlayerControl::MakeBar() {
     for (QWidget* widget : std::initializer_list<QWidget*>{m_elapsed, m_slash, m_total, m_mute,
                                                            m_volume, m_rate, m_lane})
         layout->addWidget(widget);
+    FitFont();
+}
+
+int MediaPlayerControl::BarHeight() const {
+    return Scaled(ControlBarHeight, *this);
+}
+
+void MediaPlayerControl::FitFont() {
+    m_bar->setFixedHeight(BarHeight());
+    m_bar->layout()->setContentsMargins(Scaled(StripSpace, *this), 0, 6, 0);
+    for (QToolButton* button : {m_play, m_stop, m_mute, m_rate, m_lane}) {
+        button->setIconSize(Scaled(QSize(IconSide, IconSide), *this));
+        button->setFixedHeight(Scaled(ButtonSide, *this));
+        button->setMinimumWidth(Scaled(ButtonSide, *this));
+    }
+    m_slider->setMinimumWidth(Scaled(SmallestSlider, *this));
+    m_volume->setFixedWidth(Scaled(VolumeWidth, *this));
+    m_elapsed->setMinimumWidth(m_elapsed->fontMetrics().horizontalAdvance(m_total->text()));
 }
 
 void MediaPlayerControl::Listen() {
@@ -302,5 +314,14 @@ void MediaPlayerControl::mousePressEvent(QMouseEvent* event) {
 
 void MediaPlayerControl::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
+    FitBar();
+}
+
+void MediaPlayerControl::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // The base class's constructor sends some before there is a bar.
+    if (event->type() != QEvent::FontChange || m_lane == nullptr)
+        return;
+    FitFont();
     FitBar();
 }

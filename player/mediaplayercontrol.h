@@ -20,13 +20,16 @@ class MediaPlayerControl : public QWidget {
 
   public:
     /// The bar under the picture; its first pixels are left free for a strip of
-    /// the window's own, which is laid over them.
+    /// the window's own, which is laid over them. All this with texts of the usual size.
     static constexpr int ControlBarHeight = 34;
     static constexpr int StripLeft = 8;
     static constexpr int StripSpace = 120;
 
     explicit MediaPlayerControl(Player& player, QWidget* parent = nullptr);
     ~MediaPlayerControl() override;
+
+    /// The bar's height with the texts as they are.
+    int BarHeight() const;
 
     /// Shows a short text over the picture for two seconds.
     void ShowNote(const QString& text);
@@ -49,6 +52,7 @@ class MediaPlayerControl : public QWidget {
     void contextMenuEvent(QContextMenuEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
   private:
     QToolButton* MakeButton(const char* name, const QString& text);
@@ -59,6 +63,8 @@ class MediaPlayerControl : public QWidget {
     /// Everything but the position.
     void Refresh();
     void Follow(double position);
+    /// The bar and its icons are as large as its texts.
+    void FitFont();
     void FitBar();
     void Seek(int milliseconds);
     /// The mouse leaves the keyboard to the window.
