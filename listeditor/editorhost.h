@@ -19,8 +19,11 @@ class EditorHost {
     virtual void Listen(double from, double to) = 0;
     /// Where the player is, in seconds; nothing without media.
     virtual std::optional<double> FilmPosition() const { return std::nullopt; }
-    /// Where the film's picture is on the screen; empty where there is none.
+    /// Where the film's picture and the bar under it are on the screen; empty where there
+    /// is none.
     virtual QRect FilmPlace() const { return {}; }
+    /// The picture alone.
+    virtual QRect PicturePlace() const { return FilmPlace(); }
     /// The title that the main window is showing or about to show; at least 1.
     virtual std::int32_t ShownTitle() const = 0;
     /// Enables or disables `cmdEdit`, `cmdAdjust`, `cmdGreen` and `cmdBlue` together.

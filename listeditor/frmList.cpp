@@ -8,6 +8,7 @@
 #include "model/times.h"
 #include "platform/commondialogs.h"
 #include "platform/errorgate.h"
+#include "platform/fontscale.h"
 #include "platform/twips.h"
 
 #include <QAction>
@@ -72,13 +73,10 @@ void frmList::LayOut() {
 
 /// Larger with a larger font; on the screen, and not over the film.
 void frmList::PlaceForFirstTime() {
-    constexpr int UsualLine = 17;
     constexpr QSize Frame(8, 40);
-    constexpr int LeastRows = 4;
     Form_Resize();
-    const double larger = qMax(1.0, double(fontMetrics().height()) / UsualLine);
-    const QSize design(qMax(qRound(ToPixels(DesignWidth) * larger), TB->sizeHint().width()),
-                       qRound(ToPixels(DesignHeight) * larger));
+    const QSize design(qMax(Scaled(ToPixels(DesignWidth), *this), TB->sizeHint().width()),
+                       Scaled(ToPixels(DesignHeight), *this));
     const QRect available = screen()->availableGeometry();
     const QRect film = m_host.FilmPlace();
     if (film.isEmpty()) {
@@ -87,16 +85,30 @@ void frmList::PlaceForFirstTime() {
             PlaceBeside(*this, *parentWidget()->window());
         return KeepOnScreen(*this);
     }
-    const QSize least(ToPixels(DesignWidth) / 2,
-                      TB->sizeHint().height() +
-                          (LeastRows + 3) * LV->verticalHeader()->defaultSectionSize());
+    // Its menu and the table's header are as high as a row each.
+    const auto withRows = [&](int rows) {
+        return QSize(ToPixels(DesignWidth) / 2,
+                     TB->sizeHint().height() +
+                         (rows + 2) * LV->verticalHeader()->defaultSectionSize()) +
+               Frame;
+    };
     const QRect window =
         parentWidget() != nullptr ? parentWidget()->window()->frameGeometry() : film;
     const QSize outer = design + Frame;
-    QRect place = BesideFilm(outer, outer.boundedTo(least * 1.5), window, available);
     // Better over the main window's lower part than over the picture.
-    if (place.intersects(film))
-        place = BesideFilm(outer, least + Frame, film, available);
+    const struct {
+        QRect beside;
+        QSize least;
+    } tries[] = {{window, outer.boundedTo(withRows(5) * 1.5)},
+                 {film, withRows(5)},
+                 {film, withRows(2)},
+                 {m_host.PicturePlace(), withRows(2)}};
+    QRect place;
+    for (const auto& wish : tries) {
+        place = BesideFilm(outer, wish.least, wish.beside, available);
+        if (!place.intersects(wish.beside))
+            break;
+    }
     move(place.topLeft());
     resize(place.size() - Frame);
 }

@@ -108,6 +108,7 @@ void DisplayPanel::LayOut() {
 QSize DisplayPanel::NeededSize() {
     FitTime(m_time.txtTime);
     m_selection.FitTexts();
+    m_marks.FitFont();
     for (QPlainTextEdit* box : {txtSubtitle, txtNextSubtitle})
         FitLines(box);
     // In line with the first of the two lines beside it.

@@ -4,20 +4,23 @@
 #include "mainwindow/panelcontrols.h"
 #include "mainwindow/patientfiles.h"
 #include "mainwindow/subtitlefiles.h"
+#include "platform/fontscale.h"
 #include "platform/messageboxes.h"
 
 #include <QAction>
 #include <QGridLayout>
-#include <QHBoxLayout>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QStyle>
+
+#include <utility>
 
 namespace {
 
 /// The design width.
 constexpr int PanelWidth = 266;
 constexpr int ShortestCommand = 56;
+constexpr int BrowseButtonWidth = 28;
 /// A shorter text names no subtitle file: one letter and an extension.
 constexpr int ShortestName = 5;
 
@@ -42,6 +45,8 @@ FilePanel::FilePanel(MainState& state, SubtitleFiles& files, QWidget* parent)
     : QWidget(parent)
     , m_state(state)
     , m_files(files)
+    , m_modes(new QGridLayout)
+    , m_commands(new QGridLayout)
     , Label2(MakeLabel(this, "Label2", QStringLiteral("Media:")))
     , txtAVI(Named(new QLineEdit(this), "txtAVI", tr("Media file"),
                    QStringLiteral("Enter the media (AVI, MPG...) file path here, or click the "
@@ -90,21 +95,26 @@ void FilePanel::LayOut() {
     grid->addWidget(Label3, 1, 0);
     grid->addWidget(txtSRT, 1, 1);
     grid->addWidget(cmdBrowseSRT, 1, 2);
-    auto* modes = new QGridLayout;
-    modes->setSpacing(PanelGap);
-    modes->setHorizontalSpacing(2 * PanelGap);
-    modes->addWidget(Label6, 0, 0);
-    modes->addWidget(optShow, 0, 1);
-    modes->addWidget(optPosition, 1, 1);
-    modes->setColumnStretch(1, 1);
-    grid->addLayout(modes, 2, 0, 1, 3);
+    m_modes->setSpacing(PanelGap);
+    m_modes->setHorizontalSpacing(2 * PanelGap);
+    m_modes->setColumnStretch(1, 1);
+    grid->addLayout(m_modes, 2, 0, 1, 3);
     grid->setRowStretch(3, 1);
-    auto* commands = new QHBoxLayout;
-    commands->setSpacing(PanelGap);
-    commands->addWidget(cmdEdit);
-    commands->addWidget(cmdSave);
-    commands->addWidget(cmdExit);
-    grid->addLayout(commands, 4, 0, 1, 3);
+    m_commands->setSpacing(PanelGap);
+    grid->addLayout(m_commands, 4, 0, 1, 3);
+    Narrow(false);
+}
+
+void FilePanel::Narrow(bool narrow) {
+    if (std::exchange(m_narrow, narrow) == narrow)
+        return;
+    m_modes->addWidget(Label6, 0, 0, 1, narrow ? 2 : 1);
+    m_modes->addWidget(optShow, narrow ? 1 : 0, narrow ? 0 : 1, 1, narrow ? 2 : 1);
+    m_modes->addWidget(optPosition, narrow ? 2 : 1, narrow ? 0 : 1, 1, narrow ? 2 : 1);
+    m_commands->addWidget(cmdEdit, 0, 0);
+    m_commands->addWidget(cmdSave, narrow ? 1 : 0, narrow ? 0 : 1);
+    m_commands->addWidget(cmdExit, narrow ? 1 : 0, narrow ? 1 : 2);
+    layout()->invalidate();
 }
 
 void FilePanel::ConnectControls() {
@@ -123,6 +133,8 @@ void FilePanel::ConnectControls() {
 }
 
 QSize FilePanel::NeededSize() const {
+    for (QPushButton* browse : {cmdBrowseAVI, cmdBrowseSRT})
+        browse->setFixedWidth(Scaled(BrowseButtonWidth, *browse));
     cmdExit->setFixedWidth(qMax(CaptionWidth(cmdExit), ShortestCommand));
     const QSize needed = layout()->minimumSize();
     return {qMax(PanelWidth, needed.width()), needed.height()};

@@ -7,6 +7,7 @@
 #include <QWidget>
 
 class QAction;
+class QGridLayout;
 class QLabel;
 class QLineEdit;
 class QPushButton;
@@ -32,6 +33,9 @@ class FilePanel : public QWidget {
     /// Asks which of the film's subtitles are to be opened.
     void OpenSubtitlesInFilm();
     void EditEnabled(bool enabled);
+    /// Laid out for a narrow window it is higher and less wide.
+    void Narrow(bool narrow);
+    bool Narrow() const { return m_narrow; }
     /// The size that its texts need.
     QSize NeededSize() const;
 
@@ -69,6 +73,9 @@ class FilePanel : public QWidget {
     QString m_filter = QStringLiteral("All films and sound");
     SubtitleFiles& m_files;
 
+    QGridLayout* m_modes;
+    QGridLayout* m_commands;
+    bool m_narrow = true;
     QLabel* Label2;
     QLineEdit* txtAVI;
     QPushButton* cmdBrowseAVI;

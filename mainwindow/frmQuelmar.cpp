@@ -16,6 +16,7 @@
 #include "model/step.h"
 #include "model/times.h"
 #include "model/versions.h"
+#include "platform/fontscale.h"
 #include "platform/messageboxes.h"
 #include "platform/settings.h"
 #include "platform/twips.h"
@@ -35,12 +36,9 @@ namespace {
 
 constexpr std::int32_t MinimumWidth = 10000;
 constexpr std::int32_t MinimumHeight = 5000;
+/// With texts of the usual size, whose panels have that height.
 constexpr QSize DesignSize(1000, 680);
-
-/// The strip lies in the player's control bar, at its left end.
-constexpr int ButtonStripOffsetTop =
-    (MediaPlayerControl::ControlBarHeight + TransportStrip::Size.height()) / 2;
-constexpr int ButtonStripOffsetLeft = MediaPlayerControl::StripLeft;
+constexpr int DesignPanelHeight = 156;
 
 QSize MinimumSize() {
     return {ToPixels(MinimumWidth), ToPixels(MinimumHeight)};
@@ -133,11 +131,21 @@ void frmQuelmar::Form_Load() {
     ReadSettings();
     Form_Resize();
     MP->setGeometry(0, 0, width(), PB->y());
-    m_transport->picButtons->move(ButtonStripOffsetLeft, MP->height() - ButtonStripOffsetTop);
+    PlaceStrip();
     m_transport->picButtons->raise();
     ActionKey = SpaceKey;
     m_state.document.SubtitlesChanged = false;
     setFocus();
+}
+
+/// Larger texts take their room from the screen, not from the picture.
+QSize frmQuelmar::FirstSize() {
+    const QSize files = PB->NeededSize();
+    const QSize display = PB2->NeededSize();
+    const int panels = qMax(files.height(), display.height());
+    return {qMax(DesignSize.width(), files.width() + display.width() + 1),
+            DesignSize.height() + qMax(0, panels - DesignPanelHeight) + MP->BarHeight() -
+                MediaPlayerControl::ControlBarHeight};
 }
 
 void frmQuelmar::ReadSettings() {
@@ -145,7 +153,7 @@ void frmQuelmar::ReadSettings() {
     QList<QRect> screens;
     for (const QScreen* screen : QGuiApplication::screens())
         screens << screen->availableGeometry();
-    const QRect design = DesignPlace(DesignSize, MinimumSize(),
+    const QRect design = DesignPlace(FirstSize(), MinimumSize(),
                                      QGuiApplication::primaryScreen()->availableGeometry());
     const auto read = [&](NumberSetting name, int designed) {
         return ToPixels(settings.Dword(name, ToTwips(designed)));
@@ -175,9 +183,17 @@ void frmQuelmar::WriteSettings() const {
     m_lane->WriteSettings();
 }
 
+/// They lie side by side even where the first one has to be narrow for that.
 void frmQuelmar::SizePanels() {
-    const QSize files = PB->NeededSize();
     const QSize display = PB2->NeededSize();
+    PB->Narrow(false);
+    if (PB->NeededSize().width() + display.width() >= width()) {
+        PB->Narrow(true);
+        PB->Narrow(PB->NeededSize().width() + display.width() < width());
+    }
+    QSize files = PB->NeededSize();
+    if (PB->Narrow())
+        files.setWidth(width() - display.width() - 1);
     const int height = qMax(files.height(), display.height());
     PB->resize(files.width(), height);
     PB2->resize(display.width(), height);
@@ -200,9 +216,16 @@ void frmQuelmar::Form_Resize() {
         PB2->raise();
     }
     MP->resize(width(), m_lane ? m_lane->LayOut(width(), PB->y()) : PB->y());
+    PlaceStrip();
+}
+
+/// The strip lies in the player's control bar, at its left end.
+void frmQuelmar::PlaceStrip() {
     QWidget* strip = m_transport->picButtons;
+    const int ButtonStripOffsetTop = (MP->BarHeight() + strip->height()) / 2;
+    const int ButtonStripOffsetLeft = Scaled(MediaPlayerControl::StripLeft, *this);
     if (MP->height() > ButtonStripOffsetTop)
-        strip->move(strip->x(), MP->height() - ButtonStripOffsetTop);
+        strip->move(ButtonStripOffsetLeft, MP->height() - ButtonStripOffsetTop);
 }
 
 bool frmQuelmar::Form_Unload() {
@@ -243,6 +266,8 @@ void frmQuelmar::changeEvent(QEvent* event) {
         break;
     case QEvent::FontChange:
     case QEvent::StyleChange:
+        // When the parts have heard of it, too.
+        QMetaObject::invokeMethod(this, &frmQuelmar::Form_Resize, Qt::QueuedConnection);
         Form_Resize();
         break;
     default:
@@ -380,6 +405,10 @@ std::optional<double> frmQuelmar::FilmPosition() const {
 
 QRect frmQuelmar::FilmPlace() const {
     return {MP->mapToGlobal(QPoint()), MP->size()};
+}
+
+QRect frmQuelmar::PicturePlace() const {
+    return FilmPlace().adjusted(0, 0, 0, -MP->BarHeight());
 }
 
 std::int32_t frmQuelmar::ShownTitle() const {

@@ -58,6 +58,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     void Listen(double from, double to) override;
     std::optional<double> FilmPosition() const override;
     QRect FilmPlace() const override;
+    QRect PicturePlace() const override;
     std::int32_t ShownTitle() const override;
     void EditButtonsEnabled(bool enabled) override;
 
@@ -80,7 +81,9 @@ class frmQuelmar : public QWidget, public EditorHost {
     void Form_Load();
     void Form_Resize();
     bool Form_Unload();
+    QSize FirstSize();
     void SizePanels();
+    void PlaceStrip();
     void ReadSettings();
     void WriteSettings() const;
 

@@ -4,6 +4,7 @@
 #include "mainwindow/handlers.h"
 #include "mainwindow/panelcontrols.h"
 #include "model/times.h"
+#include "platform/fontscale.h"
 #include "platform/icons.h"
 #include "platform/messageboxes.h"
 
@@ -18,9 +19,6 @@ constexpr int ButtonWidth = 30;
 QPushButton* ToolButton(QWidget* panel, const char* name, const QString& accessibleName) {
     QPushButton* button = MakeButton(panel, name, {}, {});
     button->setAccessibleName(accessibleName);
-    button->setIconSize({IconSide, IconSide});
-    button->setMinimumWidth(ButtonWidth);
-    button->setFixedHeight(ButtonHeight);
     button->setEnabled(false);
     return button;
 }
@@ -50,6 +48,14 @@ QVBoxLayout* MarkButtons::LayOut() {
         column->addWidget(button);
     column->addStretch();
     return column;
+}
+
+void MarkButtons::FitFont() {
+    for (QPushButton* button : {cmdBlue, cmdGreen, cmdAdjust}) {
+        button->setIconSize(Scaled(QSize(IconSide, IconSide), *button));
+        button->setMinimumWidth(Scaled(ButtonWidth, *button));
+        button->setFixedHeight(Scaled(ButtonHeight, *button));
+    }
 }
 
 void MarkButtons::Enabled(bool enabled) {

@@ -17,6 +17,8 @@ class MarkButtons : public QObject {
     MarkButtons(MainState& state, QWidget* panel);
 
     QVBoxLayout* LayOut();
+    /// They are as large as the panel's texts.
+    void FitFont();
     void Enabled(bool enabled);
     /// The tool tips say what the buttons do, by which keys too, and why they are off.
     void ShowTips();

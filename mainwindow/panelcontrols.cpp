@@ -3,12 +3,6 @@
 #include <QGridLayout>
 #include <QTimer>
 
-namespace {
-
-constexpr int LittleButtonWidth = 28;
-
-} // namespace
-
 QLabel* MakeLabel(QWidget* panel, const char* name, const QString& caption) {
     return Named(new QLabel(caption, panel), name);
 }
@@ -23,7 +17,6 @@ QPushButton* MakeButton(QWidget* panel, const char* name, const QString& caption
 QPushButton* MakeBrowseButton(QWidget* panel, const char* name, const QString& toolTip) {
     QPushButton* button = MakeButton(panel, name, QStringLiteral("..."), toolTip);
     button->setAccessibleName(toolTip);
-    button->setFixedWidth(LittleButtonWidth);
     return button;
 }
 

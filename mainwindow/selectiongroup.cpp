@@ -3,6 +3,7 @@
 #include "mainwindow/handlers.h"
 #include "mainwindow/panelcontrols.h"
 #include "model/times.h"
+#include "platform/fontscale.h"
 #include "platform/icons.h"
 
 #include <QAction>
@@ -64,7 +65,7 @@ void SelectionGroup::LayOut(QGridLayout& grid, int row, int column) {
 void SelectionGroup::FitTexts() {
     for (QLineEdit* box : {txtSelStart, txtSelEnd}) {
         FitTime(box);
-        box->setMinimumWidth(box->minimumWidth() + ClearButtonRoom);
+        box->setMinimumWidth(box->minimumWidth() + Scaled(ClearButtonRoom, *box));
     }
     const int width = qMax(CaptionWidth(cmdSelStart), CaptionWidth(cmdSelEnd));
     cmdSelStart->setFixedWidth(width);

@@ -75,8 +75,7 @@ bool SoundLane::Offered() const {
 }
 
 int SoundLane::LayOut(int width, int room) {
-    const int height =
-        std::min(m_height, room - LowestPicture - MediaPlayerControl::ControlBarHeight);
+    const int height = std::min(m_height, room - LowestPicture - m_control.BarHeight());
     const bool shown = m_lane && m_wanted && Offered() && height >= Lane::LeastHeight;
     if (m_lane) {
         if (shown)

@@ -2,7 +2,6 @@
 
 #include "mainwindow/handlers.h"
 #include "mainwindow/panelcontrols.h"
-#include "platform/twips.h"
 
 #include <QCursor>
 #include <QTimer>
@@ -65,7 +64,8 @@ void TransportButtons::picButtons_EnabledChange() {
         tmrPosButtons->stop();
     const QPoint mouse = picButtons->mapFromGlobal(QCursor::pos());
     const bool over = picButtons->isVisible() && picButtons->rect().contains(mouse);
-    picButtons_MouseMove(false, over ? ToTwips(mouse.x()) : -1, over ? ToTwips(mouse.y()) : -1);
+    const QPointF place = over ? picButtons->StripPlace(mouse) : QPointF(-1, -1);
+    picButtons_MouseMove(false, place.x(), place.y());
 }
 
 void TransportButtons::tmrPosButtons_Timer() {

@@ -1,6 +1,7 @@
 #include "mainwindow/transportstrip.h"
 
 #include "mainwindow/buttonstrip.h"
+#include "platform/fontscale.h"
 #include "platform/twips.h"
 
 #include <QHelpEvent>
@@ -99,7 +100,7 @@ const QPixmap& StripPictures::Picture(std::int16_t number, const QPalette& palet
 TransportStrip::TransportStrip(StripPictures& pictures, QWidget* parent)
     : QWidget(parent)
     , m_pictures(pictures) {
-    setFixedSize(Size);
+    setFixedSize(Scaled(Size, *this));
     setMouseTracking(true);
 }
 
@@ -127,8 +128,8 @@ bool TransportStrip::event(QEvent* event) {
         break;
     case QEvent::ToolTip: {
         auto* help = static_cast<QHelpEvent*>(event);
-        const std::int16_t button =
-            StripButtonAt(ToTwips(help->pos().x()), ToTwips(help->pos().y()));
+        const QPointF place = StripPlace(help->pos());
+        const std::int16_t button = StripButtonAt(place.x(), place.y());
         if (button > 0)
             QToolTip::showText(help->globalPos(), Tip(button), this);
         else
@@ -141,8 +142,19 @@ bool TransportStrip::event(QEvent* event) {
     return QWidget::event(event);
 }
 
+void TransportStrip::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        setFixedSize(Scaled(Size, *this));
+}
+
+QPointF TransportStrip::StripPlace(const QPointF& place) const {
+    return place * TwipsPerPixel / FontScale(*this);
+}
+
 void TransportStrip::paintEvent(QPaintEvent* /*event*/) {
-    QPainter(this).drawPixmap(0, 0, m_pictures.Picture(m_picture, palette(), devicePixelRatioF()));
+    const qreal scale = FontScale(*this) * devicePixelRatioF();
+    QPainter(this).drawPixmap(rect(), m_pictures.Picture(m_picture, palette(), scale));
 }
 
 void TransportStrip::mouseMoveEvent(QMouseEvent* event) {
@@ -164,5 +176,6 @@ void TransportStrip::mouseReleaseEvent(QMouseEvent* /*event*/) {
 }
 
 void TransportStrip::ReportMouse(const QPointF& place, bool held) {
-    emit MouseMove(held, place.x() * TwipsPerPixel, place.y() * TwipsPerPixel);
+    const QPointF twips = StripPlace(place);
+    emit MouseMove(held, twips.x(), twips.y());
 }

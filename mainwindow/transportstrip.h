@@ -31,6 +31,7 @@ class TransportStrip : public QWidget {
     Q_OBJECT
 
   public:
+    /// With texts of the usual size; it grows with them.
     static constexpr QSize Size{104, 24};
 
     TransportStrip(StripPictures& pictures, QWidget* parent);
@@ -39,6 +40,8 @@ class TransportStrip : public QWidget {
     void Picture(std::int16_t number);
     /// The keys that do what the four buttons do, for their tool tips.
     void NameKeys(const QStringList& keys) { m_keys = keys; }
+    /// The place (pixels of the strip as it is) in twips of the strip at its usual size.
+    QPointF StripPlace(const QPointF& place) const;
 
   signals:
     void MouseMove(bool mouseHeld, double x, double y);
@@ -49,6 +52,7 @@ class TransportStrip : public QWidget {
 
   protected:
     bool event(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
