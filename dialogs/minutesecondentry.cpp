@@ -1,6 +1,7 @@
 #include "dialogs/minutesecondentry.h"
 
 #include "model/numbers.h"
+#include "model/times.h"
 #include "platform/errorgate.h"
 #include "platform/updown.h"
 
@@ -45,6 +46,10 @@ MinuteSecondEntry::MinuteSecondEntry(QWidget* panel, SecondsRule rule)
     connect(txtSec, &QLineEdit::textChanged, this,
             [this] { Guarded([this] { txtSec_Change(); }); });
     connect(Timer1, &QTimer::timeout, this, [this] { Guarded([this] { Timer1_Timer(); }); });
+    constexpr double MostMinutes = 3600;
+    constexpr double MostSeconds = 59.999;
+    Speak(UpDown1, m_minutes, txtMin, MostMinutes, [](double value) { return NumberText(value); });
+    Speak(UpDown2, m_seconds, txtSec, MostSeconds, ThousandthsText);
     Add(UpDown1,
         [this](Spin step) { StepBox(*txtMin, StepMinutes(m_minutes.LastGoodText(), step)); });
     Add(UpDown2,
@@ -52,8 +57,20 @@ MinuteSecondEntry::MinuteSecondEntry(QWidget* panel, SecondsRule rule)
 }
 
 void MinuteSecondEntry::AddTimeSpinner(UpDown* spinner, const TypedBox& time, QLineEdit* box) {
+    constexpr double MostTime = 100 * 3600 - 0.001;
+    Speak(spinner, time, box, MostTime, FormatTime);
     Add(spinner,
         [this, &time, box](Spin step) { StepBox(*box, StepTime(time.LastGoodText(), step)); });
+}
+
+void MinuteSecondEntry::Speak(UpDown* spinner, const TypedBox& typed, QLineEdit* box, double most,
+                              std::string (*text)(double)) {
+    spinner->setAccessibleName(box->accessibleName());
+    spinner->Speaks = {
+        .value = [&typed] { return typed.Value().value_or(0); },
+        .set = [box, text](double value) { box->setText(QString::fromStdString(text(value))); },
+        .text = [box] { return box->text(); },
+        .most = most};
 }
 
 void MinuteSecondEntry::Add(UpDown* spinner, StepHandler step) {

@@ -44,6 +44,9 @@ class MinuteSecondEntry : public QObject {
     void txtSec_Change();
     void Timer1_Timer();
     void Add(UpDown* spinner, StepHandler step);
+    /// Assistive tools read the box as the spinner's value.
+    static void Speak(UpDown* spinner, const TypedBox& typed, QLineEdit* box, double most,
+                      std::string (*text)(double));
     void Click(std::size_t spinner, Spin step);
     void StepBox(QLineEdit& box, std::optional<std::string> text);
 

@@ -11,6 +11,7 @@
 #include "mainwindow/soundlane.h"
 #include "mainwindow/subtitlefiles.h"
 #include "mainwindow/transportbuttons.h"
+#include "mainwindow/spokenwindow.h"
 #include "mainwindow/windowplace.h"
 #include "model/numbers.h"
 #include "model/step.h"
@@ -60,6 +61,7 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
     setObjectName(QStringLiteral("frmQuelmar"));
     setMinimumSize(MinimumSize());
     MP = std::make_unique<MediaPlayerControl>(*m_state.player, this);
+    SpeakMainWindow();
     Named(MP.get(), "MP", tr("Media player"),
           QStringLiteral("Right-click for a player options menu, or move the mouse out to get rid "
                          "of this text"));

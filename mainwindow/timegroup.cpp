@@ -19,6 +19,12 @@ TimeGroup::TimeGroup(Player& player, QWidget* panel)
     , m_player(player)
     , tmrUDTime(MakeTimer(this, "tmrUDTime", TimeSpinner::NextInterval)) {
     Label1->setBuddy(txtTime);
+    constexpr double ClickSeconds = 20;
+    UDTime->Speaks = {
+        .value = [this] { return m_player.CurrentPosition(); },
+        .set = [this](double position) { m_player.CurrentPosition(position); },
+        .text = [this] { return QString::fromStdString(FormatTime(m_player.CurrentPosition())); },
+        .step = ClickSeconds};
     Enabled(false);
     On(txtTime, &QLineEdit::textChanged, this, &TimeGroup::txtTime_Change);
     On(UDTime, &UpDown::MouseDown, this, &TimeGroup::UDTime_MouseDown);
@@ -39,6 +45,7 @@ QHBoxLayout* TimeGroup::LayOut() {
 void TimeGroup::Enabled(bool enabled) {
     txtTime->setEnabled(enabled);
     UDTime->setEnabled(enabled);
+    UDTime->Speaks.most = m_player.Length();
 }
 
 void TimeGroup::ShowTime(double position) {

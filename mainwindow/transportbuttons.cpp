@@ -25,6 +25,7 @@ TransportButtons::TransportButtons(Player& player, QWidget* window)
     On(picButtons, &TransportStrip::MouseUp, this, &TransportButtons::picButtons_MouseUp);
     On(picButtons, &TransportStrip::EnabledChanged, this,
        &TransportButtons::picButtons_EnabledChange);
+    On(picButtons, &TransportStrip::Pressed, this, &TransportButtons::picButtons_Pressed);
     On(tmrPosButtons, &QTimer::timeout, this, &TransportButtons::tmrPosButtons_Timer);
     On(&player, &Player::PlayStateChange, this, &TransportButtons::MP_PlayStateChange);
 }
@@ -66,6 +67,10 @@ void TransportButtons::picButtons_EnabledChange() {
     const bool over = picButtons->isVisible() && picButtons->rect().contains(mouse);
     const QPointF place = over ? picButtons->StripPlace(mouse) : QPointF(-1, -1);
     picButtons_MouseMove(false, place.x(), place.y());
+}
+
+void TransportButtons::picButtons_Pressed(std::int16_t button) {
+    Step(button);
 }
 
 void TransportButtons::tmrPosButtons_Timer() {

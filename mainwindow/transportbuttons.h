@@ -29,6 +29,7 @@ class TransportButtons : public QObject {
     void picButtons_MouseDown();
     void picButtons_MouseUp();
     void picButtons_EnabledChange();
+    void picButtons_Pressed(std::int16_t button);
     void tmrPosButtons_Timer();
 
     Player& m_player;

@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int ButtonCount = 4;
+constexpr int ButtonCount = TransportStrip::ButtonCount;
 
 constexpr std::array<const char*, ButtonCount> Tips = {
     "To the start of the selection", "Half a second back", "Half a second forward",
@@ -111,9 +111,19 @@ void TransportStrip::Picture(std::int16_t number) {
     update();
 }
 
+QString TransportStrip::Name(std::int16_t button) {
+    return QString::fromLatin1(Tips.at(static_cast<std::size_t>(button - 1)));
+}
+
 QString TransportStrip::Tip(std::int16_t button) const {
-    const QString text = QString::fromLatin1(Tips.at(static_cast<std::size_t>(button - 1)));
-    return button > m_keys.size() ? text : QStringLiteral("%1 (%2)").arg(text, m_keys[button - 1]);
+    const QString key = Key(button);
+    return key.isEmpty() ? Name(button) : QStringLiteral("%1 (%2)").arg(Name(button), key);
+}
+
+QRect TransportStrip::ButtonArea(std::int16_t button) const {
+    const QRectF area = ZoneArea(button);
+    const double scale = FontScale(*this);
+    return QRectF(area.topLeft() * scale, area.size() * scale).toAlignedRect();
 }
 
 bool TransportStrip::event(QEvent* event) {

@@ -33,6 +33,7 @@ class TransportStrip : public QWidget {
   public:
     /// With texts of the usual size; it grows with them.
     static constexpr QSize Size{104, 24};
+    static constexpr std::int16_t ButtonCount = 4;
 
     TransportStrip(StripPictures& pictures, QWidget* parent);
 
@@ -43,7 +44,15 @@ class TransportStrip : public QWidget {
     /// The place (pixels of the strip as it is) in twips of the strip at its usual size.
     QPointF StripPlace(const QPointF& place) const;
 
+    /// Of the button of that number, from 1: what it does, the key that does the same, and
+    /// where it is drawn.
+    static QString Name(std::int16_t button);
+    QString Key(std::int16_t button) const { return m_keys.value(button - 1); }
+    QRect ButtonArea(std::int16_t button) const;
+
   signals:
+    /// An assistive tool pressed the button of that number.
+    void Pressed(std::int16_t button);
     void MouseMove(bool mouseHeld, double x, double y);
     void MouseDown();
     void MouseUp();

@@ -1,7 +1,9 @@
 #include "platform/updown.h"
 
 #include "platform/fontscale.h"
+#include "platform/spokenupdown.h"
 
+#include <QAccessible>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QStyleOptionButton>
@@ -17,6 +19,7 @@ constexpr float DividerStrength = 0.25F;
 
 UpDown::UpDown(QWidget* parent)
     : QWidget(parent) {
+    SpeakUpDowns();
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
 }
@@ -119,4 +122,8 @@ void UpDown::Click(Half half) {
         emit UpClick();
     else
         emit DownClick();
+    if (Speaks.value) {
+        QAccessibleValueChangeEvent changed(this, Speaks.value());
+        QAccessible::updateAccessibility(&changed);
+    }
 }

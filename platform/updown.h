@@ -1,6 +1,9 @@
 #pragma once
 
+#include <QString>
 #include <QWidget>
+
+#include <functional>
 
 class QStylePainter;
 
@@ -13,6 +16,18 @@ class UpDown : public QWidget {
     explicit UpDown(QWidget* parent = nullptr);
 
     QSize sizeHint() const override;
+
+    /// What assistive tools are told of the value that its owner steps, and may set.
+    struct Spoken {
+        std::function<double()> value;
+        std::function<void(double)> set;
+        /// The value in words; may be empty.
+        std::function<QString()> text;
+        double least = 0;
+        double most = 0;
+        double step = 1;
+    };
+    Spoken Speaks;
 
     /// Whether the arrow up is drawn at this height (pixels from the top).
     bool IsUpper(int y) const { return y < height() / 2; }

@@ -220,9 +220,11 @@ void MediaPlayerControl::LaneButton(bool offered, bool shown) {
 }
 
 void MediaPlayerControl::Follow(double position) {
-    m_elapsed->setText(TimeText(position));
-    // What a screen reader says: the name alone would hide the time.
-    m_elapsed->setAccessibleName(tr("Elapsed time %1").arg(m_elapsed->text()));
+    if (const QString elapsed = TimeText(position); m_elapsed->text() != elapsed) {
+        m_elapsed->setText(elapsed);
+        // What a screen reader says: the name alone would hide the time.
+        m_elapsed->setAccessibleName(tr("Elapsed time %1").arg(elapsed));
+    }
     if (m_slider->isSliderDown())
         return;
     const QSignalBlocker quiet(m_slider);
