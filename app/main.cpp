@@ -2,6 +2,7 @@
 #include "app/commandline.h"
 #include "app/demo.h"
 #include "app/program.h"
+#include "platform/paths.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -34,8 +35,23 @@ std::optional<int> AnswerAtOnce(const CommandLine& line) {
 QStringList Arguments(int argc, char** argv) {
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
+#ifdef Q_OS_WIN
         arguments << QString::fromLocal8Bit(argv[i]);
+#else
+        arguments << NameOfBytes(argv[i]);
+#endif
     return arguments;
+}
+
+/// Without those that the toolkit took.
+QStringList ArgumentsLeft(int argc, char** argv) {
+#ifdef Q_OS_WIN
+    Q_UNUSED(argc)
+    Q_UNUSED(argv)
+    return Application::arguments().mid(1);
+#else
+    return Arguments(argc, argv);
+#endif
 }
 
 } // namespace
@@ -47,7 +63,7 @@ int main(int argc, char** argv) {
             return *answered;
     // Takes out what the toolkit understands (-platform, -style).
     Application application(argc, argv);
-    const CommandLine line = CommandLine::Parse(Application::arguments().mid(1));
+    const CommandLine line = CommandLine::Parse(ArgumentsLeft(argc, argv));
     if (const auto answered = AnswerAtOnce(line))
         return *answered;
     switch (line.task) {

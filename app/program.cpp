@@ -2,17 +2,13 @@
 
 #include "app/firstpaint.h"
 #include "app/interrupted.h"
-#include "app/namedfiles.h"
 #include "app/openmark.h"
 #include "base/savejournal.h"
 #include "mainwindow/frmRecover.h"
-#include "platform/beside.h"
 #include "platform/errorgate.h"
-#include "platform/messageboxes.h"
 
 #include <QApplication>
 #include <QDateTime>
-#include <QFileInfo>
 #include <QMessageBox>
 #include <QSessionManager>
 
@@ -70,44 +66,20 @@ void EndSoon(int code) {
     }).detach();
 }
 
-void OpenFiles(frmQuelmar& window, const QStringList& files) {
-    if (files.empty())
-        return;
-    const QString where = QFileInfo(files.constFirst()).path();
-    NamedFiles named = AskBeside<NamedFiles>(&window, where, files.constFirst(), [files] {
-                           return TellApart(files);
-                       }).value_or(NamedFiles());
-    if (named.subtitles.isEmpty() && !named.media.isEmpty()) {
-        const QString beside = AskBeside<QString>(&window, where, named.media, [=] {
-                                   return SubtitlesBeside(named.media);
-                               }).value_or(QString());
-        if (!beside.isEmpty() &&
-            AskYesNo(&window,
-                     QObject::tr("“%1” lies beside the film.\nOpen these subtitles too?")
-                         .arg(QFileInfo(beside).fileName()),
-                     MessageIcon::Question))
-            named.subtitles = beside;
-    }
-    if (!named.subtitles.isEmpty() &&
-        OpenMark::IsSetElsewhere(window, named.subtitles, RecoveryStore::DefaultFolder()) &&
-        !AskYesNo(&window,
-                  QObject::tr("“%1” is open in another window of this program.\nOpen it here too?")
-                      .arg(QFileInfo(named.subtitles).fileName()),
-                  MessageIcon::Question))
-        named.subtitles.clear();
-    window.OpenFiles(named.media, named.subtitles);
-}
-
 } // namespace
 
 int RunProgram(const QStringList& files) {
     Program program;
     program.Store().Probe();
     const OpenMark mark(program.Window().document(), program.Window(), program.Store().Folder());
+    frmQuelmar& window = program.Window();
+    window.OpenElsewhere = [&window](const QString& subtitles) {
+        return OpenMark::IsSetElsewhere(window, subtitles, RecoveryStore::DefaultFolder());
+    };
     const int code = program.Run([&] {
         OfferInterruptedSaves(program.Window(), StateFolder());
         if (!program.Copies().OfferOrphans())
-            OpenFiles(program.Window(), files);
+            program.Window().Open(files);
     });
     EndSoon(code);
     return code;

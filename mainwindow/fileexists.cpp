@@ -1,7 +1,12 @@
 #include "mainwindow/fileexists.h"
 
+#include "platform/paths.h"
+
 #include <QDir>
 #include <QFileInfo>
+
+#include <filesystem>
+#include <system_error>
 
 namespace {
 
@@ -16,9 +21,10 @@ constexpr QDir::Filters Searched = QDir::Files | QDir::Hidden
 bool FileExists(const QString& path) {
     if (path.isEmpty() || path.contains(QChar(0)))
         return false;
-    const QFileInfo file(path);
-    if (file.isFile())
+    std::error_code none;
+    if (std::filesystem::is_regular_file(PathOf(path), none))
         return true;
+    const QFileInfo file(path);
     QString pattern = file.fileName();
     if (!pattern.contains(QLatin1Char('*')) && !pattern.contains(QLatin1Char('?')))
         return false;

@@ -142,10 +142,18 @@ QSize FilePanel::NeededSize() const {
 
 void FilePanel::OpenFiles(const QString& media, const QString& subtitles) {
     // The subtitles are there at once; the player takes its time.
-    if (!subtitles.isEmpty())
-        txtSRT->setText(subtitles);
-    if (!media.isEmpty())
-        txtAVI->setText(media);
+    const auto name = [](QLineEdit* box, const QString& file) {
+        if (file.isEmpty())
+            return;
+        if (box->text() == file) {
+            // The same once more is opened once more.
+            const QSignalBlocker quiet(box);
+            box->clear();
+        }
+        box->setText(file);
+    };
+    name(txtSRT, subtitles);
+    name(txtAVI, media);
 }
 
 void FilePanel::NameFiles(const QString& media, const QString& subtitles) {

@@ -2,21 +2,24 @@
 
 #include "listeditor/frmList.h"
 #include "mainwindow/displaypanel.h"
+#include "mainwindow/filedrops.h"
 #include "mainwindow/filepanel.h"
 #include "mainwindow/frmKeys.h"
 #include "mainwindow/handlers.h"
 #include "mainwindow/keyplacer.h"
 #include "mainwindow/mainactions.h"
+#include "mainwindow/namedfiles.h"
 #include "mainwindow/panelcontrols.h"
 #include "mainwindow/soundlane.h"
+#include "mainwindow/spokenwindow.h"
 #include "mainwindow/subtitlefiles.h"
 #include "mainwindow/transportbuttons.h"
-#include "mainwindow/spokenwindow.h"
 #include "mainwindow/windowplace.h"
 #include "model/numbers.h"
 #include "model/step.h"
 #include "model/times.h"
 #include "model/versions.h"
+#include "platform/beside.h"
 #include "platform/fontscale.h"
 #include "platform/messageboxes.h"
 #include "platform/settings.h"
@@ -26,6 +29,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QScreen>
 #include <QTimer>
 #include <QWindow>
@@ -57,11 +61,11 @@ frmQuelmar::frmQuelmar()
     : frmQuelmar(MakeMpvPlayer()) {}
 
 frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
+    SpeakMainWindow();
     m_state.player = std::move(player);
     setObjectName(QStringLiteral("frmQuelmar"));
     setMinimumSize(MinimumSize());
     MP = std::make_unique<MediaPlayerControl>(*m_state.player, this);
-    SpeakMainWindow();
     Named(MP.get(), "MP", tr("Media player"),
           QStringLiteral("Right-click for a player options menu, or move the mouse out to get rid "
                          "of this text"));
@@ -77,6 +81,8 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
                                                              return ShownTitle();
                                                          }},
                                          this);
+    m_drops = new FileDrops(this);
+    m_drops->Take(*this);
     tmrListen = new QTimer(this);
     tmrListen->setObjectName("tmrListen");
     tmrListen->setSingleShot(true);
@@ -97,6 +103,7 @@ void frmQuelmar::ConnectParts() {
     connect(player, &Player::ReadyStateChange, this, &frmQuelmar::EnableMediaControls);
     connect(player, &Player::Activated, this, [this] { setFocus(); });
     connect(tmrListen, &QTimer::timeout, this, &frmQuelmar::tmrListen_Timer);
+    connect(m_drops, &FileDrops::Dropped, this, &frmQuelmar::Open);
     connect(PB.get(), &FilePanel::MediaNamed, this, &frmQuelmar::MediaNamed);
     connect(PB.get(), &FilePanel::MediaBrowsed, this, &frmQuelmar::MediaBrowsed);
     connect(PB.get(), &FilePanel::ModeChosen, this, [this](DisplayMode mode) {
@@ -277,6 +284,33 @@ void frmQuelmar::changeEvent(QEvent* event) {
     }
 }
 
+void frmQuelmar::Open(const QStringList& files) {
+    if (files.empty())
+        return;
+    const QString where = QFileInfo(files.constFirst()).path();
+    NamedFiles named = AskBeside<NamedFiles>(this, where, files.constFirst(), [files] {
+                           return TellApart(files);
+                       }).value_or(NamedFiles());
+    if (named.subtitles.isEmpty() && !named.media.isEmpty()) {
+        const QString beside = AskBeside<QString>(this, where, named.media, [=] {
+                                   return SubtitlesBeside(named.media);
+                               }).value_or(QString());
+        if (!beside.isEmpty() && beside != QString::fromStdString(m_state.document.SubtitleFile) &&
+            AskYesNo(this,
+                     tr("“%1” lies beside the film.\nOpen these subtitles too?")
+                         .arg(QFileInfo(beside).fileName()),
+                     MessageIcon::Question))
+            named.subtitles = beside;
+    }
+    if (!named.subtitles.isEmpty() && OpenElsewhere && OpenElsewhere(named.subtitles) &&
+        !AskYesNo(this,
+                  tr("“%1” is open in another window of this program.\nOpen it here too?")
+                      .arg(QFileInfo(named.subtitles).fileName()),
+                  MessageIcon::Question))
+        named.subtitles.clear();
+    OpenFiles(named.media, named.subtitles);
+}
+
 void frmQuelmar::OpenFiles(const QString& media, const QString& subtitles) {
     PB->OpenFiles(media, subtitles);
 }
@@ -309,6 +343,7 @@ void frmQuelmar::OpenEditor() {
     m_state.list = new frmList(*this, this);
     // A window of its own, which need not stay above this one and its film.
     m_state.list->addActions(m_actions->ForBothWindows());
+    m_drops->Take(*m_state.list);
     m_state.list->winId();
     m_state.list->windowHandle()->setTransientParent(nullptr);
     m_state.list->show();

@@ -9,9 +9,11 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 
 class DisplayPanel;
+class FileDrops;
 class FilePanel;
 class KeyPlacer;
 class MainActions;
@@ -42,6 +44,11 @@ class frmQuelmar : public QWidget, public EditorHost {
     /// The virtual-key code of the key that places titles: the space bar at every start.
     std::int16_t ActionKey = SpaceKey;
 
+    /// Opens a film and a subtitle file of these, told apart by what they hold; asks about
+    /// subtitles that lie beside a film.
+    void Open(const QStringList& files);
+    /// Is the subtitle file open in another window of the program? Set by whoever knows.
+    std::function<bool(const QString& subtitles)> OpenElsewhere;
     /// Names both files, as if they were typed; an empty name is left out.
     void OpenFiles(const QString& media, const QString& subtitles);
 
@@ -107,6 +114,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::unique_ptr<TransportButtons> m_transport;
     std::unique_ptr<KeyPlacer> m_keys;
     std::unique_ptr<MainActions> m_actions;
+    FileDrops* m_drops;
     std::unique_ptr<SoundLane> m_lane;
     /// Ends what `Listen` began.
     QTimer* tmrListen = nullptr;

@@ -1,4 +1,5 @@
 #include "player/mpvplayer.h"
+#include "platform/paths.h"
 
 #include "player/mpvengine.h"
 #include "player/mpvpicture.h"
@@ -7,8 +8,6 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
-#include <QFile>
-#include <QFileInfo>
 #include <QMetaObject>
 #include <QScopedValueRollback>
 
@@ -25,11 +24,12 @@ constexpr int Ready = 4;
 constexpr double SlowestRate = 0.5;
 constexpr double FastestRate = 2;
 
-std::string NameForMpv(const QString& path) {
+std::string NameForMpv(const std::filesystem::path& file) {
 #ifdef Q_OS_WIN
-    return path.toStdString();
+    const std::u8string name = file.u8string();
+    return {name.begin(), name.end()};
 #else
-    return QFile::encodeName(path).toStdString();
+    return file.string();
 #endif
 }
 
@@ -156,15 +156,16 @@ void MpvPlayer::FileName(const QString& name) {
 
 void MpvPlayer::Open(const QString& name) {
     // Files alone: no addresses, folders or devices.
-    const QFileInfo file(name);
-    if (name.isEmpty() || !file.isFile()) {
+    const std::filesystem::path file = PathOf(name);
+    std::error_code error;
+    if (name.isEmpty() || !std::filesystem::is_regular_file(file, error)) {
         if (m_engine)
             m_engine->Unload();
         return;
     }
     if (!Start())
         return;
-    m_engine->Load(NameForMpv(file.absoluteFilePath()));
+    m_engine->Load(NameForMpv(std::filesystem::absolute(file, error)));
     m_waiting = true;
     if (WaitForAnswer()) {
         m_engine->TakeNews();

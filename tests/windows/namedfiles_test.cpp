@@ -1,4 +1,4 @@
-#include "app/namedfiles.h"
+#include "mainwindow/namedfiles.h"
 
 #include <QFile>
 #include <QTemporaryDir>
