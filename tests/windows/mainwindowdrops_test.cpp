@@ -126,6 +126,7 @@ TEST_F(MainWindowDrops, NamesThatAreNoTextComeThrough) {
     Drop(The<QWidget>("mpPicture"), dragged);
     EXPECT_EQ(Subt().Count(), 3);
     EXPECT_EQ(PathOf(QString::fromStdString(window->document().SubtitleFile)), file);
+    std::filesystem::remove(file);
 }
 
 TEST(NamesOfFiles, ComeBackWhole) {

@@ -1,4 +1,5 @@
 #include "mainwindow/namedfiles.h"
+#include "platform/paths.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -62,6 +63,24 @@ TEST_F(NamedFilesTest, OfEachKindTheFirstIsTaken) {
     EXPECT_EQ(named.others, (QStringList{"b.srt", "c.avi"}));
     EXPECT_TRUE(TellApart({}).media.isEmpty());
 }
+
+#ifdef Q_OS_LINUX
+TEST_F(NamedFilesTest, NamesThatAreNoTextAreToldApartToo) {
+    Make("film", film);
+    Make("titles", titles);
+    const std::filesystem::path where = PathOf(folder.path());
+    std::filesystem::rename(where / "film", where / "caf\xE9.avi");
+    std::filesystem::rename(where / "titles", where / "caf\xE9.srt");
+    const QString media = NameOf(where / "caf\xE9.avi");
+    const QString subtitles = NameOf(where / "caf\xE9.srt");
+    const NamedFiles named = TellApart({subtitles, media});
+    EXPECT_EQ(named.media, media);
+    EXPECT_EQ(named.subtitles, subtitles);
+    EXPECT_EQ(SubtitlesBeside(media), subtitles);
+    for (const QString& name : {media, subtitles})
+        std::filesystem::remove(PathOf(name));
+}
+#endif
 
 TEST_F(NamedFilesTest, AFilmsSubtitlesLieBesideIt) {
     const QString media = Make("my.film.avi", film);

@@ -1,3 +1,4 @@
+#include "platform/paths.h"
 #include "tests/windows/screening.h"
 
 #include <QDir>
@@ -39,6 +40,18 @@ class Listener {
     QTcpServer server;
     int guests = 0;
 };
+
+#ifdef Q_OS_LINUX
+TEST(PlayerFiles, AFilmWhoseNameIsNoText) {
+    const std::filesystem::path film = PathOf(InFilmFolder("")) / "caf\xE9.avi";
+    std::filesystem::copy_file(PathOf(MakeFilm({})), film,
+                               std::filesystem::copy_options::overwrite_existing);
+    Screening show;
+    show.player->FileName(NameOf(film));
+    EXPECT_NE(show.player->ReadyState(), 0);
+    EXPECT_EQ(PathOf(show.player->FileName()), film);
+}
+#endif
 
 class PlayerTakes : public testing::TestWithParam<const char*> {};
 
