@@ -19,7 +19,6 @@
 namespace {
 
 constexpr std::string_view Program = "quelmar-cli";
-constexpr const char* DefaultCodePage = "windows-1252";
 
 /// Messages have line breaks of two characters; a terminal wants one.
 void Say(std::ostream& err, std::string message) {
@@ -91,7 +90,7 @@ class Job {
         : m_arguments(arguments)
         , m_frameRate(frameRate)
         , m_codePage(arguments.Has("--code-page") ? arguments.Value("--code-page")
-                                                  : DefaultCodePage)
+                                                  : std::string(GuessedPage))
         , m_err(err) {}
 
     ExitCode Run(const Task& task, std::ostream& out) {
@@ -139,6 +138,8 @@ class Job {
             return LoadOutcome::UnknownFormat;
         }
         const LoadResult result = LoadTitles(PathOf(name), m_codePage, m_titles, m_style, hooks);
+        if (m_codePage == GuessedPage && !m_style.codePage.empty())
+            Say(m_err, name + ": read as " + m_style.codePage + ", which is a guess");
         if (result.outcome == LoadOutcome::NotOpened)
             Say(m_err, name + ": cannot be opened");
         else if (result.offer && m_arguments.Has("--repair"))
@@ -203,7 +204,8 @@ ExitCode RunCommand(const Command& command, std::span<const std::string> words, 
         rate = RateOf(arguments->Value("--frame-rate"));
     if (!rate)
         return Complain(err, "Illegal frame rate!");
-    if (arguments->Has("--code-page") && !CodePage::Knows(arguments->Value("--code-page")))
+    if (arguments->Has("--code-page") && arguments->Value("--code-page") != GuessedPage &&
+        !CodePage::Knows(arguments->Value("--code-page")))
         return Complain(err, "unknown encoding " + arguments->Value("--code-page"));
     const std::optional<Task> task = command.prepare(*arguments, fault);
     if (!task)

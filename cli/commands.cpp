@@ -16,7 +16,7 @@ constexpr std::array<Option, 5> Common{
     {{"--partial", "", "write what could be read of a corrupt file"},
      {"--repair", "", "read a wild file tolerantly, and say what was mended"},
      {"--frame-rate", "RATE", "frames per second of MicroDVD files (25)"},
-     {"--code-page", "NAME", "how a file that is not Unicode is read (windows-1252)"},
+     {"--code-page", "NAME", "how a file that is not Unicode is read (guessed)"},
      {"--styles", "", "write italics and bold into SubRip files too"}}};
 
 constexpr std::array<Option, 1> ConvertOptions{

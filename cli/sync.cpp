@@ -21,7 +21,7 @@ constexpr std::array<Option, 9> Options{
      {"--dry-run", "", "with --library: write nothing"},
      {"--partial", "", "take what could be read of a corrupt file"},
      {"--frame-rate", "RATE", "frames per second of MicroDVD files (25)"},
-     {"--code-page", "NAME", "how a file that is not Unicode is read (windows-1252)"}}};
+     {"--code-page", "NAME", "how a file that is not Unicode is read (guessed)"}}};
 
 /// A whole number from 1 on.
 std::optional<int> CountOf(const std::string& text) {
@@ -63,7 +63,7 @@ bool Understand(const Arguments& arguments, Reference::Wish& wish, std::string& 
     }
     if (arguments.Has("--code-page"))
         wish.manners.codePage = arguments.Value("--code-page");
-    if (!CodePage::Knows(wish.manners.codePage))
+    if (wish.manners.codePage != GuessedPage && !CodePage::Knows(wish.manners.codePage))
         fault = "unknown encoding " + wish.manners.codePage;
     wish.manners.partial = arguments.Has("--partial");
     return fault.empty();

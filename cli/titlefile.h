@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fit/fit.h"
+#include "formats/guess.h"
 #include "formats/load.h"
 #include "model/times.h"
 
@@ -13,7 +14,7 @@ struct FileManners {
     /// Frames a second of files that count frames; greater than 0.
     double frameRate = DefaultFrameRate;
     /// Of files that are not Unicode.
-    std::string codePage = "windows-1252";
+    std::string codePage{GuessedPage};
     /// Take what could be read of a corrupt file.
     bool partial = false;
 };

@@ -2,6 +2,7 @@
 
 #include "base/codepages.h"
 #include "base/utf8.h"
+#include "formats/guess.h"
 
 #include <utility>
 
@@ -109,7 +110,9 @@ DecodedText::DecodedText(FileBytes bytes, const std::string& codePage)
         if (IsValidUtf8(all))
             return;
         m_encoding = FileStyle::Encoding::CodePage;
-        m_converted = CodePage(codePage).ToUtf8(all);
+        const CodePage page(codePage == GuessedPage ? GuessCodePage(all) : codePage);
+        m_codePage = page.Name();
+        m_converted = page.ToUtf8(all);
     }
     m_inPlace = false;
     m_bytes = {};
@@ -129,7 +132,8 @@ std::string Encode(std::string utf8, const FileStyle& style, const std::string& 
     case FileStyle::Encoding::Utf16BigEndian:
         return ToUtf16(utf8, true);
     case FileStyle::Encoding::CodePage: {
-        std::optional<std::string> bytes = CodePage(codePage).FromUtf8(utf8);
+        std::optional<std::string> bytes =
+            CodePage(style.codePage.empty() ? codePage : style.codePage).FromUtf8(utf8);
         if (bytes && (!IsValidUtf8(*bytes) || *bytes == utf8))
             return std::move(*bytes);
         break;

@@ -86,6 +86,7 @@ LoadResult LoadTitles(const std::filesystem::path& file, const std::string& code
     FileStyle freshStyle;
     freshStyle.encoding = decoded.Encoding();
     freshStyle.byteOrderMark = decoded.ByteOrderMark();
+    freshStyle.codePage = decoded.CodePageName();
     LoadResult result = ReadTitles(*format, decoded.Text(), fresh, freshStyle, hooks);
     if (result.outcome == LoadOutcome::Unusable)
         return result;

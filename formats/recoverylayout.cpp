@@ -8,6 +8,9 @@ namespace {
 
 constexpr std::uint32_t MostUndoRecords = 100;
 
+/// In the place of an encoding: a code page, whose name follows.
+constexpr std::uint8_t NamedPage = 4;
+
 /// Titles in a row that carry the same write it once: this stands for that of the one
 /// before.
 constexpr std::uint32_t SameAsBefore = 0xFFFFFFFF;
@@ -27,7 +30,10 @@ void ReadKeptSami(PackedReader& reader, FileStyle& style) {
 namespace RecoveryLayout {
 
 void PutStyle(std::string& out, const FileStyle& style) {
-    PutNumber(out, static_cast<std::uint8_t>(style.encoding));
+    const bool named = style.encoding == FileStyle::Encoding::CodePage && !style.codePage.empty();
+    PutNumber(out, named ? NamedPage : static_cast<std::uint8_t>(style.encoding));
+    if (named)
+        PutText(out, style.codePage);
     PutNumber(out, static_cast<std::uint8_t>(style.byteOrderMark));
     PutText(out, style.format);
     PutText(out, style.kept);
@@ -35,7 +41,11 @@ void PutStyle(std::string& out, const FileStyle& style) {
 
 FileStyle ReadStyle(PackedReader& reader, std::uint32_t layout) {
     FileStyle style;
-    style.encoding = static_cast<FileStyle::Encoding>(reader.Below<std::uint8_t>(4));
+    const auto encoding = reader.Below<std::uint8_t>(NamedPage + 1);
+    style.encoding = encoding == NamedPage ? FileStyle::Encoding::CodePage
+                                           : static_cast<FileStyle::Encoding>(encoding);
+    if (encoding == NamedPage)
+        style.codePage = reader.Text();
     style.byteOrderMark = reader.Below<std::uint8_t>(2) != 0;
     if (layout == First) {
         ReadKeptSami(reader, style);

@@ -42,7 +42,8 @@ std::string Differs(std::optional<FileBytes> bytes, const Format& format, double
     try {
         if (!bytes)
             return "it cannot be read";
-        const DecodedText decoded(std::move(*bytes), codePage);
+        const DecodedText decoded(std::move(*bytes),
+                                  written.codePage.empty() ? codePage : written.codePage);
         SUBTITLES readBack;
         readBack.UndoEnabled(false);
         FileStyle style;

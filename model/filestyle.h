@@ -21,5 +21,9 @@ struct FileStyle {
     /// decides it.
     bool subRipStyles = false;
 
+    /// With `Encoding::CodePage` the page's usual name; empty: the one that whoever saves has
+    /// set.
+    std::string codePage = {};
+
     bool operator==(const FileStyle&) const = default;
 };

@@ -53,7 +53,7 @@ inline constexpr SettingRow SettingRows[] = {
     {"SEHeight", SettingType::Number, SettingRow::Designed, "frmEdit"},
     {"StretchLeft", SettingType::Number, SettingRow::Designed, "frmStretch"},
     {"StretchTop", SettingType::Number, SettingRow::Designed, "frmStretch"},
-    {"CodePage", SettingType::Text, "windows-1252", SettingRow::Nobody},
+    {"CodePage", SettingType::Text, "guess", SettingRow::Nobody},
     {"LagMs", SettingType::Number, "0", SettingRow::Nobody},
     {"Lane", SettingType::Number, "1", "frmQuelmar"},
     {"LaneHeight", SettingType::Number, "96", "frmQuelmar"},

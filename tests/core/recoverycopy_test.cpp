@@ -53,6 +53,17 @@ TEST(RecoveryCopy, ComesBackExactly) {
     EXPECT_EQ(document->titles.UndoCount(), 0);
 }
 
+TEST(RecoveryCopy, ACodePageComesBackWithItsName) {
+    for (const char* page : {"", "KOI8-R", "GB18030"}) {
+        RecoveryNotes notes = Notes();
+        notes.style.encoding = FileStyle::Encoding::CodePage;
+        notes.style.codePage = page;
+        const auto document = ReadRecoveryCopy(SealRecoveryCopy({Titles(), notes}, {}));
+        ASSERT_TRUE(document) << page;
+        EXPECT_EQ(document->notes, notes) << page;
+    }
+}
+
 TEST(RecoveryCopy, AnEmptyDocumentComesBack) {
     const auto document = ReadRecoveryCopy(SealRecoveryCopy({SUBTITLES(), RecoveryNotes()}, {}));
     ASSERT_TRUE(document);
