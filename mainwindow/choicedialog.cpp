@@ -97,6 +97,10 @@ void ChoiceDialog::LinesAdded() {
     lstChoices->setFocus();
 }
 
+void ChoiceDialog::ChooseLine(int line) {
+    lstChoices->setCurrentItem(lstChoices->topLevelItem(line));
+}
+
 std::optional<int> ChoiceDialog::Ask() {
     if (exec() != Accepted)
         return std::nullopt;

@@ -27,6 +27,7 @@ class ChoiceDialog : public QDialog {
     void SetLine(int line, int column, const QString& text);
     /// The columns are made as wide as their texts, and the first line that can be is chosen.
     void LinesAdded();
+    void ChooseLine(int line);
 
     QLabel* Label1;
     QTreeWidget* lstChoices;

@@ -9,6 +9,7 @@
 
 #include <QAction>
 #include <QGridLayout>
+#include <QMenu>
 #include <QRadioButton>
 #include <QSignalBlocker>
 #include <QStyle>
@@ -59,6 +60,9 @@ FilePanel::FilePanel(MainState& state, SubtitleFiles& files, QWidget* parent)
                                   "the little button to browse")))
     , actMended(txtSRT->addAction(style()->standardIcon(QStyle::SP_MessageBoxInformation),
                                   QLineEdit::TrailingPosition))
+    , actGuessed(txtSRT->addAction(style()->standardIcon(QStyle::SP_MessageBoxQuestion),
+                                   QLineEdit::TrailingPosition))
+    , actReadAs(new QAction(tr("&Read as..."), this))
     , cmdBrowseSRT(
           MakeBrowseButton(this, "cmdBrowseSRT", QStringLiteral("Browse for the subtitle file")))
     , Label6(MakeLabel(this, "Label6", QStringLiteral("When playing")))
@@ -81,6 +85,11 @@ FilePanel::FilePanel(MainState& state, SubtitleFiles& files, QWidget* parent)
     actMended->setObjectName("actMended");
     actMended->setText(tr("Mended"));
     actMended->setVisible(false);
+    actGuessed->setObjectName("actGuessed");
+    actGuessed->setText(tr("Read as..."));
+    actReadAs->setObjectName("actReadAs");
+    Files_ReadIn({}, false);
+    txtSRT->setContextMenuPolicy(Qt::CustomContextMenu);
     Label2->setBuddy(txtAVI);
     Label3->setBuddy(txtSRT);
     LayOut();
@@ -130,6 +139,10 @@ void FilePanel::ConnectControls() {
     On(actMended, &QAction::triggered, this, &FilePanel::actMended_Trigger);
     On(&m_files, &SubtitleFiles::Opened, this, &FilePanel::DocumentOpened);
     On(&m_files, &SubtitleFiles::Mended, this, &FilePanel::Files_Mended);
+    On(&m_files, &SubtitleFiles::ReadIn, this, &FilePanel::Files_ReadIn);
+    On(actGuessed, &QAction::triggered, this, &FilePanel::actReadAs_Trigger);
+    On(actReadAs, &QAction::triggered, this, &FilePanel::actReadAs_Trigger);
+    On(txtSRT, &QWidget::customContextMenuRequested, this, &FilePanel::txtSRT_ContextMenu);
 }
 
 QSize FilePanel::NeededSize() const {
@@ -249,6 +262,30 @@ void FilePanel::Files_Mended(const QString& what) {
     actMended->setToolTip(
         tr("The file was mended when it was read: %1.\nSaving writes it in the right form.")
             .arg(what));
+}
+
+void FilePanel::Files_ReadIn(const QString& codePage, bool guessed) {
+    guessed = guessed && !codePage.isEmpty();
+    actGuessed->setVisible(guessed);
+    actReadAs->setEnabled(!codePage.isEmpty());
+    if (codePage.isEmpty())
+        return;
+    const QString read = guessed ? tr("Read as %1, which is a guess.").arg(codePage)
+                                 : tr("Read as %1.").arg(codePage);
+    actGuessed->setToolTip(read + QLatin1Char('\n') + tr("Click to read it in another code page."));
+    emit Note(read);
+}
+
+void FilePanel::txtSRT_ContextMenu(const QPoint& place) {
+    QMenu* menu = txtSRT->createStandardContextMenu();
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addSeparator();
+    menu->addAction(actReadAs);
+    menu->popup(txtSRT->mapToGlobal(place));
+}
+
+void FilePanel::actReadAs_Trigger() {
+    m_files.ReadAs();
 }
 
 void FilePanel::actMended_Trigger() {

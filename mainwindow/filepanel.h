@@ -40,6 +40,8 @@ class FilePanel : public QWidget {
     QSize NeededSize() const;
 
   signals:
+    /// A short word about what was done.
+    void Note(const QString& text);
     /// The box names another film; if there is such a file, the player has it.
     void MediaNamed();
     /// The dialog for the film was closed.
@@ -66,6 +68,9 @@ class FilePanel : public QWidget {
     void cmdSave_Click();
     void cmdExit_Click();
     void Files_Mended(const QString& what);
+    void Files_ReadIn(const QString& codePage, bool guessed);
+    void txtSRT_ContextMenu(const QPoint& place);
+    void actReadAs_Trigger();
     void actMended_Trigger();
 
     MainState& m_state;
@@ -83,6 +88,9 @@ class FilePanel : public QWidget {
     QLineEdit* txtSRT;
     /// In the box while the titles are those of the tolerant reading.
     QAction* actMended;
+    /// In the box while the file's code page is a guess, and in the box's menu.
+    QAction* actGuessed;
+    QAction* actReadAs;
     QPushButton* cmdBrowseSRT;
     QLabel* Label6;
     QRadioButton* optShow;

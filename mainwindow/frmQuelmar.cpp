@@ -111,6 +111,7 @@ void frmQuelmar::ConnectParts() {
         m_actions->Refresh();
     });
     On(MP.get(), &MediaPlayerControl::SubtitlesWanted, PB.get(), &FilePanel::OpenSubtitlesInFilm);
+    connect(PB.get(), &FilePanel::Note, MP.get(), &MediaPlayerControl::ShowNote);
     connect(PB.get(), &FilePanel::EditClicked, this, &frmQuelmar::OpenEditor);
     connect(PB.get(), &FilePanel::ExitClicked, this, &QWidget::close);
     const SubtitleFiles* files = m_files.get();

@@ -1,9 +1,11 @@
 #include "mainwindow/subtitlefiles.h"
 
+#include "formats/guess.h"
 #include "formats/load.h"
 #include "mainwindow/frmFrameRate.h"
 #include "mainwindow/frmLanguages.h"
 #include "mainwindow/frmLoading.h"
+#include "mainwindow/frmReadAs.h"
 #include "mainwindow/frmTracks.h"
 #include "mainwindow/patientfiles.h"
 #include "media/mediafile.h"
@@ -151,13 +153,29 @@ void SubtitleFiles::StartNewFile() {
     m_saver.Opened({});
     document.Saved();
     emit Mended({});
+    emit ReadIn({}, false);
 }
 
 bool SubtitleFiles::LoadSubtitles(const QString& name) {
-    if (FormatByName(name.toStdString()) == nullptr && IsFilmName(name.toStdString()))
-        return LoadFromFilm(name);
+    return FormatByName(name.toStdString()) == nullptr && IsFilmName(name.toStdString())
+               ? LoadFromFilm(name)
+               : LoadSubtitles(name, m_codePage);
+}
+
+void SubtitleFiles::ReadAs() {
+    const QString name = QString::fromStdString(m_state.document.SubtitleFile);
+    const std::optional<FileBytes> bytes = ReadWholeFilePatiently(m_window, PathOf(name));
+    if (!bytes)
+        return;
+    const std::optional<std::string> page =
+        frmReadAs(bytes->View(), m_state.document.Style.codePage, m_window).AskPage();
+    if (page && SaveIfWished())
+        LoadSubtitles(name, *page);
+}
+
+bool SubtitleFiles::LoadSubtitles(const QString& name, const std::string& codePage) {
     const std::uint32_t before = m_state.document.Number();
-    const LoadResult result = LoadDocument(name);
+    const LoadResult result = LoadDocument(name, codePage);
     if (!result.message.empty())
         ShowMessage(m_window, MessageText(result.message));
     if (result.offer)
@@ -204,6 +222,7 @@ bool SubtitleFiles::LoadFromFilm(const QString& film) {
     document.SubtitlesChanged = false;
     document.Saved();
     emit Mended({});
+    emit ReadIn({}, false);
     return true;
 }
 
@@ -229,7 +248,7 @@ void SubtitleFiles::Offer(const MendOffer& offer) {
                                     : QString::fromStdString(MendSummary(offer.mends, true)));
 }
 
-LoadResult SubtitleFiles::LoadDocument(const QString& name) {
+LoadResult SubtitleFiles::LoadDocument(const QString& name, const std::string& codePage) {
     Document& document = m_state.document;
     const Step step(document.Subt);
     std::optional<frmLoading> loading;
@@ -251,7 +270,7 @@ LoadResult SubtitleFiles::LoadDocument(const QString& name) {
         replaced = true;
         document.BeginOther();
     };
-    LoadResult result = LoadTitles(PathOf(name), m_codePage, document.Subt, document.Style, hooks);
+    LoadResult result = LoadTitles(PathOf(name), codePage, document.Subt, document.Style, hooks);
     loading.reset();
     if (result.outcome != LoadOutcome::NotOpened)
         emit Opened();
@@ -260,6 +279,7 @@ LoadResult SubtitleFiles::LoadDocument(const QString& name) {
         document.SubtitlesChanged = false;
         document.Saved();
         emit Mended({});
+        emit ReadIn(QString::fromStdString(document.Style.codePage), codePage == GuessedPage);
     }
     return result;
 }

@@ -36,6 +36,8 @@ class SubtitleFiles : public QObject {
     bool Changed() const;
     /// Of a film, asks which of its subtitles. false: the document is the one it was.
     bool LoadSubtitles(const QString& name);
+    /// Asks for a code page, and reads the file at hand once more in that.
+    void ReadAs();
     /// One title from 1 s to 2 s in place of the document.
     void StartNewFile();
     /// false: the titles are not in a file.
@@ -44,6 +46,8 @@ class SubtitleFiles : public QObject {
   signals:
     /// There is a document that can be edited and saved.
     void Opened();
+    /// The file was read in this code page; empty: it is Unicode.
+    void ReadIn(const QString& codePage, bool guessed);
     void SaveDeclined();
     void FileEmptying();
     /// The document is the tolerant reading of its file, with what was mended (empty: it is
@@ -52,7 +56,8 @@ class SubtitleFiles : public QObject {
 
   private:
     Decision AskSaveFirst();
-    LoadResult LoadDocument(const QString& name);
+    bool LoadSubtitles(const QString& name, const std::string& codePage);
+    LoadResult LoadDocument(const QString& name, const std::string& codePage);
     bool LoadFromFilm(const QString& film);
     void Offer(const MendOffer& offer);
     /// `named`: what the file says of itself.
