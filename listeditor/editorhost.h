@@ -3,6 +3,7 @@
 #include "model/document.h"
 
 #include <QRect>
+#include <QString>
 
 #include <cstdint>
 #include <optional>
@@ -26,6 +27,8 @@ class EditorHost {
     virtual QRect PicturePlace() const { return FilmPlace(); }
     /// The title that the main window is showing or about to show; at least 1.
     virtual std::int32_t ShownTitle() const = 0;
+    /// Tells people shortly what was done, over the film's picture.
+    virtual void Say(const QString& /*what*/) {}
     /// Enables or disables `cmdEdit`, `cmdAdjust`, `cmdGreen` and `cmdBlue` together.
     virtual void EditButtonsEnabled(bool enabled) = 0;
 };

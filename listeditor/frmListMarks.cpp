@@ -3,6 +3,7 @@
 #include "dialogs/frmStretch.h"
 #include "dialogs/lefttyped.h"
 #include "editing/edittitle.h"
+#include "editing/numberstext.h"
 #include "listeditor/labeleditor.h"
 #include "listeditor/rowmodel.h"
 #include "listeditor/titleview.h"
@@ -268,11 +269,15 @@ void frmList::mnuTimeSecondHere_Click() {
 void frmList::StretchToMarks() {
     if (!(document().BlueMark() < document().GreenMark()))
         return ShowMessage(this, tr("Title times have been set to an illegal order."));
+    const QString titles = QString::fromStdString(NumbersText(SelectedRows(), RowCount()));
     auto* stretch = new frmStretch(*this, this);
     stretch->txtFirstSubtitle->setText(QString::fromStdString(FormatTime(document().BlueMark())));
     stretch->txtLastSubtitle->setText(QString::fromStdString(FormatTime(document().GreenMark())));
     stretch->show();
     stretch->cmdOK_Click();
+    // It closes when it has done it.
+    if (!stretch->isVisible())
+        m_host.Say(tr("Stretched %1").arg(titles));
 }
 
 void frmList::MarkChanged() {

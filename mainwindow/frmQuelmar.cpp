@@ -453,6 +453,10 @@ std::int32_t frmQuelmar::ShownTitle() const {
     return PB2->CurrentTitle();
 }
 
+void frmQuelmar::Say(const QString& what) {
+    MP->ShowNote(what);
+}
+
 void frmQuelmar::EditButtonsEnabled(bool enabled) {
     PB->EditEnabled(enabled);
     PB2->Marks().Enabled(enabled);

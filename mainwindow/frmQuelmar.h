@@ -67,6 +67,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     QRect FilmPlace() const override;
     QRect PicturePlace() const override;
     std::int32_t ShownTitle() const override;
+    void Say(const QString& what) override;
     void EditButtonsEnabled(bool enabled) override;
 
   signals:

@@ -6,6 +6,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QImage>
+#include <QLabel>
 #include <QTimer>
 
 #include <set>
@@ -188,6 +189,28 @@ TEST_F(MainWindowMarks, TwoMarksStretchTheSelectedTitles) {
     EXPECT_EQ(List().RowStart(3), "00:00:12,000");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(window->findChild<QWidget*>("frmStretch"), nullptr);
+}
+
+TEST_F(MainWindowMarks, AdjustSaysWhichTitlesItStretched) {
+    const std::vector<std::int32_t> rows{1, 2};
+    List().SelectTitles(rows);
+    player->CurrentPosition(2);
+    Click("cmdBlue");
+    player->CurrentPosition(12);
+    Click("cmdGreen");
+    Click("cmdAdjust");
+    EXPECT_EQ(The<QLabel>("mpNote").text(), "Stretched 2 of 3 titles, 1 to 2");
+}
+
+TEST_F(MainWindowMarks, WithNothingSelectedAdjustSaysSo) {
+    List().LV->clearSelection();
+    player->CurrentPosition(2);
+    Click("cmdBlue");
+    player->CurrentPosition(12);
+    Click("cmdGreen");
+    const Modals modals({AnswerMessage("No title is selected in the list.")});
+    Click("cmdAdjust");
+    EXPECT_EQ(Subt().StartTime(1), 1);
 }
 
 TEST_F(MainWindowMarks, TheTimingEntriesMarkAndStretchFromBothWindows) {
