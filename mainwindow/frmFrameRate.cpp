@@ -1,5 +1,7 @@
 #include "mainwindow/frmFrameRate.h"
 
+#include "dialogs/typedbox.h"
+#include "editing/typed.h"
 #include "mainwindow/handlers.h"
 #include "model/numbers.h"
 #include "model/times.h"
@@ -21,6 +23,14 @@ constexpr double UpperBound = 50;
 QString RateText(double rate) {
     return QString::fromStdString(NumberText(RoundTime(rate)));
 }
+
+std::optional<double> Rate(std::string_view text) {
+    const std::optional<double> rate = TypedNumber(text);
+    return rate && *rate > LowerBound && *rate < UpperBound ? rate : std::nullopt;
+}
+
+const TypedText LegalRate{"a frame rate",
+                          "A number of frames a second between 10 and 50, such as 23.976", Rate};
 
 } // namespace
 
@@ -53,7 +63,10 @@ frmFrameRate::frmFrameRate(Document& document, const KnownRates& known, QWidget*
     On(cmdFilmRate, &QPushButton::clicked, this, &frmFrameRate::cmdFilmRate_Click);
     On(cmdFileRate, &QPushButton::clicked, this, &frmFrameRate::cmdFileRate_Click);
     Form_Load();
+    m_typed = std::make_unique<TypedBox>(cboFramerate->lineEdit(), LegalRate);
 }
+
+frmFrameRate::~frmFrameRate() = default;
 
 void frmFrameRate::LayOut() {
     auto* row = new QHBoxLayout;
@@ -98,8 +111,8 @@ void frmFrameRate::cmdFileRate_Click() {
 }
 
 void frmFrameRate::cmdOK_Click() {
-    const auto rate = Number(cboFramerate->currentText().toStdString());
-    if (!rate || !(*rate > LowerBound && *rate < UpperBound)) {
+    const auto rate = m_typed->Value();
+    if (!rate) {
         ShowMessage(this, tr("Illegal frame rate!"), MessageIcon::Exclamation);
         return;
     }

@@ -4,8 +4,11 @@
 
 #include <QDialog>
 
+#include <memory>
+
 class QComboBox;
 class QPushButton;
+class TypedBox;
 
 /// Rates that are known beside the document's; 0: not known.
 struct KnownRates {
@@ -21,6 +24,7 @@ class frmFrameRate : public QDialog {
 
   public:
     frmFrameRate(Document& document, const KnownRates& known, QWidget* parent);
+    ~frmFrameRate() override;
 
   private:
     void Form_Load();
@@ -36,4 +40,5 @@ class frmFrameRate : public QDialog {
     QPushButton* cmdOK;
     QPushButton* cmdFilmRate;
     QPushButton* cmdFileRate;
+    std::unique_ptr<TypedBox> m_typed;
 };

@@ -1,5 +1,6 @@
 #include "mainwindow/timegroup.h"
 
+#include "editing/typed.h"
 #include "mainwindow/handlers.h"
 #include "mainwindow/panelcontrols.h"
 #include "model/times.h"
@@ -9,6 +10,17 @@
 #include <QScopedValueRollback>
 #include <QTimer>
 
+namespace {
+
+/// An empty box waits for a time; there is nothing wrong with it.
+std::optional<double> TimeOrNone(std::string_view text) {
+    return text.empty() ? 0 : TypedTime(text);
+}
+
+const TypedText FilmTime{"a time", "A time, such as 00:01:02,300, 1:02.3 or 62.3", TimeOrNone};
+
+} // namespace
+
 TimeGroup::TimeGroup(Player& player, QWidget* panel)
     : QObject(panel)
     , Label1(MakeLabel(panel, "Label1", QStringLiteral("Time:")))
@@ -17,6 +29,7 @@ TimeGroup::TimeGroup(Player& player, QWidget* panel)
                                    "exact point in the media")))
     , UDTime(Named(new UpDown(panel), "UDTime", tr("Move in the media")))
     , m_player(player)
+    , m_typed(txtTime, FilmTime)
     , tmrUDTime(MakeTimer(this, "tmrUDTime", TimeSpinner::NextInterval)) {
     Label1->setBuddy(txtTime);
     constexpr double ClickSeconds = 20;
@@ -60,8 +73,10 @@ void TimeGroup::txtTime_Change() {
     const std::string text = txtTime->text().toStdString();
     if (m_timeBoxUpdating && text == FormatTime(m_player.CurrentPosition()))
         return;
-    if ((state == Player::Paused && !m_timeBoxUpdating) || state == Player::Stopped)
-        m_player.CurrentPosition(ParseTime(text));
+    const std::optional<double> time = m_typed.Value();
+    if (time && !text.empty() &&
+        ((state == Player::Paused && !m_timeBoxUpdating) || state == Player::Stopped))
+        m_player.CurrentPosition(*time);
 }
 
 TimeSpinner::Place TimeGroup::SpinnerPlace() const {
@@ -74,7 +89,8 @@ void TimeGroup::JumpTo(std::optional<double> position) {
 }
 
 void TimeGroup::UDTime_MouseDown(int y) {
-    m_spinner.MouseDown(y, UDTime->height());
+    // The middle row belongs to the arrow that is drawn there.
+    m_spinner.MouseDown(UDTime->IsUpper(y) ? 0 : UDTime->height(), UDTime->height());
     tmrUDTime->start(TimeSpinner::FirstInterval);
 }
 

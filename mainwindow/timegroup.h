@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dialogs/typedbox.h"
 #include "mainwindow/timespinner.h"
 #include "player/player.h"
 
@@ -40,6 +41,7 @@ class TimeGroup : public QObject {
     void JumpTo(std::optional<double> position);
 
     Player& m_player;
+    TypedBox m_typed;
     QTimer* tmrUDTime;
     TimeSpinner m_spinner;
     bool m_timeBoxUpdating = false;

@@ -1,3 +1,4 @@
+#include "platform/updown.h"
 #include "tests/windows/mainwindowtest.h"
 
 #include <QAction>
@@ -118,6 +119,50 @@ TEST_F(MainWindowTimes, AnEndWithoutAStartLimitsNothing) {
     player->Advance(30);
     EXPECT_EQ(player->State(), Player::Playing);
     EXPECT_EQ(player->CurrentPosition(), 40);
+}
+
+TEST_F(MainWindowTimes, ShortFormsOfATimeLeadTheFilmToo) {
+    Line("txtTime").setFocus();
+    const struct {
+        const char* text;
+        double position;
+    } rows[] = {{"00:01:02,300", 62.3}, {"0:01:02.3", 62.3}, {"1:05", 65},
+                {"7,25", 7.25},         {"00:02:00", 120},   {"5.", 5}};
+    for (const auto& row : rows) {
+        Line("txtTime").setText(row.text);
+        EXPECT_EQ(player->CurrentPosition(), row.position) << row.text;
+    }
+}
+
+TEST_F(MainWindowTimes, WhatIsNoTimeIsMarkedAndMovesNothing) {
+    player->CurrentPosition(20);
+    QLineEdit& box = Line("txtTime");
+    box.setFocus();
+    const QColor usual = box.palette().color(QPalette::Base);
+    const QString tip = box.toolTip();
+    for (const char* text : {"0:0:0:1", "abc", "1e-400", "5..5", "-"}) {
+        box.setText(text);
+        EXPECT_EQ(player->CurrentPosition(), 20) << text;
+        EXPECT_NE(box.palette().color(QPalette::Base), usual) << text;
+        EXPECT_EQ(box.toolTip(), "A time, such as 00:01:02,300, 1:02.3 or 62.3") << text;
+    }
+    box.clear();
+    EXPECT_EQ(player->CurrentPosition(), 20);
+    EXPECT_EQ(box.palette().color(QPalette::Base), usual);
+    EXPECT_EQ(box.toolTip(), tip);
+}
+
+TEST_F(MainWindowTimes, TheSpinnersMiddleRowStepsTheWayThatIsDrawn) {
+    player->CurrentPosition(20);
+    auto& spinner = The<UpDown>("UDTime");
+    auto& repeat = The<QTimer>("tmrUDTime");
+    for (int y = 0; y < spinner.height(); ++y) {
+        player->CurrentPosition(20);
+        QTest::mousePress(&spinner, Qt::LeftButton, {}, QPoint(spinner.width() / 2, y));
+        QMetaObject::invokeMethod(&repeat, "timeout");
+        EXPECT_DOUBLE_EQ(player->CurrentPosition(), spinner.IsUpper(y) ? 20.1 : 19.9) << y;
+        QTest::mouseRelease(&spinner, Qt::LeftButton, {}, QPoint(spinner.width() / 2, y));
+    }
 }
 
 TEST_F(MainWindowTimes, EachSelectionBoxHasAClearButton) {

@@ -153,6 +153,7 @@ TEST_F(FrameRateDialog, AcceptsRatesBetweenTenAndFifty) {
                                      {"49.999", 49.999},
                                      {"23.976", 23.976},
                                      {" 29.97 ", 29.97},
+                                     {"25,5", 25.5},
                                      {"12.3456789", 12.3456789}}) {
         EXPECT_TRUE(Enter(text)) << text;
         EXPECT_EQ(document.FrameRate, rate);
@@ -163,13 +164,26 @@ TEST_F(FrameRateDialog, AcceptsRatesBetweenTenAndFifty) {
 TEST_F(FrameRateDialog, RefusesAllOthers) {
     document.FrameRate = 24;
     for (const char* text :
-         {"10", "50", "0", "-25", "1000", "", "abc", "25 frames", "25,5", "nan", "inf"}) {
+         {"10", "50", "0", "-25", "1000", "", "abc", "25 frames", "25..5", "25.5.", "nan", "inf"}) {
         message.clear();
         EXPECT_FALSE(Enter(text)) << text;
         EXPECT_EQ(message.toStdString(), "Illegal frame rate!") << text;
         EXPECT_EQ(icon, QMessageBox::Warning);
         EXPECT_EQ(document.FrameRate, 24) << text;
     }
+}
+
+TEST_F(FrameRateDialog, MarksWhatIsNoLegalRate) {
+    frmFrameRate dialog(document, {}, nullptr);
+    auto& box = Child<QComboBox>(dialog, "cboFramerate");
+    const QColor usual = box.palette().color(QPalette::Base);
+    for (const char* text : {"fast", "10", "50", "25..5", ""}) {
+        box.setEditText(text);
+        EXPECT_NE(box.palette().color(QPalette::Base), usual) << text;
+        EXPECT_EQ(box.toolTip(), "A number of frames a second between 10 and 50, such as 23.976");
+    }
+    box.setEditText("23,976");
+    EXPECT_EQ(box.palette().color(QPalette::Base), usual);
 }
 
 TEST_F(FrameRateDialog, AlwaysOffersTheFiveRates) {
