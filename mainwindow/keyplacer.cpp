@@ -163,12 +163,30 @@ bool KeyPlacer::eventFilter(QObject* watched, QEvent* event) {
         return false;
     }
     auto* receiver = qobject_cast<QWidget*>(watched);
-    if (receiver == nullptr || receiver->window() != m_window)
+    if (receiver == nullptr)
         return false;
+    if (receiver->window() != m_window)
+        return HeldKeyElsewhere(*event);
     bool taken = false;
     Guarded([&] { taken = KeyPreview(*receiver, *event); });
     if (taken)
         event->accept();
+    return taken;
+}
+
+/// A key that went down in this window and is held while a menu or another window has
+/// the keyboard: it repeats and comes up there.
+bool KeyPlacer::HeldKeyElsewhere(QEvent& event) {
+    const bool press = event.type() == QEvent::KeyPress;
+    if ((!press && event.type() != QEvent::KeyRelease) || !m_placing.KeyIsDown())
+        return false;
+    bool taken = false;
+    Guarded([&] {
+        const auto& key = static_cast<QKeyEvent&>(event);
+        taken = press ? Form_KeyDown(key) : Form_KeyUp(key);
+    });
+    if (taken)
+        event.accept();
     return taken;
 }
 

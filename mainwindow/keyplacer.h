@@ -47,6 +47,7 @@ class KeyPlacer : public QObject {
     void MP_PlayStateChange(int oldState, int newState);
     void MP_PositionChange(double oldPosition, double newPosition);
     void DisplayStopping(std::int32_t title);
+    bool HeldKeyElsewhere(QEvent& event);
     bool KeyPreview(QWidget& receiver, QEvent& event);
     bool Form_KeyDown(const QKeyEvent& event);
     bool Form_KeyUp(const QKeyEvent& event);

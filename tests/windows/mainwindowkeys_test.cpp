@@ -3,6 +3,7 @@
 #include "tests/windows/mainwindowtest.h"
 
 #include <QLabel>
+#include <QMenu>
 
 namespace {
 
@@ -242,6 +243,30 @@ TEST_F(MainWindowKeys, KeysOfOtherWindowsAreNotForTheMainWindow) {
     QTest::keyClick(list.LV, Qt::Key_Space);
     EXPECT_FALSE(Changed());
     ExpectTimes(1, 1, 3);
+}
+
+TEST_F(MainWindowKeys, AReleaseInAnotherWindowEndsTheTitleThere) {
+    Click("cmdEdit");
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->isActiveWindow(); }, 30'000));
+    window->setFocus();
+    QMenu menu;
+    auto& list = The<frmList>("frmList");
+    for (QWidget* elsewhere : {static_cast<QWidget*>(&menu), static_cast<QWidget*>(list.LV)}) {
+        const std::int32_t title = window->ShownTitle();
+        const double start = player->CurrentPosition();
+        Press();
+        player->Advance(0.25);
+        QTest::keyPress(elsewhere, Qt::Key_Space);
+        player->Advance(0.25);
+        QTest::keyRelease(elsewhere, Qt::Key_Space);
+        ExpectTimes(title, start, start + 0.5);
+        EXPECT_EQ(window->ShownTitle(), title + 1);
+        player->Advance(0.25);
+    }
+    // The next one is placed as ever.
+    Place(5, 5.5);
+    ExpectTimes(3, 5, 5.5);
 }
 
 TEST_F(MainWindowKeys, TheListEditorShowsTheNewTimes) {
