@@ -1,5 +1,6 @@
 #include "mainwindow/mainactions.h"
 
+#include "listeditor/frmList.h"
 #include "mainwindow/displaypanel.h"
 #include "mainwindow/handlers.h"
 #include "mainwindow/keyplacer.h"
@@ -9,6 +10,7 @@
 
 #include <QAction>
 #include <QKeySequence>
+#include <QLineEdit>
 
 #include <algorithm>
 
@@ -136,17 +138,29 @@ QString MainActions::Keys(const char* name) const {
 }
 
 std::vector<MainActions::Line> MainActions::Lines() const {
-    std::vector<Line> lines;
+    std::vector<Line> lines{{m_display.KeyBox().text(), tr("Hold it: place the title")}};
     for (const Row& row : Rows)
         lines.push_back({Keys(row.name), QString::fromLatin1(row.text)});
-    // The list editor's own, which work in both windows.
-    lines.push_back(
-        {QStringLiteral("Ctrl+B"), tr("First mark starts here (the list editor is open)")});
-    lines.push_back(
-        {QStringLiteral("Ctrl+G"), tr("Second mark starts here (the list editor is open)")});
-    lines.push_back(
-        {QStringLiteral("Ctrl+J"), tr("Stretch to both marks (the list editor is open)")});
+    for (const ListCommand& command : frmList::Commands())
+        AddListCommand(lines, command);
     return lines;
+}
+
+void MainActions::AddListCommand(std::vector<Line>& lines, const ListCommand& command) {
+    const QKeySequence shortcut(QString::fromLatin1(command.shortcut));
+    const QString keys = shortcut.toString(QKeySequence::NativeText);
+    const bool told = std::any_of(lines.begin(), lines.end(),
+                                  [&](const Line& line) { return line.keys == keys; });
+    if (shortcut.isEmpty() || told)
+        return;
+    QString text = QString::fromLatin1(command.toolTip);
+    if (text.isEmpty())
+        text = QString::fromLatin1(command.entryCaption)
+                   .remove(QLatin1Char('&'))
+                   .remove(QStringLiteral("..."));
+    const QString where =
+        command.everywhere ? tr("%1 (while the list is open)") : tr("In the list: %1");
+    lines.push_back({keys, where.arg(text)});
 }
 
 void MainActions::Move(double seconds) {

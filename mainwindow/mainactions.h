@@ -10,6 +10,7 @@
 
 class DisplayPanel;
 class KeyPlacer;
+struct ListCommand;
 class QAction;
 class TransportButtons;
 
@@ -69,6 +70,7 @@ class MainActions : public QObject {
     void TakeBack();
     void GoBack();
 
+    static void AddListCommand(std::vector<Line>& lines, const ListCommand& command);
     void Move(double seconds);
 
     MainState& m_state;

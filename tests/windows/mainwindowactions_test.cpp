@@ -228,6 +228,12 @@ TEST_F(MainWindowActions, F1ListsEveryKeyOnce) {
     for (const QAction* action : window->actions())
         EXPECT_EQ(keys.count(action->shortcut().toString(QKeySequence::NativeText)), 1)
             << action->objectName().toStdString();
+    for (const ListCommand& command : frmList::Commands())
+        if (const QKeySequence key(QString::fromLatin1(command.shortcut)); !key.isEmpty()) {
+            EXPECT_EQ(keys.count(key.toString(QKeySequence::NativeText)), 1) << command.shortcut;
+        }
+    EXPECT_EQ(keys.first(), "Space");
+    EXPECT_LT(keys.indexOf("Ctrl+P"), keys.indexOf("PgDown"));
     Child<QPushButton>(list.window()[0], "cmdClose").click();
 }
 
