@@ -7,6 +7,7 @@
 #include "formats/save.h"
 #include "mainwindow/frmQuelmar.h"
 #include "player/mediapicture.h"
+#include "player/mediaplayercontrol.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -64,8 +65,9 @@ double Share(const QString& program, const QStringList& arguments) {
     return share;
 }
 
-int Play(const QString& film, const QString& titles) {
+int Play(const QString& film, const QString& titles, bool onPicture) {
     frmQuelmar window;
+    window.findChild<MediaPlayerControl*>()->TitlesOnPicture(onPicture);
     window.show();
     const auto* picture = window.findChild<MediaPicture*>();
     window.resize(window.size() + Picture - picture->size());
@@ -96,16 +98,24 @@ int Compare(int runs) {
     QProcess::execute("ffmpeg", {"-v", "error", "-stream_loop", QString::number(Repeats - 1), "-i",
                                  once, "-c", "copy", film});
     const QString titles = folder.filePath("titles.srt");
-    SaveTitles(titles.toStdString(), {}, GeneratedTitles(Titles), {}, {});
+    SUBTITLES generated = GeneratedTitles(Titles);
+    // As long as titles are: one after the other, two to three seconds each.
+    constexpr double Longer = 14;
+    for (std::int32_t i = 1; i <= generated.Count(); ++i)
+        generated.SetTimes(i, generated.StartTime(i) * Longer, generated.EndTime(i) * Longer);
+    SaveTitles(titles.toStdString(), {}, generated, {}, {});
     const QString mpv = QStandardPaths::findExecutable("mpv");
     if (mpv.isEmpty() || QGuiApplication::platformName() != QLatin1String("xcb")) {
         std::fprintf(stderr, "needs an X server and the program mpv\n");
         return 2;
     }
     std::vector<double> ours;
+    std::vector<double> bare;
     std::vector<double> theirs;
     for (int run = 0; run < runs; ++run) {
         ours.push_back(Share(QCoreApplication::applicationFilePath(), {"--play", film, titles}));
+        bare.push_back(
+            Share(QCoreApplication::applicationFilePath(), {"--play", film, titles, "bare"}));
         theirs.push_back(Share(mpv, {"--no-config", "--vo=x11", "--ao=null", "--hwdec=no",
                                      "--osc=no", "--geometry=1280x720", film}));
     }
@@ -117,6 +127,7 @@ int Compare(int runs) {
                     100 * *std::max_element(values.begin(), values.end()));
     };
     print("Quelmar", ours);
+    print("the same without titles on the picture", bare);
     print("mpv --vo=x11", theirs);
     std::printf("\nratio %.2f\n", Median(ours) / Median(theirs));
     return 0;
@@ -130,6 +141,6 @@ int main(int argc, char** argv) {
     std::setlocale(LC_NUMERIC, "C");
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == "--play")
-        return Play(arguments.value(2), arguments.value(3));
+        return Play(arguments.value(2), arguments.value(3), arguments.value(4) != "bare");
     return Compare(arguments.size() > 1 ? std::max(1, arguments.at(1).toInt()) : 5);
 }
