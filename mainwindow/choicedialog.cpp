@@ -14,6 +14,7 @@ namespace {
 constexpr int ColumnGap = 16;
 /// The list is at least that many letters wide and lines high.
 constexpr int Letters = 60;
+constexpr int MostLetters = 120;
 constexpr int VisibleLines = 8;
 
 bool IsNumber(const QString& text) {
@@ -85,10 +86,15 @@ void ChoiceDialog::SetLine(int line, int column, const QString& text) {
 }
 
 void ChoiceDialog::LinesAdded() {
+    int width = 2 * ColumnGap;
     for (int column = 0; column < lstChoices->columnCount(); ++column) {
         lstChoices->resizeColumnToContents(column);
         lstChoices->setColumnWidth(column, lstChoices->columnWidth(column) + ColumnGap);
+        width += lstChoices->columnWidth(column);
     }
+    // All columns show, unless their texts are longer than anybody reads.
+    const int letter = fontMetrics().averageCharWidth();
+    lstChoices->setMinimumWidth(qBound(letter * Letters, width, letter * MostLetters));
     lstChoices->setCurrentItem(nullptr);
     for (int line = lstChoices->topLevelItemCount() - 1; line >= 0; --line)
         if (!lstChoices->topLevelItem(line)->isDisabled())

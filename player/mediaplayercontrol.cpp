@@ -305,7 +305,9 @@ void MediaPlayerControl::contextMenuEvent(QContextMenuEvent* event) {
     connect(titles, &QAction::toggled, this, [this](bool on) { TitlesOnPicture(on); });
     QAction* inFilm = menu->addAction(tr("Su&btitles in this film..."));
     inFilm->setObjectName(QStringLiteral("mpSubtitles"));
-    connect(inFilm, &QAction::triggered, this, &MediaPlayerControl::SubtitlesWanted);
+    // The answer is a dialog, and the menu must not be deleted in its loop.
+    connect(inFilm, &QAction::triggered, this, &MediaPlayerControl::SubtitlesWanted,
+            Qt::QueuedConnection);
     menu->popup(event->globalPos());
 }
 
