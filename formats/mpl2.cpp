@@ -85,11 +85,19 @@ void AppendText(std::string_view text, std::string& out) {
         const std::string_view line = lines.Next();
         if (!first)
             out += '|';
-        if (italic || line.starts_with("<i>"))
+        std::string plain;
+        StripTags(line, plain);
+        const bool slanted = italic || line.starts_with("<i>");
+        if (slanted)
             out += '/';
-        else if (line.starts_with('/'))
-            out += ' ';
-        StripTags(line, out);
+        // Any other slash at the begin of a line would mean italics, and a bar begins one.
+        bool begins = !slanted;
+        for (const char c : plain) {
+            if (c == '/' && begins)
+                out += ' ';
+            out += c;
+            begins = c == '|';
+        }
         const std::size_t on = line.rfind("<i>");
         const std::size_t off = line.rfind("</i>");
         if (on != std::string_view::npos || off != std::string_view::npos)
