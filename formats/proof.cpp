@@ -38,6 +38,32 @@ void DropBreak(std::string& words) {
         words.resize(from + open);
 }
 
+std::size_t MarkAt(std::string_view text) {
+    if (text.front() != '<' && text.front() != '{')
+        return 0;
+    for (const std::string_view mark : Marks)
+        if (text.starts_with(mark))
+            return mark.size();
+    return 0;
+}
+
+/// Marks of the one may lack in the other.
+bool SameBesideMarks(std::string_view one, std::string_view other) {
+    while (true) {
+        const auto differ = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+        one.remove_prefix(static_cast<std::size_t>(differ.first - one.begin()));
+        other.remove_prefix(static_cast<std::size_t>(differ.second - other.begin()));
+        if (one.empty() && other.empty())
+            return true;
+        std::string_view& marked =
+            one.empty() || (!other.empty() && MarkAt(other) > 0) ? other : one;
+        const std::size_t mark = MarkAt(marked);
+        if (mark == 0)
+            return false;
+        marked.remove_prefix(mark);
+    }
+}
+
 void ReadMarkup(std::string& words) {
     constexpr std::string_view Less = "&lt;";
     if (words.ends_with(Less))
@@ -66,9 +92,10 @@ class Held {
     }
     std::int32_t Number() const { return m_number; }
     std::string Words() const { return WordsOf(m_format, PlainText()); }
-    /// Most texts are the same to the letter, which needs no look at their words.
+    /// Most texts are the same to the letter or but for their marks, which needs no look at
+    /// their words.
     bool HasWordsOf(const Held& other) const {
-        return m_titles.Text(m_number) == other.m_titles.Text(other.m_number) ||
+        return SameBesideMarks(m_titles.Text(m_number), other.m_titles.Text(other.m_number)) ||
                Words() == other.Words();
     }
     double Start() const { return m_titles.StartTime(m_number); }

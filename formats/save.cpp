@@ -46,6 +46,7 @@ std::string Differs(std::optional<FileBytes> bytes, const Format& format, double
                                   written.codePage.empty() ? codePage : written.codePage);
         SUBTITLES readBack;
         readBack.UndoEnabled(false);
+        readBack.Reserve(titles.Count());
         FileStyle style;
         const ReadOutcome outcome =
             format.read(decoded.Text(), frameRate, readBack, style, Progress());
