@@ -1,12 +1,15 @@
 // Makes every call that a save makes on its files fail in turn, in every way a disk, a
 // signal or a kill can make it fail, and looks at what is left:
-// quelmar_failing [cli|window] [STEP]. With a STEP every STEPth call is tried, which
-// is what the tests do for the window.
+// quelmar_failing [cli|window] [STEP [power]]. With a STEP every STEPth call is tried, which
+// is what the tests do for the window. With "power" the program is killed at each call, and
+// the disk, which holds the file and the state folder, loses its power at that moment: what
+// was not flushed to it is gone. That takes root.
 
 #include "base/savejournal.h"
 #include "base/wholefile.h"
 #include "formats/recoverycopy.h"
 #include "platform/recoverystore.h"
+#include "tests/reliability/powerless.h"
 
 #include <QCoreApplication>
 #include <QTemporaryDir>
@@ -16,6 +19,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -65,9 +69,11 @@ std::string Bytes(const fs::path& file) {
 /// One program that saves, in a folder of its own.
 class Trial {
   public:
-    explicit Trial(const Scenario& scenario)
+    explicit Trial(const Scenario& scenario, bool power = false)
         : m_scenario(scenario)
-        , m_folder(m_temporary.path().toStdString()) {
+        , m_disk(power ? std::make_unique<PowerlessDisk>(m_temporary.path()) : nullptr)
+        , m_folder((m_disk ? m_disk->Path() + "/work" : m_temporary.path()).toStdString()) {
+        fs::create_directories(m_folder);
         WriteWholeFile(m_folder / "source.srt", SourceBytes, false);
         if (scenario.target == Target::Other || scenario.target == Target::Linked)
             WriteWholeFile(Saved(), OtherBytes, false);
@@ -75,11 +81,14 @@ class Trial {
             fs::create_hard_link(Saved(), m_folder / "other.srt");
         fs::create_directories(State());
         m_before = Bytes(Saved());
+        if (m_disk)
+            m_disk->Flush();
     }
+    bool Ready() const { return !m_disk || m_disk->Mounted(); }
 
     /// How often the call could have failed.
     long Run(const char* kind, long at) {
-        const fs::path report = m_folder.parent_path() / (m_folder.filename().string() + "-calls");
+        const fs::path report = m_temporary.path().toStdString() + "-calls";
         const std::vector<std::string> environment{
             "LD_PRELOAD=" QUELMAR_FAULTS,
             "QUELMAR_FAULT_FOLDER=" + m_folder.string(),
@@ -89,6 +98,8 @@ class Trial {
             "XDG_STATE_HOME=" + (m_folder / "state").string(),
             "XDG_CONFIG_HOME=" + m_folder.string() + "-config"};
         m_status = Execute(environment);
+        if (m_disk && at > 0)
+            m_disk->CutPower();
         const long calls = std::atol(Bytes(report).c_str());
         fs::remove(report);
         return calls;
@@ -168,6 +179,7 @@ class Trial {
 
     const Scenario& m_scenario;
     const QTemporaryDir m_temporary;
+    const std::unique_ptr<PowerlessDisk> m_disk;
     const fs::path m_folder;
     std::string m_before;
     int m_status = 0;
@@ -203,6 +215,26 @@ Count Try(const Scenario& scenario, const char* kind, const std::string& wanted,
     return count;
 }
 
+/// After the last call the program ends by itself, and what it said must hold.
+Count TryPower(const Scenario& scenario, const std::string& wanted, long step) {
+    Count count;
+    const long last = Trial(scenario).Run("KILL", 0) + 1;
+    for (long at = 1; at <= last; at += at < last ? std::min(step, last - at) : 1) {
+        Trial trial(scenario, true);
+        if (!trial.Ready()) {
+            std::printf("no disk can be mounted: that takes root\n");
+            return {1, 0};
+        }
+        trial.Run("KILL", at);
+        const std::string loss = trial.Loss(wanted, true);
+        ++count.tried;
+        count.good += loss.empty() ? 1 : 0;
+        if (!loss.empty())
+            std::printf("FAILED: %s, power cut at %ld: %s\n", scenario.name, at, loss.c_str());
+    }
+    return count;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -210,6 +242,7 @@ int main(int argc, char** argv) {
     const QStringList arguments = QCoreApplication::arguments();
     const QString only = arguments.value(1);
     const long step = std::max(1, arguments.value(2, "1").toInt());
+    const bool power = arguments.value(3) == "power";
     Count all;
     for (const Scenario& scenario : Scenarios) {
         if (!only.isEmpty() && (only == "window") != scenario.window)
@@ -219,13 +252,17 @@ int main(int argc, char** argv) {
             std::printf("FAILED: %s saves nothing\n", scenario.name);
             return EXIT_FAILURE;
         }
-        for (const char* kind : Kinds) {
-            const Count count = Try(scenario, kind, wanted, step);
+        const auto add = [&](const char* kind, const Count& count) {
             std::printf("%s, %s: %d of %d\n", scenario.name, kind, count.good, count.tried);
             std::fflush(stdout);
             all.tried += count.tried;
             all.good += count.good;
-        }
+        };
+        if (power)
+            add("power cut", TryPower(scenario, wanted, step));
+        else
+            for (const char* kind : Kinds)
+                add(kind, Try(scenario, kind, wanted, step));
     }
     std::printf("%d of %d left the file whole and the titles within reach\n", all.good, all.tried);
     return all.good == all.tried && all.tried > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
