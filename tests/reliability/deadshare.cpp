@@ -9,6 +9,7 @@
 #include "tests/reliability/dyingshare.h"
 
 #include <QCoreApplication>
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -69,7 +70,9 @@ class Trial {
             environment << "LD_PRELOAD=" QUELMAR_FAULTS << "QUELMAR_FAULT_FOLDER=" + Share()
                         << QStringLiteral("QUELMAR_FAULT=%1").arg(at == 0 ? "EIO" : "HANG")
                         << QStringLiteral("QUELMAR_FAULT_AT=%1").arg(at)
-                        << "QUELMAR_FAULT_REPORT=" + In("calls") << "QUELMAR_FAULT_WAIT=1";
+                        << "QUELMAR_FAULT_REPORT=" + In("calls");
+        if (what != "restore")
+            environment << "QUELMAR_FAULT_WAIT=1";
         program.setEnvironment(environment);
         program.setWorkingDirectory(In("config"));
         program.start(QUELMAR_STRANDED,
@@ -160,6 +163,28 @@ bool TryFaults(bool stateOnShare) {
                   LossOfAll(trial, !stateOnShare));
 }
 
+bool TryRestore() {
+    Trial trial;
+    trial.PutFiles();
+    SUBTITLES titles;
+    titles.Add(1, 2, "kept");
+    RecoveryNotes notes;
+    notes.mediaFile = (trial.Share() + "/film.avi").toStdString();
+    notes.subtitleFile = (trial.Share() + "/film.srt").toStdString();
+    {
+        RecoveryStore store(trial.In("state") + "/Tevo/Quelmar");
+        store.Post([&] {
+            return std::optional(
+                SealRecoveryCopy({titles, notes}, {QDateTime::currentSecsSinceEpoch(), false}));
+        });
+    }
+    trial.Run("restore", 1, [] {});
+    std::string loss = trial.Loss();
+    if (loss.empty() && !trial.CopyHolds("kept"))
+        loss = "the work is gone";
+    return Report("restoring", trial, loss);
+}
+
 bool TryFuse() {
     Trial trial;
     DyingShare share(trial.Share().toStdString(), Trial::Files());
@@ -212,6 +237,7 @@ int main(int argc, char** argv) {
     } else {
         for (const bool stateOnShare : {false, true})
             good = TryFaults(stateOnShare) && good;
+        good = TryRestore() && good;
         good = TrySave(step) && good;
     }
     return good ? EXIT_SUCCESS : EXIT_FAILURE;

@@ -1,10 +1,11 @@
-// The program with a person in it whose share dies: quelmar_stranded all|save FILM SUBTITLES
-// OTHER TARGET LOCAL DEAD. Film, subtitles and another subtitle file lie on the share.
+// The program with a person in it whose share dies: quelmar_stranded all|save|restore FILM
+// SUBTITLES OTHER TARGET LOCAL DEAD. Film, subtitles and another subtitle file lie on the share.
 //
 // all: edits, and when the share is dead (access("/quelmar/faults", 0) kills it, or there is
 // the file DEAD) tries to open the other file, saves to LOCAL, edits again and leaves by the
 // Exit button. save: edits and saves to TARGET; the share dies when the writing begins; then
-// leaves. Waiting windows are cancelled, questions answered with No.
+// leaves. restore: the share is dead from the start; takes the work back that is offered. Waiting
+// windows are cancelled, questions answered with No.
 //
 // Says on standard output what went wrong, how long the window stood still at most, and
 // "leaving" when the Exit button is pressed.
@@ -59,6 +60,7 @@ class Person {
   public:
     explicit Person(const QStringList& arguments)
         : m_all(arguments.value(1) == "all")
+        , m_restores(arguments.value(1) == "restore")
         , m_other(arguments.value(4))
         , m_target(arguments.value(5))
         , m_local(arguments.value(6))
@@ -86,11 +88,18 @@ class Person {
                 m_window = found;
         if (m_window == nullptr)
             return QTimer::singleShot(20, &m_answer, [this] { Begin(); });
+        if (m_restores)
+            m_heart.Start();
         WaitFor(LongestOpening,
                 [this] { return m_window->Subt.Count() > 0 && (m_window->AVIFileOK || !m_all); });
         Expect(m_window->Subt.Count() > 0, "no titles");
-        Edit("edited");
-        m_all ? Live() : Save();
+        if (m_restores) {
+            Expect(m_window->Subt.Text(1) == "kept", "not restored");
+            WaitFor(Watching, [] { return false; });
+        } else {
+            Edit("edited");
+            m_all ? Live() : Save();
+        }
         std::printf("stood still for %lld ms\nleaving\n",
                     static_cast<long long>(m_heart.Longest()));
         std::fflush(stdout);
@@ -147,6 +156,8 @@ class Person {
             QAbstractButton* answer = box->button(QMessageBox::No);
             if (box->text().contains(" already exists."))
                 answer = box->button(QMessageBox::Yes);
+            if (box->objectName() == "RecoveryQuestion")
+                answer = box->buttons().constFirst();
             if (answer == nullptr) {
                 m_complained = true;
                 answer = box->buttons().constFirst();
@@ -158,6 +169,7 @@ class Person {
     }
 
     const bool m_all;
+    const bool m_restores;
     const QString m_other;
     const QString m_target;
     const QString m_local;
@@ -180,6 +192,8 @@ int main(int argc, char** argv) {
     Application application(argc, argv);
     const QStringList arguments = Application::arguments();
     Person person(arguments);
-    const bool all = arguments.value(1) == "all";
-    return RunProgram(all ? arguments.mid(2, 2) : arguments.mid(3, 1));
+    const QString what = arguments.value(1);
+    return RunProgram(what == "all"    ? arguments.mid(2, 2)
+                      : what == "save" ? arguments.mid(3, 1)
+                                       : QStringList());
 }
