@@ -88,6 +88,10 @@ frmReadAs::frmReadAs(std::string_view bytes, const std::string& current, QWidget
     for (std::size_t i = 1; i < m_pages.size(); ++i)
         if (AsciiLower(m_pages[i]) == AsciiLower(current))
             ChooseLine(static_cast<int>(i));
+    // Room for the file's words.
+    constexpr int Letters = 110;
+    constexpr int Lines = 26;
+    resize(fontMetrics().averageCharWidth() * Letters, fontMetrics().lineSpacing() * Lines);
 }
 
 std::optional<std::string> frmReadAs::AskPage() {

@@ -5,6 +5,7 @@
 #include "mainwindow/subtitlefiles.h"
 #include "platform/commondialogs.h"
 #include "platform/messageboxes.h"
+#include "platform/paths.h"
 
 #include <QFileInfo>
 #include <QObject>
@@ -51,6 +52,15 @@ std::optional<QString> Completed(QWidget* parent, const CommonDialog& dialog) {
     return name;
 }
 
+/// The dialog asks before a file is replaced, but finds none whose name is no text.
+bool MayReplace(QWidget* parent, const QString& name) {
+    return !IsNoText(name) || !FileExistsPatiently(parent, name) ||
+           AskYesNo(parent,
+                    QObject::tr("“%1” already exists.\nDo you want to replace it?")
+                        .arg(QFileInfo(name).fileName()),
+                    MessageIcon::Question);
+}
+
 } // namespace
 
 std::optional<QString> AskSaveName(QWidget* parent, CommonDialog& dialog, const QString& document) {
@@ -62,6 +72,8 @@ std::optional<QString> AskSaveName(QWidget* parent, CommonDialog& dialog, const 
                 continue;
             dialog.FileName = *name;
         }
+        if (!MayReplace(parent, dialog.FileName))
+            continue;
         return dialog.FileName;
     }
     return std::nullopt;

@@ -129,6 +129,30 @@ TEST_F(MainWindowDrops, NamesThatAreNoTextComeThrough) {
     std::filesystem::remove(file);
 }
 
+TEST_F(MainWindowDrops, AFileWhoseNameIsNoTextIsSavedUnderItsName) {
+    const std::filesystem::path file = MakeNoText();
+    window->Open({NameOf(file)});
+    Subt().Text(1, "changed");
+    Changed() = true;
+    const QString question =
+        "“" + NameOf(file.filename()) + "” already exists.\nDo you want to replace it?";
+    {
+        const Modals modals({AnswerFileDialog(NameOf(file)),
+                             AnswerMessage(question, QMessageBox::No), CancelFileDialog()});
+        Click("cmdSave");
+    }
+    EXPECT_TRUE(Changed());
+    {
+        const Modals modals(
+            {AnswerFileDialog(NameOf(file)), AnswerMessage(question, QMessageBox::Yes)});
+        Click("cmdSave");
+    }
+    EXPECT_FALSE(Changed());
+    window->Open({NameOf(file)});
+    EXPECT_EQ(Subt().Text(1), "changed");
+    std::filesystem::remove(file);
+}
+
 TEST(NamesOfFiles, ComeBackWhole) {
     for (const char* bytes :
          {"plain.srt", "caf\xC3\xA9.srt", "caf\xE9.srt", "\xFF\xFE", "\xE9\xC3\xA9\xE9",
