@@ -76,7 +76,7 @@ std::optional<InterruptedSave> Parse(const fs::path& journal, std::string_view t
         size = *number;
     }
     const auto take = [&text](std::size_t size) {
-        const std::string part(text.substr(0, size));
+        std::string part(text.substr(0, size));
         text.remove_prefix(std::min(size, text.size()));
         return part;
     };

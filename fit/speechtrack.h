@@ -32,7 +32,8 @@ class SpeechTrack {
     /// The sums up to the tick and to every `OffsetGrid::Step`th tick after it.
     /// Begin() - Margin <= tick <= End() + Margin.
     const std::int32_t* SumsFrom(Ticks tick) const {
-        const auto place = static_cast<std::size_t>(tick - m_begin + Margin);
+        const Ticks inside = tick - m_begin + Margin;
+        const auto place = static_cast<std::size_t>(inside);
         constexpr auto Step = static_cast<std::size_t>(OffsetGrid::Step);
         return m_sums[place % Step].data() + place / Step;
     }

@@ -111,7 +111,7 @@ class SUBTITLES {
     struct Watching {
         Watching() = default;
         Watching(const Watching& /*other*/) {}
-        Watching& operator=(const Watching& /*other*/) { return *this; }
+        Watching& operator=(const Watching& /*other*/) { return *this; } // NOLINT(bugprone-*)
 
         TitlesWatcher* watcher = nullptr;
         std::int32_t depth = 0;
