@@ -18,7 +18,8 @@ constexpr int SpareTiles = 16;
 constexpr std::size_t MostFree = 64;
 constexpr int MostWords = 2000;
 constexpr double LabelRoom = 76;
-constexpr double NarrowestWords = 22;
+/// Narrower blocks would show three letters.
+constexpr double NarrowestWords = 40;
 constexpr double WordsInset = 4;
 constexpr double LabelledTick = 6;
 constexpr double PlainTick = 3;

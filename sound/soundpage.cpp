@@ -1,13 +1,64 @@
 #include "sound/soundpage.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
+#include <limits>
 
 namespace {
 
 constexpr float Steps = 127;
 constexpr float StepsOfADecibel = 2;
 constexpr float LeastPower = 1e-10F;
+constexpr float MostPower = 1;
+
+std::uint8_t PackedPower(float power) {
+    const float decibels = 10 * std::log10(std::clamp(power, LeastPower, MostPower));
+    const float above = std::max(decibels - Silence, 0.0F);
+    return static_cast<std::uint8_t>(std::lround(above * StepsOfADecibel));
+}
+
+/// The same without a logarithm, which would cost more than the rest of a column. The upper
+/// half of a float's bits narrows its power down to a range with one step at most in it.
+class PowerTable {
+  public:
+    PowerTable() {
+        for (std::size_t i = 0; i < m_packed.size(); ++i)
+            m_packed[i] = PackedPower(FloatOf(static_cast<std::uint32_t>(i) << LowerBits));
+        m_from.fill(std::numeric_limits<float>::infinity());
+        for (std::size_t step = 1; step <= PackedPower(MostPower); ++step)
+            m_from[step] = LeastOf(step);
+    }
+
+    /// 0 <= power <= 1
+    std::uint8_t Pack(float power) const {
+        const std::uint8_t packed = m_packed[BitsOf(power) >> LowerBits];
+        return power < m_from[packed + std::size_t{1}] ? packed
+                                                       : static_cast<std::uint8_t>(packed + 1);
+    }
+
+  private:
+    static constexpr int LowerBits = 16;
+
+    static std::uint32_t BitsOf(float power) { return std::bit_cast<std::uint32_t>(power); }
+    static float FloatOf(std::uint32_t bits) { return std::bit_cast<float>(bits); }
+
+    /// The least power that is packed as this step. Positive floats lie in the order of
+    /// their bits.
+    static float LeastOf(std::size_t step) {
+        std::uint32_t below = 0;
+        std::uint32_t least = BitsOf(MostPower);
+        while (least - below > 1) {
+            const std::uint32_t middle = below + (least - below) / 2;
+            (PackedPower(FloatOf(middle)) >= step ? least : below) = middle;
+        }
+        return FloatOf(least);
+    }
+
+    std::array<std::uint8_t, (std::bit_cast<std::uint32_t>(MostPower) >> LowerBits) + 1> m_packed{};
+    std::array<float, 256> m_from{};
+};
 
 } // namespace
 
@@ -22,9 +73,9 @@ float UnpackSample(std::int8_t packed) {
 }
 
 std::uint8_t PackPower(float power) {
-    const float decibels = 10 * std::log10(std::clamp(power, LeastPower, 1.0F));
-    const float above = std::max(decibels - Silence, 0.0F);
-    return static_cast<std::uint8_t>(std::lround(above * StepsOfADecibel));
+    static const PowerTable Table;
+    // No number counts as none.
+    return Table.Pack(power > 0 ? std::min(power, MostPower) : 0);
 }
 
 float UnpackLoudness(std::uint8_t packed) {

@@ -63,7 +63,13 @@ TEST(Packing, KeepsQuietSamplesAsFineAsLoudOnes) {
 TEST(Packing, KeepsLoudnessToAQuarterDecibel) {
     for (const float decibels : {0.0F, -0.3F, -6.0F, -33.3F, -90.0F})
         EXPECT_NEAR(UnpackLoudness(PackPower(std::pow(10.0F, decibels / 10))), decibels, 0.26F);
+    for (float power = 1e-11F; power < 1.2F; power *= 1.0007F) {
+        const float decibels = std::clamp(10 * std::log10(power), Silence, 0.0F);
+        EXPECT_EQ(PackPower(power), std::lround((decibels - Silence) * 2)) << power;
+    }
     EXPECT_EQ(UnpackLoudness(PackPower(0)), Silence);
+    EXPECT_EQ(UnpackLoudness(PackPower(-1)), Silence);
+    EXPECT_EQ(UnpackLoudness(PackPower(std::nanf(""))), Silence);
     EXPECT_EQ(UnpackLoudness(PackPower(100)), 0);
 }
 
