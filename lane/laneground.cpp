@@ -194,8 +194,18 @@ void LaneGround::PaintTrack(const LanePiece& piece, int track) {
     }
     const int top = RowOf(piece.shape.TrackTop(track));
     const int bottom = std::min(RowOf(piece.shape.TrackTop(track + 1)), RowOf(piece.shape.height));
-    for (int y = top; y < bottom; ++y)
-        PaintRow(piece.pixels + static_cast<std::size_t>(y) * piece.stride, y, width);
+    // Most films are quiet for most of the time.
+    const auto highest = std::min(*std::min_element(m_peak.top.begin(), m_peak.top.end()),
+                                  *std::min_element(m_loud.top.begin(), m_loud.top.end()));
+    const auto lowest = std::max(*std::max_element(m_peak.bottom.begin(), m_peak.bottom.end()),
+                                 *std::max_element(m_loud.bottom.begin(), m_loud.bottom.end()));
+    for (int y = top; y < bottom; ++y) {
+        LanePixel* const row = piece.pixels + static_cast<std::size_t>(y) * piece.stride;
+        if (y < highest || y >= lowest)
+            std::copy(m_shade.outside.begin(), m_shade.outside.end(), row);
+        else
+            PaintRow(row, y, width);
+    }
     // The blocks' upper and lower rims.
     for (const int y : {top, bottom - 1}) {
         LanePixel* const row = piece.pixels + static_cast<std::size_t>(y) * piece.stride;
