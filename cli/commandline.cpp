@@ -1,5 +1,6 @@
 #include "cli/commandline.h"
 
+#include "base/ascii.h"
 #include "base/codepages.h"
 #include "base/runtimeerror.h"
 #include "base/savejournal.h"
@@ -152,9 +153,28 @@ class Job {
         return result.outcome;
     }
 
+    /// The first language, or the one that was asked for by its name or its class.
     LoadOutcome Mend(const std::string& name, const MendOffer& offer) {
-        Say(m_err, name + ": mended: " + MendSummary(offer.mends, true));
-        TakeOffer(offer, offer.language, m_titles, m_style);
+        const std::string wanted = AsciiLower(m_arguments.Value("--language"));
+        std::size_t language = offer.language;
+        std::string known;
+        bool found = wanted.empty() || offer.languages.size() < 2;
+        for (const MendedLanguage& one : offer.languages) {
+            known += (known.empty() ? "" : ", ") + one.name;
+            if (!found && (AsciiLower(one.name) == wanted || AsciiLower(one.className) == wanted)) {
+                language = one.number;
+                found = true;
+            }
+        }
+        if (!found) {
+            Say(m_err, name + ": has no such language, but " + known);
+            return LoadOutcome::Unusable;
+        }
+        if (!offer.mends.empty())
+            Say(m_err, name + ": mended: " + MendSummary(offer.mends, true));
+        if (offer.languages.size() > 1)
+            Say(m_err, name + ": languages: " + known);
+        TakeOffer(offer, language, m_titles, m_style);
         return LoadOutcome::Complete;
     }
 

@@ -12,9 +12,10 @@
 
 namespace {
 
-constexpr std::array<Option, 5> Common{
+constexpr std::array<Option, 6> Common{
     {{"--partial", "", "write what could be read of a corrupt file"},
      {"--repair", "", "read a wild file tolerantly, and say what was mended"},
+     {"--language", "NAME", "which of several languages of a SAMI file --repair takes (the first)"},
      {"--frame-rate", "RATE", "frames per second of MicroDVD files (25)"},
      {"--code-page", "NAME", "how a file that is not Unicode is read (guessed)"},
      {"--styles", "", "write italics and bold into SubRip files too"}}};

@@ -300,6 +300,25 @@ INSTANTIATE_TEST_SUITE_P(
                   "mended: 1 BODY tag with attributes (line 1), 1 entity (line 3)"},
         RepairRow{"right.srt", "1\n00:00:01,000 --> 00:00:02,000\nA\n", 0, {{1, 2, "A"}}, ""}));
 
+TEST_F(CommandLine, RepairTakesTheLanguageThatIsGiven) {
+    PutFile(Folder / "two.smi",
+            "<STYLE><!-- .EN {Name: English;} --></STYLE><BODY>\r\n"
+            "<SYNC Start=1000><P Class=EN>A<P Class=FR>B\r\n"
+            "<SYNC Start=2000><P Class=EN>&nbsp;<P Class=FR>&nbsp;\r\n</BODY>\r\n");
+    for (const auto& [language, text] : {std::pair{"", "A"}, std::pair{"english", "A"},
+                                         std::pair{"en", "A"}, std::pair{"FR", "B"}}) {
+        const Ran ran = Run({"convert", "--repair", "--language", language, "two.smi", "OUT.srt"});
+        EXPECT_EQ(ran.code, 0) << ran.err;
+        EXPECT_NE(ran.err.find("languages: English, FR"), std::string::npos) << ran.err;
+        EXPECT_EQ(Result("OUT.srt"), (Titles{{1, 2, text}})) << language;
+    }
+    std::filesystem::remove(Folder / "OUT.srt");
+    const Ran ran = Run({"convert", "--repair", "--language", "de", "two.smi", "OUT.srt"});
+    EXPECT_EQ(ran.code, 1);
+    EXPECT_NE(ran.err.find("has no such language, but English, FR"), std::string::npos) << ran.err;
+    EXPECT_FALSE(std::filesystem::exists(Folder / "OUT.srt"));
+}
+
 TEST_F(CommandLine, RepairTakesTheFrameRateThatIsGiven) {
     PutFile(Folder / "rate.sub", "{1}{1}50\r\n{50}{100}A\r\n");
     EXPECT_EQ(Run({"convert", "--repair", "--frame-rate", "25", "rate.sub", "OUT.srt"}).code, 0);
