@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <atomic>
+#include <cstdint>
 #include <mutex>
 #include <thread>
 
@@ -15,8 +16,15 @@ class FitJob : public QObject {
     Q_OBJECT
 
   public:
-    FitJob(FitSource source, std::vector<FitTitle> titles, std::vector<FitAnchor> anchors);
+    /// Whether somebody waits for it: without haste it gives way to all others.
+    enum class Haste : std::uint8_t { None, Waited };
+
+    FitJob(FitSource source, std::vector<FitTitle> titles, std::vector<FitAnchor> anchors,
+           Haste haste = Haste::Waited);
     ~FitJob() override;
+
+    /// `Finished` comes within 100 ms; the result says that it was cancelled.
+    void Cancel() { m_cancelled = true; }
 
     /// After `Finished`.
     const Fit& Result() const { return m_fit; }
@@ -24,7 +32,7 @@ class FitJob : public QObject {
     const QString& Why() const { return m_why; }
 
   signals:
-    /// What is being done, and how far it is, 0 to 1.
+    /// What is being done, and how far it is, 0 to 1. Not told without haste.
     void Progressed(const QString& phase, double done);
     void Finished();
 
@@ -35,6 +43,7 @@ class FitJob : public QObject {
     const FitSource m_source;
     const std::vector<FitTitle> m_titles;
     const std::vector<FitAnchor> m_anchors;
+    const Haste m_haste;
     Fit m_fit;
     QString m_why;
     std::atomic<bool> m_cancelled = false;

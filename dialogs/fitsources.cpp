@@ -5,6 +5,7 @@
 
 #include <chrono>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -16,12 +17,11 @@ std::string NameOf(const std::filesystem::path& file) {
     return {name.begin(), name.end()};
 }
 
-FitSource::Got Listen(const std::filesystem::path& film, const FitSource::Progress& progress) {
-    SoundMapper mapper({.film = film});
+FitSource::Got Listen(const SoundMapper& mapper, const FitSource::Progress& progress) {
     while (mapper.Now() == SoundMapper::State::Opening ||
            mapper.Now() == SoundMapper::State::Growing) {
         const std::shared_ptr<const SoundMap> map = mapper.Map();
-        if (!progress("Listening to the film", map ? map->Progress() : 0))
+        if (!progress("Reading the sound, looking for speech", map ? map->Progress() : 0))
             return {};
         std::this_thread::sleep_for(LookInterval);
     }
@@ -60,9 +60,17 @@ std::vector<FitTitle> TitlesToFit(const SUBTITLES& titles) {
     return all;
 }
 
-FitSource SoundOf(const std::filesystem::path& film) {
-    return {"the sound of " + NameOf(film), [film](const FitSource::Progress& progress) {
-                return Listen(film, progress);
+FitSource SoundOf(const std::filesystem::path& film, int track) {
+    return {"the sound of " + NameOf(film), [film, track](const FitSource::Progress& progress) {
+                return Listen(SoundMapper({.film = film, .track = track, .background = false}),
+                              progress);
+            }};
+}
+
+FitSource SoundOf(const std::filesystem::path& film, std::shared_ptr<const SoundMapper> mapper) {
+    return {"the sound of " + NameOf(film),
+            [mapper = std::move(mapper)](const FitSource::Progress& progress) {
+                return Listen(*mapper, progress);
             }};
 }
 

@@ -17,8 +17,6 @@ constexpr double SameRate = 0.0003;
 constexpr double SmallestMove = 0.02;
 /// A hint is given only when this sure.
 constexpr double SureEnough = 0.8;
-/// Surer than that of the contrary: another film's titles.
-constexpr double HardlyAny = 0.1;
 
 std::string Seconds(double seconds, int decimals) {
     char text[64];
@@ -61,6 +59,8 @@ std::string FitVerdictText(const Fit& fit) {
     if (fit.verdict == FitVerdict::Right)
         return "The titles fit as they are, " + PercentText(fit.confidence) +
                " sure. Nothing needs to be moved.";
+    if (fit.elsewhere)
+        return "No fit was found. The titles seem to belong to another film.";
     if (fit.verdict == FitVerdict::Unsure && fit.pieces.empty())
         return "No fit was found. The titles may belong to another film, or too little is "
                "spoken in this one.";
@@ -106,7 +106,7 @@ std::string FitHintText(const Fit& fit, std::span<const FitTitle> titles, double
     if (fit.cancelled || titles.empty())
         return {};
     if (fit.verdict == FitVerdict::Unsure)
-        return fit.confidence <= HardlyAny ? "These titles seem to belong to another film" : "";
+        return fit.elsewhere ? "These titles seem to belong to another film" : "";
     if (fit.confidence < SureEnough)
         return {};
     if (fit.verdict == FitVerdict::Right)

@@ -150,18 +150,30 @@ void Answer::Judge(const Found& found, bool anchorsAgree) {
     constexpr float LeastOverDecoy = 1.7F;
     const bool better = found.score > LeastOverDecoy * std::max(found.decoy, 5.0F);
     m_sure = better ? sure : std::min(sure, 0.5);
-    if (!better || sure < 0.94 || !anchorsAgree)
+    if (!better || sure < 0.94 || !anchorsAgree) {
+        m_elsewhere = Strangers(found);
         return;
+    }
     const bool stays = std::all_of(m_stretches.begin(), m_stretches.end(), [](const Stretch& s) {
         return s.rate == 1 && std::abs(s.offset) < Unseen;
     });
     m_verdict = stays ? FitVerdict::Right : FitVerdict::Fitted;
 }
 
+/// Titles that belong to the film come to 0.3 and more each, those of another one to 0.02.
+bool Answer::Strangers(const Found& found) const {
+    constexpr std::size_t Many = 100;
+    constexpr float AtHome = 0.05F;
+    const std::size_t searched = found.path.places.size();
+    return m_anchors.empty() && m_track.Clear() && searched >= Many &&
+           found.score < AtHome * static_cast<float>(searched);
+}
+
 Fit Answer::Result(std::span<const FitTitle> titles) const {
     Fit fit;
     fit.verdict = m_verdict;
     fit.confidence = m_sure;
+    fit.elsewhere = m_elsewhere;
     fit.titles.resize(titles.size());
     for (const Stretch& stretch : m_stretches) {
         FitPiece piece{0, 0, stretch.offset, stretch.rate, stretch.confidence};

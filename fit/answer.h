@@ -32,6 +32,7 @@ class Answer {
     /// The speech has the titles with anchors where the anchors have them.
     bool AnchorsAgree() const;
     void Judge(const Found& found, bool anchorsAgree);
+    bool Strangers(const Found& found) const;
 
     std::span<const SpokenTitle> m_titles;
     std::span<const SpokenTitle> m_right;
@@ -45,4 +46,5 @@ class Answer {
     std::vector<double> m_ownOffset;
     FitVerdict m_verdict = FitVerdict::Unsure;
     double m_sure = 0;
+    bool m_elsewhere = false;
 };

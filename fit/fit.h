@@ -86,6 +86,9 @@ struct Fit {
     /// 0 to 1, of the verdict's being right; of the best guess when unsure.
     double confidence = 0;
     bool cancelled = false;
+    /// Speech is clear and the titles are many, and yet none of them is at home in it: they
+    /// belong to another film. Only with `Unsure`.
+    bool elsewhere = false;
     /// In the order of the titles' starts.
     std::vector<FitPiece> pieces;
     /// One for each title given, in their order.

@@ -12,6 +12,20 @@ constexpr std::int32_t Ceiling = 4;
 /// Titles that follow each other without a gap still have starts to be found.
 constexpr Ticks GapBeforeTitle = 15;
 
+bool IsClear(const std::vector<std::int32_t>& levels) {
+    constexpr std::int32_t Doubt = FullSpeech / 4;
+    const auto all = static_cast<double>(levels.size());
+    const auto speech = std::count_if(levels.begin(), levels.end(), [](std::int32_t level) {
+        return level >= FullSpeech - Doubt;
+    });
+    const auto none = std::count_if(levels.begin(), levels.end(),
+                                    [](std::int32_t level) { return level <= Doubt; });
+    constexpr double Enough = 0.08;
+    constexpr double Most = 0.55;
+    return static_cast<double>(speech + none) > all * Most &&
+           static_cast<double>(speech) > all * Enough && static_cast<double>(none) > all * Enough;
+}
+
 /// Sums of a long film stay far within 32 bits; so long a film nobody shows.
 constexpr Ticks LongestFilm = 48 * 3600 * TicksPerSecond;
 
@@ -55,6 +69,7 @@ SpeechTrack::SpeechTrack(std::span<const SpokenTitle> titles) {
 
 void SpeechTrack::Build(const std::vector<std::int32_t>& levels) {
     m_length = static_cast<Ticks>(levels.size());
+    m_clear = IsClear(levels);
     const auto size = static_cast<std::size_t>(m_length);
     std::vector<std::int32_t> raised(size);
     // The window is cut at the film's ends, so each value is weighed by its width.

@@ -29,6 +29,9 @@ class SpeechTrack {
     /// There is nothing to be found: silence, or one unbroken noise.
     bool Flat() const { return m_flat; }
 
+    /// Most of the film is clearly speech or clearly none, and there is enough of either.
+    bool Clear() const { return m_clear; }
+
     /// The sums up to the tick and to every `OffsetGrid::Step`th tick after it.
     /// Begin() - Margin <= tick <= End() + Margin.
     const std::int32_t* SumsFrom(Ticks tick) const {
@@ -45,6 +48,7 @@ class SpeechTrack {
     Ticks m_begin = 0;
     Ticks m_length = 0;
     bool m_flat = true;
+    bool m_clear = false;
     /// Every tenth sum from ten beginnings on.
     std::array<std::vector<std::int32_t>, static_cast<std::size_t>(OffsetGrid::Step)> m_sums;
 };

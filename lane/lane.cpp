@@ -132,8 +132,14 @@ void Lane::SoundGrew() {
 }
 
 void Lane::Titles(std::vector<double> starts, std::vector<double> ends) {
+    LaneTitles titles;
+    titles.Assign(std::move(starts), std::move(ends));
+    Titles(std::move(titles));
+}
+
+void Lane::Titles(LaneTitles titles) {
     EndDrag(false);
-    m_titles.Assign(std::move(starts), std::move(ends));
+    m_titles = std::move(titles);
     m_tiles.ForgetWords();
     const std::vector<std::int32_t> chosen = m_chosen;
     Choose(chosen);
@@ -141,6 +147,11 @@ void Lane::Titles(std::vector<double> starts, std::vector<double> ends) {
         m_anchor = 0;
     ShowAgain();
     Speak();
+}
+
+void Lane::Propose(LaneTitles titles) {
+    m_proposed = std::move(titles);
+    update();
 }
 
 void Lane::ChangeTimes(std::span<const LaneTimes> titles) {

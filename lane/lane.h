@@ -39,6 +39,9 @@ class Lane : public QWidget {
 
     /// Other titles in place of all, in the list's order.
     void Titles(std::vector<double> starts, std::vector<double> ends);
+    void Titles(LaneTitles titles);
+    /// Outlines where titles would come; without titles there are none.
+    void Propose(LaneTitles titles);
     /// Other times for some.
     void ChangeTimes(std::span<const LaneTimes> titles);
     /// Where the blocks' words come from; asked again after `WordsChanged`.
@@ -109,6 +112,7 @@ class Lane : public QWidget {
     void PaintOver(QPainter& painter);
     void PaintSelection(QPainter& painter);
     void PaintLit(QPainter& painter, const QRectF& place, const QColor& colour) const;
+    void PaintProposed(QPainter& painter) const;
     void PaintFlag(QPainter& painter, double time, const QColor& colour) const;
     void PaintBubble(QPainter& painter) const;
     QRectF Block(double start, double end, int track) const;
@@ -148,6 +152,7 @@ class Lane : public QWidget {
     Player& m_player;
     LaneView m_view;
     LaneTitles m_titles;
+    LaneTitles m_proposed;
     LaneTiles m_tiles;
     LanePalette m_colours;
     LaneTiles::Words m_words;

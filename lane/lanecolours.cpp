@@ -37,6 +37,7 @@ LanePalette LanePaletteOf(const QPalette& palette) {
     colours.position = dark ? QColor(255, 110, 96) : QColor(214, 40, 40);
     colours.current = dark ? QColor(255, 214, 90) : QColor(233, 160, 0);
     colours.placing = colours.position;
+    colours.proposed = dark ? QColor(225, 150, 255) : QColor(140, 30, 190);
     colours.selection = highlight;
     colours.blueMark = dark ? QColor(110, 150, 255) : QColor(30, 80, 220);
     colours.greenMark = dark ? QColor(100, 210, 110) : QColor(20, 140, 40);

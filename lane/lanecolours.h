@@ -15,6 +15,7 @@ struct LanePalette {
     QColor position;
     QColor current;
     QColor placing;
+    QColor proposed;
     QColor selection;
     QColor blueMark;
     QColor greenMark;

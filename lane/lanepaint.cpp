@@ -57,6 +57,7 @@ void Lane::PaintOver(QPainter& painter) {
         PaintLit(painter,
                  Block(titles.Start(m_current), titles.End(m_current), titles.Track(m_current)),
                  m_colours.current);
+    PaintProposed(painter);
     if (m_placing)
         PaintLit(painter, Block(*m_placing, std::max(*m_placing, m_position), 0),
                  m_colours.placing);
@@ -104,6 +105,21 @@ void Lane::PaintLit(QPainter& painter, const QRectF& place, const QColor& colour
     painter.fillRect(seen, light);
     painter.setPen(QPen(colour, LineWidth));
     painter.drawRect(seen.adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
+/// Within the track, so that an outline that lies on its block is seen too.
+void Lane::PaintProposed(QPainter& painter) const {
+    if (m_proposed.Count() == 0)
+        return;
+    const LaneShape shape = Shape();
+    const QRectF seen = QRectF(rect()).adjusted(-LineWidth * 2, 0, LineWidth * 2, 0);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(m_colours.proposed, LineWidth));
+    m_proposed.Within(m_view.Time(0), m_view.Time(width()), [&](std::int32_t title) {
+        const int track = std::min(m_proposed.Track(title), shape.tracks - 1);
+        const QRectF place = Block(m_proposed.Start(title), m_proposed.End(title), track);
+        painter.drawRect(place.intersected(seen).adjusted(0.5, 1.5, -0.5, -1.5));
+    });
 }
 
 void Lane::PaintFlag(QPainter& painter, double time, const QColor& colour) const {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "dialogs/fithost.h"
 #include "model/document.h"
 
 #include <QRect>
@@ -25,6 +26,12 @@ class EditorHost {
     virtual QRect FilmPlace() const { return {}; }
     /// The picture alone.
     virtual QRect PicturePlace() const { return FilmPlace(); }
+    /// The film's sound, to fit titles to; nothing without a film that can be heard.
+    virtual std::optional<FitSource> FilmSound() const { return std::nullopt; }
+    /// Shows these titles on the picture and the lane in place of the document's, until
+    /// `ShowOwn`. As many as the document has.
+    virtual void ShowInstead(const SUBTITLES& titles) = 0;
+    virtual void ShowOwn() = 0;
     /// The title that the main window is showing or about to show; at least 1.
     virtual std::int32_t ShownTitle() const = 0;
     /// Tells people shortly what was done, over the film's picture.

@@ -11,14 +11,16 @@
 void frmList::OpenFit(FitSource source) {
     if (Subt().Count() == 0)
         return;
-    ListFit fit(*this, m_host);
+    ListFit fit(this, m_host);
     (new frmFit(fit, std::move(source), this))->exec();
 }
 
 void frmList::mnuTimeFitSound_Click() {
-    if (!m_host.FilmPosition())
-        return ShowMessage(this, tr("Open a film first: its sound tells where the titles belong."));
-    OpenFit(SoundOf(PathOf(QString::fromStdString(document().MediaFile))));
+    if (auto sound = m_host.FilmSound())
+        return OpenFit(std::move(*sound));
+    ShowMessage(this, m_host.FilmPosition()
+                          ? tr("The film has no sound that titles could be fitted to.")
+                          : tr("Open a film first: its sound tells where the titles belong."));
 }
 
 void frmList::mnuTimeFitFile_Click() {

@@ -5,11 +5,12 @@
 
 class frmList;
 
-/// What the fitting dialog works on when the list editor opens it: the list shows what
-/// is proposed, and its rows are coloured as edited in the end.
+/// What the fitting dialog works on: the document, the film, and the list editor where it is
+/// open. The list shows what is proposed, and its rows are coloured as edited in the end.
 class ListFit : public FitHost {
   public:
-    ListFit(frmList& list, EditorHost& host)
+    /// `list`: null while the list editor is not open.
+    ListFit(frmList* list, EditorHost& host)
         : m_list(list)
         , m_host(host) {}
 
@@ -20,7 +21,7 @@ class ListFit : public FitHost {
     void Fitted(std::span<const std::int32_t> rows) override;
 
   private:
-    frmList& m_list;
+    frmList* m_list;
     EditorHost& m_host;
     bool m_shown = false;
 };

@@ -11,6 +11,8 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <utility>
+
 namespace {
 
 /// The design width: beside the other panel it fits the narrowest window.
@@ -134,12 +136,36 @@ void DisplayPanel::Mode(DisplayMode mode) {
     txtKey->setVisible(mode == DisplayMode::Position);
 }
 
+void DisplayPanel::ShowInstead(SUBTITLES titles) {
+    m_instead = std::move(titles);
+    ShowOthers();
+}
+
+void DisplayPanel::ShowOwn() {
+    if (!m_instead)
+        return;
+    m_instead.reset();
+    ShowOthers();
+}
+
+void DisplayPanel::ShowOthers() {
+    m_walker.Titles(Shown());
+    if (!m_state.mediaActive)
+        return;
+    const double position = m_state.player->CurrentPosition();
+    LocateCurrentTitle(position);
+    TakeDownStale(position);
+    ShowOnPicture(m_walker.IsOn(position));
+    if (ShownMode() == DisplayMode::View)
+        txtNextSubtitle->clear();
+}
+
 void DisplayPanel::MediaEnabled(bool enabled) {
     m_time.Enabled(enabled);
 }
 
 void DisplayPanel::LocateCurrentTitle(double position) {
-    ShowTexts(m_walker.LocateCurrentTitle(position, m_mode));
+    ShowTexts(m_walker.LocateCurrentTitle(position, ShownMode()));
 }
 
 void DisplayPanel::Advance() {
@@ -156,8 +182,8 @@ void DisplayPanel::Choose(std::int32_t title) {
 }
 
 void DisplayPanel::TakeDownStale(double position) {
-    const std::string& text = m_state.document.Subt.Text(CurrentTitle());
-    if (m_mode == DisplayMode::View &&
+    const std::string& text = Shown().Text(CurrentTitle());
+    if (ShownMode() == DisplayMode::View &&
         (!m_walker.IsOn(position) || txtSubtitle->toPlainText() != PlainLines(ShortText(text))))
         txtSubtitle->clear();
 }
@@ -165,8 +191,8 @@ void DisplayPanel::TakeDownStale(double position) {
 void DisplayPanel::ShowOnPicture(bool on) {
     if (frmList* list = m_state.OpenList())
         list->ShowPlaying(on && m_state.mediaActive ? CurrentTitle() : 0);
-    const bool shown = on && m_mode == DisplayMode::View && m_state.mediaActive;
-    const std::string& text = m_state.document.Subt.Text(CurrentTitle());
+    const bool shown = on && ShownMode() == DisplayMode::View && m_state.mediaActive;
+    const std::string& text = Shown().Text(CurrentTitle());
     emit TitleOnPicture(shown ? QString::fromStdString(ShortText(text, OnPicture)) : QString());
 }
 
@@ -202,7 +228,7 @@ void DisplayPanel::MP_PlayStateChange(int /*oldState*/, int newState) {
 }
 
 void DisplayPanel::MP_PositionChange(double /*oldPosition*/, double newPosition) {
-    if (m_walker.TakeDown() || m_mode == DisplayMode::View)
+    if (m_walker.TakeDown() || ShownMode() == DisplayMode::View)
         txtSubtitle->clear();
     m_time.ShowTime(newPosition);
     if (m_state.mediaActive)
@@ -222,7 +248,7 @@ void DisplayPanel::Timer1_Timer() {
         return;
     const double position = m_state.player->CurrentPosition();
     m_time.ShowTime(position);
-    if (m_mode != DisplayMode::View)
+    if (ShownMode() != DisplayMode::View)
         return;
     for (std::int32_t i = 0; i < ticks && WalkOn(position); ++i) {
     }
@@ -230,7 +256,7 @@ void DisplayPanel::Timer1_Timer() {
 }
 
 bool DisplayPanel::WalkOn(double position) {
-    const SUBTITLES& titles = m_state.document.Subt;
+    const SUBTITLES& titles = Shown();
     switch (m_walker.Tick(position)) {
     case DisplayWalker::Step::Appeared:
         txtSubtitle->setPlainText(QString::fromStdString(ShortText(titles.Text(CurrentTitle()))));

@@ -9,6 +9,8 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
+#include <optional>
+
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
@@ -35,6 +37,10 @@ class DisplayPanel : public QWidget {
     /// Names the positioning key.
     QLineEdit& KeyBox() { return *txtKey; }
 
+    /// Shows these titles in place of the document's, as many, until `ShowOwn`.
+    void ShowInstead(SUBTITLES titles);
+    void ShowOwn();
+
     void MediaEnabled(bool enabled);
     MarkButtons& Marks() { return m_marks; }
     /// The size that its texts need.
@@ -48,6 +54,10 @@ class DisplayPanel : public QWidget {
 
   private:
     void LayOut();
+    const SUBTITLES& Shown() const { return m_instead ? *m_instead : m_state.document.Subt; }
+    void ShowOthers();
+    /// Titles that stand in for the document's are shown in whichever mode.
+    DisplayMode ShownMode() const { return m_instead ? DisplayMode::View : m_mode; }
 
     void MP_PlayStateChange(int oldState, int newState);
     void MP_ReadyStateChange(int readyState);
@@ -63,6 +73,7 @@ class DisplayPanel : public QWidget {
 
     MainState& m_state;
     DisplayMode m_mode = DisplayMode::View;
+    std::optional<SUBTITLES> m_instead;
     DisplayWalker m_walker;
     QElapsedTimer m_sinceTick;
     QTimer* Timer1;

@@ -7,13 +7,13 @@
 #include <utility>
 
 DisplayTexts DisplayWalker::LocateCurrentTitle(double position, DisplayMode mode) {
-    m_currentTitle = std::max(1, m_titles.Locate(position));
+    m_currentTitle = std::max(1, m_titles->Locate(position));
     if (mode == DisplayMode::Position)
         return CurrentAndNext();
     // The title found is the coming one. A title that is on at the position goes first.
     const std::int32_t before = m_currentTitle - 1;
-    if (before >= 1 && m_titles.StartTime(before) <= position &&
-        position < m_titles.EndTime(before))
+    if (before >= 1 && m_titles->StartTime(before) <= position &&
+        position < m_titles->EndTime(before))
         m_currentTitle = before;
     CacheTimes();
     m_titleShown = false;
@@ -50,17 +50,17 @@ DisplayTexts DisplayWalker::Advance() {
 }
 
 DisplayTexts DisplayWalker::Choose(std::int32_t title) {
-    m_currentTitle = std::clamp(title, 1, std::max(1, m_titles.Count()));
+    m_currentTitle = std::clamp(title, 1, std::max(1, m_titles->Count()));
     return CurrentAndNext();
 }
 
 DisplayTexts DisplayWalker::CurrentAndNext() const {
-    return {m_titles.Text(m_currentTitle), m_titles.Text(m_currentTitle + 1)};
+    return {m_titles->Text(m_currentTitle), m_titles->Text(m_currentTitle + 1)};
 }
 
 void DisplayWalker::CacheTimes() {
-    m_currentStart = m_titles.StartTime(m_currentTitle);
-    m_currentEnd = m_titles.EndTime(m_currentTitle);
+    m_currentStart = m_titles->StartTime(m_currentTitle);
+    m_currentEnd = m_titles->EndTime(m_currentTitle);
 }
 
 std::int32_t TicksDue(std::int64_t elapsedMilliseconds, std::int32_t interval) {

@@ -23,7 +23,10 @@ class DisplayWalker {
     enum class Step { None, Appeared, Ended };
 
     explicit DisplayWalker(const SUBTITLES& titles)
-        : m_titles(titles) {}
+        : m_titles(&titles) {}
+
+    /// Others to walk through; they are to be looked up anew.
+    void Titles(const SUBTITLES& titles) { m_titles = &titles; }
 
     std::int32_t CurrentTitle() const { return m_currentTitle; }
     double CurrentStart() const { return m_currentStart; }
@@ -46,7 +49,7 @@ class DisplayWalker {
     DisplayTexts CurrentAndNext() const;
     void CacheTimes();
 
-    const SUBTITLES& m_titles;
+    const SUBTITLES* m_titles;
     std::int32_t m_currentTitle = 1;
     double m_currentStart = 0;
     double m_currentEnd = 0;

@@ -13,6 +13,7 @@
 #include "mainwindow/soundlane.h"
 #include "mainwindow/spokenwindow.h"
 #include "mainwindow/subtitlefiles.h"
+#include "mainwindow/titlefit.h"
 #include "mainwindow/transportbuttons.h"
 #include "mainwindow/windowplace.h"
 #include "model/numbers.h"
@@ -83,6 +84,7 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
                                          this);
     m_drops = new FileDrops(this);
     m_drops->Take(*this);
+    m_fit = std::make_unique<TitleFit>(m_state, *m_lane, *MP, *this, this);
     tmrListen = new QTimer(this);
     tmrListen->setObjectName("tmrListen");
     tmrListen->setSingleShot(true);
@@ -94,6 +96,7 @@ frmQuelmar::frmQuelmar(std::unique_ptr<Player> player) {
 
 frmQuelmar::~frmQuelmar() {
     m_state.player->disconnect(this);
+    m_fit.reset();
     m_lane.reset();
     delete m_state.list.data();
 }
@@ -123,6 +126,8 @@ void frmQuelmar::ConnectParts() {
     connect(m_actions.get(), &MainActions::OtherWindow, this, &frmQuelmar::OtherWindow);
     connect(m_actions.get(), &MainActions::ShowKeys, this, &frmQuelmar::ShowKeys);
     connect(m_actions.get(), &MainActions::LaneWanted, m_lane.get(), &SoundLane::Toggle);
+    connect(m_actions.get(), &MainActions::FitWanted, m_fit.get(), &TitleFit::Open);
+    connect(MP.get(), &MediaPlayerControl::SnapChosen, this, &frmQuelmar::SnapChosen);
     connect(m_keys.get(), &KeyPlacer::PlacingSince, m_lane.get(), &SoundLane::Placing);
     connect(m_lane.get(), &SoundLane::RoomChanged, this, &frmQuelmar::Form_Resize);
     m_connection = m_state.document.Subscribe(
@@ -175,6 +180,8 @@ void frmQuelmar::ReadSettings() {
     resize(place.size());
     m_state.DLG.FileName = settings.String("MRU");
     MP->TitlesOnPicture(settings.Dword("ShowOnPicture") != 0);
+    MP->SnapToSpeech(settings.Dword("SnapSpeech") != 0);
+    SnapChosen();
     m_state.document.FrameRate = StoredFrameRate(settings.String("LastFrameRate"));
 }
 
@@ -190,6 +197,7 @@ void frmQuelmar::WriteSettings() const {
                        QString::fromStdString(NumberText(RoundTime(m_state.document.FrameRate))));
     settings.SetString("MRU", m_state.DLG.FileName);
     settings.SetDword("ShowOnPicture", MP->TitlesOnPicture() ? 1 : 0);
+    settings.SetDword("SnapSpeech", MP->SnapToSpeech() ? 1 : 0);
     m_lane->WriteSettings();
 }
 
@@ -352,6 +360,13 @@ void frmQuelmar::OpenEditor() {
     PB2->Marks().ShowTips();
 }
 
+void frmQuelmar::SnapChosen() {
+    if (!MP->SnapToSpeech())
+        return m_keys->SnapTo({});
+    m_lane->MapAlways();
+    m_keys->SnapTo([this] { return m_lane->Map(); });
+}
+
 void frmQuelmar::OtherWindow() {
     if (const frmList* list = m_state.OpenList(); list == nullptr || !list->isActiveWindow())
         return m_state.document.Subt.Count() > 0 || list != nullptr ? OpenEditor() : void();
@@ -377,6 +392,7 @@ void frmQuelmar::NameKeys() {
                 {"mpMute", {"actMute"}},
                 {"mpVolume", {"actLouder", "actQuieter"}},
                 {"mpRate", {"actFaster", "actSlower"}},
+                {"mpFit", {"actFit"}},
                 {"mpLane", {"actLane"}}};
     const auto keys = [this](const QStringList& actions) {
         QStringList texts;
@@ -447,6 +463,20 @@ QRect frmQuelmar::FilmPlace() const {
 
 QRect frmQuelmar::PicturePlace() const {
     return FilmPlace().adjusted(0, 0, 0, -MP->BarHeight());
+}
+
+std::optional<FitSource> frmQuelmar::FilmSound() const {
+    return m_fit->FilmSound();
+}
+
+void frmQuelmar::ShowInstead(const SUBTITLES& titles) {
+    PB2->ShowInstead(titles);
+    m_lane->Propose(&titles);
+}
+
+void frmQuelmar::ShowOwn() {
+    PB2->ShowOwn();
+    m_lane->Propose(nullptr);
 }
 
 std::int32_t frmQuelmar::ShownTitle() const {

@@ -21,6 +21,7 @@ class MediaPlayerControl;
 class SoundLane;
 class QTimer;
 class SubtitleFiles;
+class TitleFit;
 class TransportButtons;
 
 /// The main window, open for the whole run. It owns the document and the player, and
@@ -66,6 +67,9 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::optional<double> FilmPosition() const override;
     QRect FilmPlace() const override;
     QRect PicturePlace() const override;
+    std::optional<FitSource> FilmSound() const override;
+    void ShowInstead(const SUBTITLES& titles) override;
+    void ShowOwn() override;
     std::int32_t ShownTitle() const override;
     void Say(const QString& what) override;
     void EditButtonsEnabled(bool enabled) override;
@@ -100,6 +104,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     void MediaBrowsed();
     void OpenEditor();
     void OtherWindow();
+    void SnapChosen();
     void ShowKeys();
     void NameKeys();
     void Subt_UndoChangedListLength();
@@ -117,6 +122,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::unique_ptr<MainActions> m_actions;
     FileDrops* m_drops;
     std::unique_ptr<SoundLane> m_lane;
+    std::unique_ptr<TitleFit> m_fit;
     /// Ends what `Listen` began.
     QTimer* tmrListen = nullptr;
     Connection m_connection;

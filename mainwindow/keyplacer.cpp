@@ -9,6 +9,7 @@
 #include "platform/eventage.h"
 #include "platform/keycodes.h"
 #include "platform/settings.h"
+#include "sound/speechedge.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -308,9 +309,30 @@ void KeyPlacer::Place(std::int32_t title) {
     const double start = m_placing.KeyDownTime();
     const double end = m_placing.KeyUpTime();
     SUBTITLES& titles = m_state.document.Subt;
-    const Step step(titles, {"Placing by key", StepName::Series::OneAfterTheOther});
-    if (m_placed.Place(titles, title, start, end))
-        emit Placed(QString::fromStdString(PlacedText(title, start, end)));
+    const Step step(titles, {"Placing by key", StepName::Series::OneAfterTheOther},
+                    Step::Undo::Once);
+    if (!m_placed.Place(titles, title, start, end))
+        return;
+    const std::string snapped = Snap(title);
+    m_state.document.Placed(title);
+    emit Placed(
+        QString::fromStdString(PlacedText(title, titles.StartTime(title), titles.EndTime(title)) +
+                               (snapped.empty() ? "" : "\n" + snapped)));
+}
+
+// The moments of the keys stay in a version: from them and from where the titles came a
+// person's own lag can be told.
+std::string KeyPlacer::Snap(std::int32_t title) {
+    const std::shared_ptr<const SoundMap> map = m_speech ? m_speech() : nullptr;
+    if (!map)
+        return {};
+    const SpeechSpan recorded{m_placing.KeyDownTime(), m_placing.KeyUpTime()};
+    const SpeechSpan snapped = SnappedToSpeech(*map, recorded);
+    m_state.document.KeepRecorded("Snapping to speech", title, recorded.start, recorded.end);
+    std::string text = SnappedText(snapped.start - recorded.start, snapped.end - recorded.end);
+    if (!text.empty())
+        m_placed.Correct(m_state.document.Subt, snapped.start, snapped.end);
+    return text;
 }
 
 /// While playing, no typed character reaches a text box.

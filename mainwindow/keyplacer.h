@@ -8,11 +8,16 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <optional>
+#include <string>
+#include <utility>
 
 class DisplayPanel;
 class QKeyEvent;
 class QTimer;
+class SoundMap;
 
 /// Places titles by key: sees the main window's keys before its controls do, and gives
 /// the title at hand the positions of the press and the release.
@@ -22,6 +27,11 @@ class KeyPlacer : public QObject {
   public:
     KeyPlacer(MainState& state, DisplayPanel& display, std::int16_t& actionKey, QWidget* window);
     ~KeyPlacer() override;
+
+    /// Where speech begins and ends, for titles to be moved to as they are placed. The map may
+    /// be null, and so may the function, when they are not to be moved.
+    using Speech = std::function<std::shared_ptr<const SoundMap>()>;
+    void SnapTo(Speech speech) { m_speech = std::move(speech); }
 
     /// The keyboard goes to another window: a key that is held will be released there.
     void KeyboardLost();
@@ -56,6 +66,8 @@ class KeyPlacer : public QObject {
     void ActionKeyPressed(double position);
     void ActionKeyReleased(double position);
     void Place(std::int32_t title);
+    /// What is to be said of it.
+    std::string Snap(std::int32_t title);
     void tmrRelease_Timer();
     bool IsActionKey(const QKeyEvent& event) const;
     double PositionOf(std::chrono::milliseconds age) const;
@@ -65,6 +77,7 @@ class KeyPlacer : public QObject {
     std::int16_t& m_actionKey;
     QWidget* m_window;
     std::int32_t m_lagMilliseconds;
+    Speech m_speech;
     Placing m_placing;
     PlacedTitles m_placed;
     Connection m_beforeOther;

@@ -80,6 +80,8 @@ const MainActions::Row MainActions::Rows[] = {
      &MainActions::LaneWanted},
     {"actGoBack", "Back to before the last large step, and forth", "Ctrl+Shift+Z", "", When::Always,
      false, &MainActions::GoBack},
+    {"actFit", "Fit the titles to the sound", "Ctrl+Shift+F", "", When::Film, true,
+     &MainActions::FitWanted},
     {"actOtherWindow", "The other window (film or list)", "F6", "", When::Always, true,
      &MainActions::OtherWindow},
     {"actKeys", "This list of keys", "F1", "", When::Always, true, &MainActions::ShowKeys},

@@ -40,6 +40,7 @@ class MainActions : public QObject {
     void OtherWindow();
     void ShowKeys();
     void LaneWanted();
+    void FitWanted();
 
   private:
     enum class When : std::uint8_t;

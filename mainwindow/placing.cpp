@@ -3,6 +3,8 @@
 #include "model/times.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdio>
 
 bool Placing::Press(double position) {
     if (m_keyIsDown)
@@ -30,6 +32,12 @@ bool PlacedTitles::Place(SUBTITLES& titles, std::int32_t title, double start, do
     return true;
 }
 
+void PlacedTitles::Correct(SUBTITLES& titles, double start, double end) {
+    Placed& last = m_placed.back();
+    titles.SetTimes(last.title, start, end);
+    last.after = TimesOf(titles, last.title);
+}
+
 bool PlacedTitles::TakenBack(const SUBTITLES& titles, std::int32_t title) {
     while (!m_placed.empty()) {
         const Placed last = m_placed.back();
@@ -45,6 +53,21 @@ bool PlacedTitles::TakenBack(const SUBTITLES& titles, std::int32_t title) {
 
 std::string PlacedText(std::int32_t title, double start, double end) {
     return std::to_string(title) + ": " + FormatTime(start) + " - " + FormatTime(end);
+}
+
+std::string SnappedText(double startMoved, double endMoved) {
+    std::string text;
+    const auto add = [&text](const char* what, double moved) {
+        if (std::abs(moved) < 0.005)
+            return;
+        char part[40];
+        std::snprintf(part, sizeof part, "%s%s %.2f s %s", text.empty() ? "" : ", ", what,
+                      std::abs(moved), moved < 0 ? "earlier" : "later");
+        text += part;
+    };
+    add("start", startMoved);
+    add("end", endMoved);
+    return text;
 }
 
 double WithoutLag(double position, std::int32_t lagMilliseconds) {

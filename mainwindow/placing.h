@@ -3,7 +3,6 @@
 #include "model/subtitles.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,6 +33,8 @@ class PlacedTitles {
     bool Place(SUBTITLES& titles, std::int32_t title, double start, double end);
     /// A change of that title was undone. true: it was the last placement that still held.
     bool TakenBack(const SUBTITLES& titles, std::int32_t title);
+    /// The title that was placed last gets times a little beside those.
+    void Correct(SUBTITLES& titles, double start, double end);
     /// The titles are others now.
     void Clear() { m_placed.clear(); }
 
@@ -56,6 +57,10 @@ class PlacedTitles {
 
 /// What was recorded: "12: 00:01:02,300 - 00:01:04,100".
 std::string PlacedText(std::int32_t title, double start, double end);
+
+/// By how much that was moved to where speech begins and ends: "start 0.18 s earlier, end
+/// 0.05 s later"; empty where neither was.
+std::string SnappedText(double startMoved, double endMoved);
 
 /// The position that a key stands for: the person who pressed it answers with a
 /// lag, which is taken off; never before the media's begin.

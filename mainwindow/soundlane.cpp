@@ -41,10 +41,8 @@ SoundLane::SoundLane(MainState& state, MediaPlayerControl& control, Host host, Q
     m_follow =
         settings.Dword("LaneFollow") == 0 ? LaneView::Follow::Smooth : LaneView::Follow::ByPage;
     Player& player = *m_state.player;
-    connect(&player, &Player::ReadyStateChange, this,
-            [this] { Guarded([this] { FilmChanged(); }); });
-    connect(&player, &Player::PropertiesChanged, this,
-            [this] { Guarded([this] { FilmChanged(); }); });
+    connect(&player, &Player::ReadyStateChange, this, [this] { Guarded([this] { TakeFilm(); }); });
+    connect(&player, &Player::PropertiesChanged, this, [this] { Guarded([this] { TakeFilm(); }); });
     connect(&player, &Player::PositionChange, this, [this](double /*from*/, double to) {
         if (m_mapper)
             m_mapper->LookAt(to);
@@ -96,9 +94,16 @@ void SoundLane::Toggle() {
     if (!Offered())
         return;
     m_wanted = !m_wanted;
-    FilmChanged();
+    TakeFilm();
+    if (m_wanted)
+        MakeLane();
     ShowButton();
     emit RoomChanged();
+}
+
+void SoundLane::MapAlways() {
+    m_alwaysMapped = true;
+    TakeFilm();
 }
 
 void SoundLane::ShowButton() {
@@ -113,33 +118,39 @@ void SoundLane::GrowBy(int pixels) {
 }
 
 /// Another film, another sound track, or none any more.
-void SoundLane::FilmChanged() {
+void SoundLane::TakeFilm() {
     Player& player = *m_state.player;
     const bool ready = player.ReadyState() != 0;
     const QString film = ready ? player.FileName() : QString();
     const int track = ready ? player.AudioTrack() : -1;
-    if (film == m_film && track == m_track && (m_mapper || !m_wanted || m_silent))
+    const bool mapping = m_wanted || m_alwaysMapped;
+    const bool same = film == m_film && track == m_track;
+    if (same && (m_mapper || !mapping || m_silent))
         return;
     LetMapperGo();
     m_map.reset();
+    m_mapped = false;
     m_film = film;
     m_track = track;
     m_silent = !ready || player.AudioTracks().isEmpty();
     if (m_lane)
         m_lane->Sound(nullptr);
     if (!m_silent && m_wanted)
+        MakeLane();
+    if (!m_silent && mapping)
         MapSound();
     ShowButton();
     emit RoomChanged();
+    if (!same)
+        emit FilmChanged();
 }
 
 void SoundLane::MapSound() {
-    MakeLane();
     SoundMapper::Wish wish;
     wish.film = PathOf(m_film);
     wish.track = m_track + 1;
     wish.position = m_state.player->CurrentPosition();
-    m_mapper = std::make_unique<SoundMapper>(std::move(wish), [ear = m_ear] {
+    m_mapper = std::make_shared<SoundMapper>(std::move(wish), [ear = m_ear] {
         const std::lock_guard guard(ear->mutex);
         if (ear->lane != nullptr)
             ear->lane->SoundArrived();
@@ -179,7 +190,7 @@ void SoundLane::SoundArrived() {
 }
 
 void SoundLane::SoundChanged() {
-    if (!m_mapper || !m_lane)
+    if (!m_mapper)
         return;
     if (m_mapper->Now() == SoundMapper::State::NoSound && !m_mapper->Map()) {
         m_silent = true;
@@ -187,8 +198,13 @@ void SoundLane::SoundChanged() {
         emit RoomChanged();
         return;
     }
-    if (m_map == m_mapper->Map())
-        return m_lane->SoundGrew();
+    const bool known = m_map == m_mapper->Map();
     m_map = m_mapper->Map();
-    m_lane->Sound(m_map);
+    if (m_lane && known)
+        m_lane->SoundGrew();
+    else if (m_lane)
+        m_lane->Sound(m_map);
+    const bool complete = m_mapper->Now() == SoundMapper::State::Complete;
+    if (complete && !std::exchange(m_mapped, true))
+        emit SoundMapped();
 }

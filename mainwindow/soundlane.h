@@ -45,15 +45,29 @@ class SoundLane : public QObject {
     /// A title is being placed by key since this time; nothing: none is any more.
     void Placing(std::optional<double> since);
     void WriteSettings() const;
+    /// Shows outlines where these titles lie, as many as the document has; null: none any more.
+    void Propose(const SUBTITLES* titles);
+    /// The sound is mapped even while nobody looks at the lane.
+    void MapAlways();
+    /// The film can be heard.
+    bool Audible() const { return Offered(); }
+    /// What maps the sound of the film; null while nothing does.
+    std::shared_ptr<SoundMapper> Mapper() const { return m_mapper; }
+    /// As far as it is known; null: nothing of it is.
+    std::shared_ptr<const SoundMap> Map() const { return m_map; }
 
   signals:
     /// The picture and the lane are to be laid out anew.
     void RoomChanged();
+    /// Another film, another sound track, or none any more.
+    void FilmChanged();
+    /// All of the film's sound is known.
+    void SoundMapped();
 
   private:
     bool Offered() const;
     void MakeLane();
-    void FilmChanged();
+    void TakeFilm();
     void MapSound();
     void LetMapperGo();
     void SoundArrived();
@@ -81,6 +95,7 @@ class SoundLane : public QObject {
     const Host m_host;
     QWidget* const m_window;
     bool m_wanted;
+    bool m_alwaysMapped = false;
     int m_height;
     LaneView::Follow m_follow;
     Lane* m_lane = nullptr;
@@ -91,12 +106,13 @@ class SoundLane : public QObject {
         SoundLane* lane = nullptr;
     };
     std::shared_ptr<Ear> m_ear = std::make_shared<Ear>();
-    std::unique_ptr<SoundMapper> m_mapper;
+    std::shared_ptr<SoundMapper> m_mapper;
     std::shared_ptr<const SoundMap> m_map;
     /// The film and the track that the map is of.
     QString m_film;
     int m_track = -1;
     bool m_silent = true;
+    bool m_mapped = false;
     std::atomic<bool> m_soundPosted = false;
     QTimer m_current;
     QPointer<frmList> m_listHeard;

@@ -39,6 +39,20 @@ QString BlockWords(const std::string& text) {
     return words;
 }
 
+LaneTitles LanePlaces(const SUBTITLES& titles) {
+    std::vector<double> starts;
+    std::vector<double> ends;
+    starts.reserve(static_cast<std::size_t>(titles.Count()));
+    ends.reserve(static_cast<std::size_t>(titles.Count()));
+    for (std::int32_t i = 1; i <= titles.Count(); ++i) {
+        starts.push_back(titles.StartTime(i));
+        ends.push_back(titles.EndTime(i));
+    }
+    LaneTitles places;
+    places.Assign(std::move(starts), std::move(ends));
+    return places;
+}
+
 } // namespace
 
 void SoundLane::MakeLane() {
@@ -50,6 +64,7 @@ void SoundLane::MakeLane() {
     m_lane->Follow(m_follow);
     m_lane->Words(
         [this](std::int32_t title) { return BlockWords(m_state.document.Subt.Text(title)); });
+    m_lane->Sound(m_map);
     TakeTitles();
     TakeMarks();
     ShowCurrent();
@@ -93,17 +108,13 @@ void SoundLane::Document_Change(const Change& change) {
 }
 
 void SoundLane::TakeTitles() {
-    const SUBTITLES& titles = m_state.document.Subt;
-    std::vector<double> starts;
-    std::vector<double> ends;
-    starts.reserve(static_cast<std::size_t>(titles.Count()));
-    ends.reserve(static_cast<std::size_t>(titles.Count()));
-    for (std::int32_t i = 1; i <= titles.Count(); ++i) {
-        starts.push_back(titles.StartTime(i));
-        ends.push_back(titles.EndTime(i));
-    }
-    m_lane->Titles(std::move(starts), std::move(ends));
+    m_lane->Titles(LanePlaces(m_state.document.Subt));
     TakeListSelection();
+}
+
+void SoundLane::Propose(const SUBTITLES* titles) {
+    if (m_lane)
+        m_lane->Propose(titles == nullptr ? LaneTitles() : LanePlaces(*titles));
 }
 
 void SoundLane::TakeTimes(const Change& change) {
@@ -159,8 +170,12 @@ void SoundLane::SetTimes(const std::vector<LaneTimes>& titles) {
     SUBTITLES& subtitles = m_state.document.Subt;
     m_state.document.SubtitlesChanged = true;
     const Step step(subtitles, titles.size() > 1 ? StepName("Move titles") : StepName());
-    for (const LaneTimes& one : titles)
+    for (const LaneTimes& one : titles) {
+        const bool starts = subtitles.StartTime(one.title) != one.start;
         subtitles.SetTimes(one.title, one.start, one.end);
+        if (starts)
+            m_state.document.Placed(one.title);
+    }
 }
 
 void SoundLane::Edit(std::int32_t title) {

@@ -62,6 +62,7 @@ Connection Document::BeforeOther(std::function<void()> observer) {
 void Document::BeginOther() {
     Call(m_beforeOther);
     ++m_number;
+    m_placed.Clear();
     m_fileFollows = true;
     m_typed.reset();
     m_left.reset();
@@ -101,21 +102,35 @@ void Document::Changing(const StepName& step, std::int32_t first) {
     const bool inSeries = step.series == StepName::Series::OneAfterTheOther;
     const std::int32_t before = std::exchange(m_seriesTitle, inSeries ? first : 0);
     const bool goesOn = inSeries && before > 0 && (first == before || first == before + 1);
-    if (step.text.empty() || goesOn || Subt.Count() == 0)
-        return;
+    m_recordedKept = m_recordedKept && goesOn;
+    if (!step.text.empty() && !goesOn && Subt.Count() > 0)
+        m_earlier->Keep(Subt, About(step.text));
+}
+
+Version Document::About(const std::string& step) const {
     Version about;
-    about.step = step.text;
+    about.step = step;
     about.time = Now();
     about.subtitleFile = m_file;
     about.style = Style;
-    m_earlier->Keep(Subt, std::move(about));
+    return about;
+}
+
+void Document::KeepRecorded(const std::string& step, std::int32_t title, double start, double end) {
+    SUBTITLES recorded = TitlesOf(m_recordedKept ? m_earlier->At(0) : m_earlier->Present(Subt));
+    recorded.SetTimes(title, start, end);
+    if (std::exchange(m_recordedKept, true))
+        m_earlier->DropNewest();
+    m_earlier->Keep(recorded, About(step));
 }
 
 void Document::StepEnded(const std::optional<Change>& change) {
     if (std::exchange(m_fileFollows, false))
         m_file = SubtitleFile;
-    if (change)
+    if (change) {
+        m_placed.Follow(*change, Subt);
         Call(m_observers, *change);
+    }
     if (std::exchange(m_marksWait, false))
         Call(m_observers, Change{Change::Kind::Marks, 0, 0});
     if (std::exchange(m_savedWaits, false))

@@ -2,6 +2,7 @@
 
 #include "model/draft.h"
 #include "model/filestyle.h"
+#include "model/knownstarts.h"
 #include "model/subtitles.h"
 #include "model/times.h"
 
@@ -12,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+struct Version;
 class Versions;
 
 /// Ends a subscription when it goes. It may outlive the document.
@@ -65,6 +67,11 @@ class Document : private TitlesWatcher {
     /// How often another document has taken the place.
     std::uint32_t Number() const { return m_number; }
 
+    /// The title starts where a person has put it, by key or by hand.
+    void Placed(std::int32_t title) { m_placed.Add(Subt, title); }
+    /// Those that were put there since the document began, and start there still.
+    const std::vector<KnownStarts::Known>& PlacedTitles() const { return m_placed.All(); }
+
     /// Tells the observers that the titles are those of a file now.
     void Saved();
 
@@ -72,6 +79,10 @@ class Document : private TitlesWatcher {
     const Versions& Earlier() const { return *m_earlier; }
     /// For whoever brings the versions of a recovered document back.
     Versions& Earlier() { return *m_earlier; }
+    /// For a step that moves what a person has just recorded: keeps the titles with these
+    /// times of title `title`, as they were recorded, as a version before `step`. Steps of one
+    /// series share the version, which has what was recorded in all of them.
+    void KeepRecorded(const std::string& step, std::int32_t title, double start, double end);
     /// Puts the version of that age (0: the newest) in place of the titles, their style
     /// and the name of their file. What they were is kept as a version, the undo history
     /// is emptied, and the titles count as changed. Without such a version nothing happens.
@@ -102,6 +113,7 @@ class Document : private TitlesWatcher {
     static Connection Add(Observers<OBSERVER>& observers, OBSERVER observer);
     template <typename OBSERVER, typename... ARGUMENTS>
     static void Call(Observers<OBSERVER>& observers, const ARGUMENTS&... arguments);
+    Version About(const std::string& step) const;
     /// At once, or at the end of the step.
     void Tell(Change::Kind kind, bool& waits);
     double m_blueMark = 0;
@@ -109,6 +121,9 @@ class Document : private TitlesWatcher {
     std::unique_ptr<Versions> m_earlier;
     /// The title that the series at work has come to; 0 when there is none.
     std::int32_t m_seriesTitle = 0;
+    /// The newest version has what was recorded in the series at work.
+    bool m_recordedKept = false;
+    KnownStarts m_placed;
     bool m_marksWait = false;
     bool m_savedWaits = false;
     std::uint32_t m_number = 0;

@@ -221,6 +221,18 @@ void Versions::Restore(Version version) {
 void Versions::DropOldest() {
     Version version = std::move(m_versions.back());
     m_versions.pop_back();
+    Drop(std::move(version));
+}
+
+void Versions::DropNewest() {
+    if (m_versions.empty())
+        return;
+    Version version = std::move(m_versions.front());
+    m_versions.pop_front();
+    Drop(std::move(version));
+}
+
+void Versions::Drop(Version version) {
     m_bytes -= SizeOf(version);
     for (TitleBlock& block : version.blocks) {
         Release(m_texts, block.texts);

@@ -70,6 +70,8 @@ class Versions {
     void Keep(const SUBTITLES& titles, Version about);
     /// The titles of now, sharing what they can with the versions; they are not kept.
     Version Present(const SUBTITLES& titles) const;
+    /// The newest goes; without one nothing happens.
+    void DropNewest();
     /// Takes a stored version back in, as the oldest one.
     void Restore(Version version);
 
@@ -91,6 +93,7 @@ class Versions {
     template <typename PART>
     void Release(Pool<PART>& pool, std::shared_ptr<const PART>& part);
     void Hold(Version& version);
+    void Drop(Version version);
     void DropOldest();
 
     std::size_t m_mostBytes;

@@ -105,6 +105,16 @@ Pieces Flag(const QColor& colour) {
     return {{cloth, true, colour}, {Along({{{5.4, 3}, {5.4, 21}}})}};
 }
 
+/// A title that goes to where the sound is.
+Pieces FitSign() {
+    return {Box({2.4, 3.6, 9.6, 5.4}),
+            {Along({{{7.2, 12}, {16.2, 12}}, {{13.2, 9}, {16.2, 12}, {13.2, 15}}})},
+            {Along({{{12, 18.6}, {12, 20.4}},
+                    {{14.9, 16.2}, {14.9, 22.2}},
+                    {{17.8, 17.4}, {17.8, 21}},
+                    {{20.7, 16.2}, {20.7, 22.2}}})}};
+}
+
 Pieces StretchToMarksSign() {
     return {{Along({{{2.4, 4.8}, {2.4, 19.2}}}), false, Blue},
             {Along({{{21.6, 4.8}, {21.6, 19.2}}}), false, Green},
@@ -166,6 +176,7 @@ const Pieces& PiecesOf(Sign sign) {
                             {{13.9, 3}, {13.9, 21}},
                             {{17.7, 7}, {17.7, 17}},
                             {{21.5, 10.5}, {21.5, 13.5}}})},
+        {Sign::Fit, FitSign()},
         {Sign::BlueFlag, Flag(Blue)},
         {Sign::GreenFlag, Flag(Green)},
         {Sign::StretchToMarks, StretchToMarksSign()},

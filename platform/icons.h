@@ -31,6 +31,7 @@ enum class Sign {
     Silence,
     Note,
     Lane,
+    Fit,
     BlueFlag,
     GreenFlag,
     StretchToMarks,

@@ -58,6 +58,8 @@ inline constexpr SettingRow SettingRows[] = {
     {"Lane", SettingType::Number, "1", "frmQuelmar"},
     {"LaneHeight", SettingType::Number, "96", "frmQuelmar"},
     {"LaneFollow", SettingType::Number, "0", "frmQuelmar"},
+    {"SnapSpeech", SettingType::Number, "0", "frmQuelmar"},
+    {"FitHint", SettingType::Number, "1", SettingRow::Nobody},
     {"SubRipStyles", SettingType::Number, "0", "frmQuelmar"},
 };
 

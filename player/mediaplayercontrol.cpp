@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -28,6 +29,8 @@ constexpr int ButtonSide = 26;
 constexpr int IconSide = 16;
 constexpr int VolumeWidth = 64;
 constexpr int SmallestSlider = 48;
+/// The line that is said in the bar leaves the slider this much.
+constexpr int SliderBesideHint = 160;
 
 constexpr auto KeysProperty = "keys";
 
@@ -112,6 +115,15 @@ void MediaPlayerControl::MakeBar() {
     m_rate->setPopupMode(QToolButton::InstantPopup);
     m_rates = new QMenu(m_rate);
     m_rate->setMenu(m_rates);
+    m_hint = new QLabel(m_bar);
+    m_hint->setObjectName(QStringLiteral("mpHint"));
+    m_hint->setAccessibleName(tr("How the titles fit"));
+    m_hint->setTextFormat(Qt::RichText);
+    m_hint->setTextInteractionFlags(Qt::LinksAccessibleByMouse | Qt::LinksAccessibleByKeyboard);
+    m_hint->setFocusPolicy(Qt::TabFocus);
+    m_hint->hide();
+    m_fit = MakeButton("mpFit", tr("Fit the titles to the sound..."));
+    m_fit->hide();
     m_lane = MakeButton("mpLane", tr("Sound and titles"));
     m_lane->setCheckable(true);
     m_lane->hide();
@@ -121,8 +133,8 @@ void MediaPlayerControl::MakeBar() {
     layout->addWidget(m_play);
     layout->addWidget(m_stop);
     layout->addWidget(m_slider, 1);
-    for (QWidget* widget : std::initializer_list<QWidget*>{m_elapsed, m_slash, m_total, m_mute,
-                                                           m_volume, m_rate, m_lane})
+    for (QWidget* widget : std::initializer_list<QWidget*>{m_hint, m_elapsed, m_slash, m_total,
+                                                           m_mute, m_volume, m_rate, m_fit, m_lane})
         layout->addWidget(widget);
     FitFont();
 }
@@ -159,6 +171,14 @@ void MediaPlayerControl::Listen() {
     connect(m_mute, &QToolButton::clicked, this, [this](bool on) {
         m_player.Muted(on);
         GiveKeyboardBack(*m_mute);
+    });
+    connect(m_fit, &QToolButton::clicked, this, [this] {
+        GiveKeyboardBack(*m_fit);
+        emit FitClicked();
+    });
+    connect(m_hint, &QLabel::linkActivated, this, [this] {
+        GiveKeyboardBack(*m_hint);
+        emit FitClicked();
     });
     connect(m_lane, &QToolButton::clicked, this, [this] {
         emit LaneClicked();
@@ -219,6 +239,22 @@ void MediaPlayerControl::LaneButton(bool offered, bool shown) {
     FitBar();
 }
 
+void MediaPlayerControl::FitButton(bool offered, bool enabled) {
+    m_fit->setEnabled(enabled);
+    if (std::exchange(m_fitOffered, offered) != offered)
+        FitBar();
+}
+
+void MediaPlayerControl::Hint(const QString& text) {
+    m_hintText = text;
+    QString line = text.toHtmlEscaped();
+    m_hint->setText(
+        line.replace(QLatin1String("Fit..."), QLatin1String("<a href=\"fit\">Fit...</a>")));
+    m_hint->setAccessibleName(text.isEmpty() ? tr("How the titles fit") : text);
+    ShowTip(*m_fit, m_fit->accessibleName());
+    FitBar();
+}
+
 void MediaPlayerControl::Follow(double position) {
     if (const QString elapsed = TimeText(position); m_elapsed->text() != elapsed) {
         m_elapsed->setText(elapsed);
@@ -253,7 +289,10 @@ void MediaPlayerControl::NameKeys(const char* button, const QString& keys) {
 
 void MediaPlayerControl::ShowTip(QWidget& control, const QString& text) {
     const QString keys = control.property(KeysProperty).toString();
-    control.setToolTip(keys.isEmpty() ? text : QStringLiteral("%1 (%2)").arg(text, keys));
+    QString tip = keys.isEmpty() ? text : QStringLiteral("%1 (%2)").arg(text, keys);
+    if (&control == m_fit && !m_hintText.isEmpty())
+        tip += QLatin1Char('\n') + m_hintText;
+    control.setToolTip(tip);
 }
 
 void MediaPlayerControl::GiveKeyboardBack(const QWidget& control) {
@@ -271,17 +310,23 @@ void MediaPlayerControl::ShowIcons() {
     const bool playing = m_player.State() == Player::Playing;
     m_play->setIcon(DrawnIcon(playing ? Sign::Pause : Sign::Play));
     m_stop->setIcon(DrawnIcon(Sign::Stop));
+    m_fit->setIcon(DrawnIcon(Sign::Fit));
     m_lane->setIcon(DrawnIcon(Sign::Lane));
     m_mute->setIcon(DrawnIcon(m_player.Muted() ? Sign::Silence : Sign::Sound));
 }
 
 /// In a narrow window the slider keeps its room; what the menu offers too goes first.
 void MediaPlayerControl::FitBar() {
+    m_fit->setVisible(m_fitOffered);
     m_lane->setVisible(m_laneOffered);
     QWidget* const dispensable[] = {m_volume, m_total, m_rate, m_mute};
     for (QWidget* widget : dispensable)
         widget->show();
     m_slash->show();
+    m_hint->setVisible(!m_hintText.isEmpty());
+    m_bar->layout()->invalidate();
+    if (m_bar->layout()->minimumSize().width() + SliderBesideHint - SmallestSlider > width())
+        m_hint->hide();
     for (QWidget* widget : dispensable) {
         m_bar->layout()->invalidate();
         if (m_bar->layout()->minimumSize().width() <= width())
@@ -308,6 +353,14 @@ void MediaPlayerControl::contextMenuEvent(QContextMenuEvent* event) {
     // The answer is a dialog, and the menu must not be deleted in its loop.
     connect(inFilm, &QAction::triggered, this, &MediaPlayerControl::SubtitlesWanted,
             Qt::QueuedConnection);
+    QAction* snap = menu->addAction(tr("S&nap placements to speech"));
+    snap->setObjectName(QStringLiteral("mpSnap"));
+    snap->setCheckable(true);
+    snap->setChecked(m_snapToSpeech);
+    connect(snap, &QAction::toggled, this, [this](bool on) {
+        SnapToSpeech(on);
+        emit SnapChosen();
+    });
     menu->popup(event->globalPos());
 }
 

@@ -37,9 +37,17 @@ class MediaPlayerControl : public QWidget {
     void ShowTitle(const QString& text);
     bool TitlesOnPicture() const { return m_titlesOnPicture; }
     void TitlesOnPicture(bool wanted);
+    /// Titles that are placed by key go to where speech begins and ends, if the user wants it.
+    bool SnapToSpeech() const { return m_snapToSpeech; }
+    void SnapToSpeech(bool wanted) { m_snapToSpeech = wanted; }
     /// The button that shows and hides the lane with the film's sound: there is one
     /// for this film, and it is to be seen.
     void LaneButton(bool offered, bool shown);
+    /// The button that fits the titles to the film's sound: the film has one, and there are
+    /// titles.
+    void FitButton(bool offered, bool enabled);
+    /// A quiet line in the bar; "Fit..." in it does what the button does. Empty: none.
+    void Hint(const QString& text);
     /// Tool tips name the keys that do the same.
     void NameKeys(const char* button, const QString& keys);
 
@@ -47,6 +55,8 @@ class MediaPlayerControl : public QWidget {
     void LaneClicked();
     /// The film's own subtitles are wanted.
     void SubtitlesWanted();
+    void FitClicked();
+    void SnapChosen();
 
   protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
@@ -76,6 +86,7 @@ class MediaPlayerControl : public QWidget {
     MediaPicture* m_picture = nullptr;
     QString m_title;
     bool m_titlesOnPicture = true;
+    bool m_snapToSpeech = false;
     QWidget* m_bar = nullptr;
     QToolButton* m_play = nullptr;
     QToolButton* m_stop = nullptr;
@@ -87,6 +98,10 @@ class MediaPlayerControl : public QWidget {
     JumpSlider* m_volume = nullptr;
     QToolButton* m_rate = nullptr;
     QMenu* m_rates = nullptr;
+    QLabel* m_hint = nullptr;
+    QString m_hintText;
+    QToolButton* m_fit = nullptr;
+    bool m_fitOffered = false;
     QToolButton* m_lane = nullptr;
     bool m_laneOffered = false;
 };

@@ -358,6 +358,122 @@ TEST_F(ObservedDocument, TellsBeforeAnotherOneTakesItsPlace) {
     EXPECT_EQ(counts.size(), 1U);
 }
 
+struct PlacedCase {
+    const char* what;
+    void (*change)(Document&);
+    /// Of titles 2, 4 and 5, which were placed.
+    std::vector<std::int32_t> placed;
+};
+
+std::ostream& operator<<(std::ostream& out, const PlacedCase& placed) {
+    return out << placed.what;
+}
+
+class PlacedTitlesOf : public ObservedDocument, public ::testing::WithParamInterface<PlacedCase> {};
+
+TEST_P(PlacedTitlesOf, StayRightOrAreLeftOut) {
+    for (const std::int32_t title : {4, 2, 5, 4})
+        document.Placed(title);
+    GetParam().change(document);
+    std::vector<std::int32_t> placed;
+    for (const KnownStarts::Known& known : document.PlacedTitles()) {
+        placed.push_back(known.title);
+        EXPECT_EQ(known.start, titles.StartTime(known.title));
+        EXPECT_EQ(known.text, titles.Text(known.title));
+    }
+    EXPECT_EQ(placed, GetParam().placed);
+}
+
+const PlacedCase PlacedCases[]{
+    {"nothing", [](Document&) {}, {2, 4, 5}},
+    {"another start", [](Document& d) { d.Subt.StartTime(4, 4.2); }, {2, 5}},
+    {"the start of another title", [](Document& d) { d.Subt.StartTime(3, 3.2); }, {2, 4, 5}},
+    {"another end", [](Document& d) { d.Subt.EndTime(4, 4.2); }, {2, 4, 5}},
+    {"another text", [](Document& d) { d.Subt.Text(4, "x"); }, {2, 4, 5}},
+    {"placed again",
+     [](Document& d) {
+         d.Subt.StartTime(4, 4.2);
+         d.Placed(4);
+     },
+     {2, 4, 5}},
+    {"placed within a step",
+     [](Document& d) {
+         const Step step(d.Subt);
+         d.Subt.StartTime(3, 3.2);
+         d.Placed(3);
+     },
+     {2, 3, 4, 5}},
+    {"moved after it was placed within a step",
+     [](Document& d) {
+         const Step step(d.Subt);
+         d.Placed(3);
+         d.Subt.StartTime(3, 3.2);
+     },
+     {2, 4, 5}},
+    {"no such title",
+     [](Document& d) {
+         d.Placed(0);
+         d.Placed(7);
+     },
+     {2, 4, 5}},
+    {"undone",
+     [](Document& d) {
+         d.Subt.StartTime(4, 4.2);
+         d.Placed(4);
+         d.Subt.Undo();
+     },
+     {2, 5}},
+    {"one inserted before", [](Document& d) { d.Subt.Insert(1, 0, 0.5, "x"); }, {3, 5, 6}},
+    {"one inserted between", [](Document& d) { d.Subt.Insert(4, 3, 4, "x"); }, {2, 5, 6}},
+    {"an insertion undone",
+     [](Document& d) {
+         d.Subt.Insert(4, 3, 4, "x");
+         d.Subt.Undo();
+     },
+     {2, 4, 5}},
+    {"one deleted", [](Document& d) { d.Subt.Delete(4); }, {2, 4}},
+    {"a deletion undone",
+     [](Document& d) {
+         d.Subt.Delete(4);
+         d.Subt.Undo();
+     },
+     {2, 5}},
+    {"some deleted in a row",
+     [](Document& d) {
+         d.Subt.DeleteAll({1, 2, 3});
+     },
+     {1, 2}},
+    {"some deleted here and there",
+     [](Document& d) {
+         d.Subt.DeleteAll({3, 6});
+     },
+     {2}},
+    {"a file of the same titles",
+     [](Document& d) {
+         SUBTITLES same = d.Subt;
+         d.Subt.Replace(std::move(same));
+     },
+     {2, 4, 5}},
+    {"titles that start there but are others",
+     [](Document& d) {
+         SUBTITLES others;
+         for (int i = 1; i <= 6; ++i)
+             others.Add(i, i + 0.5, i == 4 ? "lt" : "x");
+         d.Subt.Replace(std::move(others));
+     },
+     {4}},
+    {"fewer titles",
+     [](Document& d) {
+         SUBTITLES fewer;
+         fewer.Add(1, 2, "lt");
+         d.Subt.Replace(std::move(fewer));
+     },
+     {}},
+    {"another document", [](Document& d) { d.BeginOther(); }, {}},
+};
+
+INSTANTIATE_TEST_SUITE_P(Known, PlacedTitlesOf, ::testing::ValuesIn(PlacedCases));
+
 TEST_F(ObservedDocument, IsInAStepWhileOneIsOpen) {
     EXPECT_FALSE(titles.InStep());
     {

@@ -84,6 +84,38 @@ TEST(FitVerdict, KnowsTitlesOfAnotherFilm) {
     EXPECT_LT(fit.confidence, 0.9);
 }
 
+struct StrangersCase {
+    const char* what;
+    std::size_t titles;
+    /// Of the detector.
+    double noise;
+    bool sameFilm;
+    bool elsewhere;
+};
+
+std::ostream& operator<<(std::ostream& out, const StrangersCase& row) {
+    return out << row.what;
+}
+
+class Strangers : public testing::TestWithParam<StrangersCase> {};
+
+TEST_P(Strangers, AreNamedOnlyWhereThatIsSure) {
+    const StrangersCase& row = GetParam();
+    const FittingFilm film = MakeFilm(4, Length);
+    std::vector<FitTitle> titles = film.titles;
+    titles.resize(std::min(titles.size(), row.titles));
+    const SpeechCurve speech = SpeechOf(row.sameFilm ? film : MakeFilm(5, Length), row.noise);
+    EXPECT_EQ(FindFit(titles, speech).elsewhere, row.elsewhere);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Films, Strangers,
+    testing::Values(StrangersCase{"many of another film", 5000, 0.1, false, true},
+                    StrangersCase{"few of another film", 50, 0.1, false, false},
+                    StrangersCase{"many of another film, in noise", 5000, 1, false, false},
+                    StrangersCase{"many of this film", 5000, 0.1, true, false},
+                    StrangersCase{"many of this film, in noise", 5000, 1, true, false}));
+
 TEST(FitVerdict, HasNoneWhereNothingIsSaid) {
     std::vector<FitTitle> titles = TheFilm().titles;
     for (FitTitle& title : titles)

@@ -270,6 +270,33 @@ TEST_F(DocumentVersions, ARunOfPlacementsIsOne) {
     EXPECT_EQ(Steps(), "Placing by key;Placing by key;Placing by key;");
 }
 
+TEST_F(DocumentVersions, WhatWasRecordedInARunIsOne) {
+    const auto snap = [this](std::int32_t title) {
+        const Step step(titles, {"Placing by key", StepName::Series::OneAfterTheOther});
+        titles.StartTime(title, title + 100);
+        document.KeepRecorded("Snapping", title, title + 100, title + 101);
+        titles.SetTimes(title, title + 100.2, title + 101.1);
+    };
+    snap(1);
+    EXPECT_EQ(Steps(), "Snapping;Placing by key;");
+    snap(2);
+    snap(3);
+    EXPECT_EQ(Steps(), "Snapping;Placing by key;");
+    const SUBTITLES recorded = TitlesOf(document.Earlier().At(0));
+    for (std::int32_t title = 1; title <= 3; ++title) {
+        EXPECT_EQ(recorded.StartTime(title), title + 100);
+        EXPECT_EQ(recorded.EndTime(title), title + 101);
+        EXPECT_EQ(titles.StartTime(title), title + 100.2);
+    }
+    EXPECT_EQ(recorded.StartTime(4), titles.StartTime(4));
+    EXPECT_EQ(TitlesOf(document.Earlier().At(1)).StartTime(1), 1);
+    titles.Delete(6);
+    snap(4);
+    EXPECT_EQ(Steps(), "Snapping;Placing by key;Snapping;Placing by key;");
+    EXPECT_EQ(TitlesOf(document.Earlier().At(0)).StartTime(3), 103.2);
+    EXPECT_EQ(TitlesOf(document.Earlier().At(0)).StartTime(4), 104);
+}
+
 TEST_F(DocumentVersions, GoingBackIsItselfAStep) {
     {
         const Step step(titles);

@@ -34,12 +34,15 @@ struct HintRow {
 TEST(FitHint, SaysWhatIsSureAndNothingElse) {
     Fit cancelled = FitOf(FitVerdict::Right, 1, {});
     cancelled.cancelled = true;
+    Fit elsewhere = FitOf(FitVerdict::Unsure, 0.5, {});
+    elsewhere.elsewhere = true;
     const std::vector<HintRow> rows{
         {cancelled, 25, ""},
         {FitOf(FitVerdict::Right, 0.95, {}), 25, "The titles fit the sound"},
         {FitOf(FitVerdict::Right, 0.5, {}), 25, ""},
         {FitOf(FitVerdict::Unsure, 0.4, {}), 25, ""},
-        {FitOf(FitVerdict::Unsure, 0.05, {}), 25, "These titles seem to belong to another film"},
+        {FitOf(FitVerdict::Unsure, 0, {}), 25, ""},
+        {elsewhere, 25, "These titles seem to belong to another film"},
         {FitOf(FitVerdict::Fitted, 0.5, {{1, 3, -2.41, 1, 0.5}}), 25, ""},
         {FitOf(FitVerdict::Fitted, 0.9, {{1, 3, -2.41, 1, 0.9}}), 25, "About 2.4 s late. Fit..."},
         {FitOf(FitVerdict::Fitted, 0.9, {{1, 3, 12, 1, 0.9}}), 0, "About 12.0 s early. Fit..."},

@@ -56,8 +56,13 @@ TEST_F(ListFitting, MovesTheTitlesAsOneStep) {
         // The list shows what is proposed, and the titles still are what they were.
         EXPECT_EQ(Cell(1, 1), "00:00:18,000");
         EXPECT_EQ(Subt().StartTime(1), StartOf(0));
+        // So do film and lane.
+        ASSERT_TRUE(host.shownInstead);
+        EXPECT_EQ(host.shownInstead->Count(), Count);
+        EXPECT_NEAR(host.shownInstead->StartTime(1), StartOf(0) + Late, 0.02);
         dialog.cmdFit->click();
     });
+    EXPECT_FALSE(host.shownInstead);
     EXPECT_NEAR(Subt().StartTime(1), StartOf(0) + Late, 0.02);
     EXPECT_NEAR(Subt().EndTime(Count), StartOf(Count - 1) + Late + 2, 0.02);
     EXPECT_EQ(Colour(2), Edited);
@@ -68,6 +73,7 @@ TEST_F(ListFitting, MovesTheTitlesAsOneStep) {
 
 TEST_F(ListFitting, ShowsTheTitlesAgainWhenCancelled) {
     FitToFile([](frmFit& dialog) { dialog.cmdCancel->click(); });
+    EXPECT_FALSE(host.shownInstead);
     EXPECT_EQ(Cell(1, 1), "00:00:15,000");
     EXPECT_EQ(Subt().StartTime(1), StartOf(0));
     EXPECT_FALSE(document().SubtitlesChanged);

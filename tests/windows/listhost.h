@@ -19,6 +19,9 @@ class ListHost : public EditorHost {
     Document& document() override { return m_document; }
     void MediaPosition(double seconds) override { positions.push_back(seconds); }
     void Listen(double from, double to) override { listened.emplace_back(from, to); }
+    std::optional<FitSource> FilmSound() const override { return sound; }
+    void ShowInstead(const SUBTITLES& titles) override { shownInstead = titles; }
+    void ShowOwn() override { shownInstead.reset(); }
     std::int32_t ShownTitle() const override { return shownTitle; }
     void EditButtonsEnabled(bool enabled) override { editButtons = enabled; }
 
@@ -29,6 +32,9 @@ class ListHost : public EditorHost {
 
     std::vector<double> positions;
     std::vector<std::pair<double, double>> listened;
+    std::optional<FitSource> sound;
+    /// What film and lane show in place of the document's titles.
+    std::optional<SUBTITLES> shownInstead;
     std::int32_t shownTitle = 1;
     std::optional<bool> editButtons;
     /// Steps that changed titles.

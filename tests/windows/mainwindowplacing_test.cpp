@@ -1,6 +1,7 @@
 #include "mainwindow/placing.h"
 #include "tests/windows/mainwindowtest.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QLabel>
 
@@ -44,6 +45,27 @@ TEST_F(MainWindowPlacing, AKeyHeldThroughTheFilmsEndPlacesUpToTheEnd) {
     Key(QEvent::KeyRelease);
     ExpectTimes(3, 599, 600);
     ExpectTimes(1, 1, 3);
+}
+
+TEST_F(MainWindowPlacing, TheMenuSwitchesSnapping) {
+    const auto choose = [this](bool before) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, {50, 50}, {50, 50});
+        QCoreApplication::sendEvent(&The<QWidget>("MP"), &event);
+        auto& snap = The<QAction>("mpSnap");
+        EXPECT_EQ(snap.isChecked(), before);
+        snap.trigger();
+        QApplication::activePopupWidget()->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    };
+    choose(false);
+    CloseWindow();
+    EXPECT_EQ(StoredSettings().value("SnapSpeech").toInt(), 1);
+    OpenWindow();
+    Open();
+    choose(true);
+    CloseWindow();
+    EXPECT_EQ(StoredSettings().value("SnapSpeech").toInt(), 0);
+    OpenWindow();
 }
 
 TEST_F(MainWindowPlacing, AKeyStillHeldWhenTheFilmStartsAgainPlacesNothing) {
