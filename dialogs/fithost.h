@@ -1,6 +1,9 @@
 #pragma once
 
 #include "fit/fit.h"
+#include "model/knownstarts.h"
+
+#include <QRect>
 
 #include <cstdint>
 #include <functional>
@@ -8,8 +11,6 @@
 #include <span>
 #include <string>
 #include <vector>
-
-class SUBTITLES;
 
 /// What titles are fitted to, and where it comes from.
 struct FitSource {
@@ -34,8 +35,12 @@ class FitHost {
     virtual ~FitHost() = default;
 
     virtual SUBTITLES& FitTitles() = 0;
-    /// Titles that a person has placed, with their starts: the fit meets them.
+    /// Titles that a person has placed: they stay, and the fit goes by them.
+    virtual std::span<const KnownStarts::Known> PlacedTitles() const { return {}; }
+    /// Further titles, with the starts that the fit is to meet.
     virtual std::vector<FitAnchor> FitAnchors() const = 0;
+    /// Where picture and sound are on the screen, to be kept in sight; empty where they are not.
+    virtual QRect FilmPlace() const { return {}; }
     /// Plays this part of the film and stops; nothing without a film.
     virtual void Listen(double from, double to) = 0;
     /// Shows these times in the film's place of the present ones, until they are taken

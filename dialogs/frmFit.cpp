@@ -15,6 +15,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTreeWidget>
 
 #include <algorithm>
@@ -48,7 +49,8 @@ frmFit::frmFit(FitHost& host, FitSource source, QWidget* parent)
     , cmdFit(Named<QPushButton>("cmdFit", tr("&Fit"), this))
     , cmdCancel(Named<QPushButton>("cmdCancel", tr("Cancel"), this))
     , m_host(host)
-    , m_titles(TitlesToFit(host.FitTitles())) {
+    , m_present(TitlesToFit(host.FitTitles()))
+    , m_titles(m_present) {
     setObjectName("frmFit");
     setWindowTitle(tr("Fit to %1").arg(QString::fromStdString(source.what)));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -65,12 +67,36 @@ frmFit::frmFit(FitHost& host, FitSource source, QWidget* parent)
     connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     Form_Load();
 
-    m_job = std::make_unique<FitJob>(std::move(source), m_titles, host.FitAnchors());
+    m_job = std::make_unique<FitJob>(std::move(source), m_titles, TakeAnchors());
     connect(m_job.get(), &FitJob::Progressed, this, &frmFit::JobProgressed);
     connect(m_job.get(), &FitJob::Finished, this, [this] { Guarded([this] { JobFinished(); }); });
 }
 
 frmFit::~frmFit() = default;
+
+/// A title that was placed tells how far its neighbours have to go, if the fit knows where it
+/// came from.
+std::vector<FitAnchor> frmFit::TakeAnchors() {
+    std::vector<FitAnchor> anchors;
+    for (const KnownStarts::Known& known : m_host.PlacedTitles()) {
+        FitTitle& title = m_titles[static_cast<std::size_t>(known.title - 1)];
+        title.end += known.was - title.start;
+        title.start = known.was;
+        anchors.push_back({known.title, known.start});
+    }
+    const std::vector<FitAnchor> further = m_host.FitAnchors();
+    anchors.insert(anchors.end(), further.begin(), further.end());
+    return anchors;
+}
+
+std::vector<FitTimes> frmFit::Applied(const std::vector<bool>& chosen) const {
+    std::vector<FitTimes> times = ApplyFit(m_titles, Result(), chosen);
+    for (const KnownStarts::Known& known : m_host.PlacedTitles()) {
+        const auto place = static_cast<std::size_t>(known.title - 1);
+        times[place] = {m_present[place].start, m_present[place].end};
+    }
+    return times;
+}
 
 void frmFit::LayOut() {
     lblVerdict->setWordWrap(true);
@@ -117,9 +143,21 @@ void frmFit::Form_Load() {
     for (QWidget* later : {static_cast<QWidget*>(optBefore), static_cast<QWidget*>(optAfter),
                            static_cast<QWidget*>(cmdListen), static_cast<QWidget*>(cmdFit)})
         later->setEnabled(false);
-    resize(sizeHint());
-    KeepOnScreen(*this);
+    PlaceBesideFilm();
     cmdCancel->setFocus();
+}
+
+/// What is proposed is to be seen and heard while this is open.
+void frmFit::PlaceBesideFilm() {
+    resize(sizeHint());
+    const QRect film = m_host.FilmPlace();
+    if (film.isEmpty())
+        return KeepOnScreen(*this);
+    constexpr QSize Frame(8, 40);
+    const QRect place =
+        BesideFilm(size() + Frame, minimumSizeHint() + Frame, film, screen()->availableGeometry());
+    move(place.topLeft());
+    resize(place.size() - Frame);
 }
 
 void frmFit::JobProgressed(const QString& phase, double done) {
@@ -177,20 +215,21 @@ bool frmFit::AnyChosen() const {
     return std::find(chosen.begin(), chosen.end(), true) != chosen.end();
 }
 
-std::vector<FitTimes> frmFit::Times() const {
-    return ApplyFit(m_titles, Result(), ChosenPieces());
-}
-
 void frmFit::ShowPlaces() {
-    if (optAfter->isChecked() && AnyChosen())
-        m_host.ShowProposed(Times());
-    else
-        m_host.ShowProposed({});
+    if (!optAfter->isChecked())
+        return m_host.ShowProposed({});
+    std::vector<bool> shown = ChosenPieces();
+    if (m_heard >= 0)
+        shown[static_cast<std::size_t>(m_heard)] = true;
+    if (std::find(shown.begin(), shown.end(), true) == shown.end())
+        return m_host.ShowProposed({});
+    m_host.ShowProposed(Applied(shown));
 }
 
 void frmFit::lstPieces_ItemChanged() {
     if (m_filling || !m_found)
         return;
+    m_heard = -1;
     picGraph->Chosen(ChosenPieces());
     cmdFit->setEnabled(AnyChosen());
     lstPieces_CurrentChanged();
@@ -211,16 +250,17 @@ void frmFit::cmdListen_Click() {
     const std::int32_t title = LeastSureTitle(Result(), piece);
     if (title == 0)
         return;
+    m_heard = piece;
+    ShowPlaces();
     const auto place = static_cast<std::size_t>(title - 1);
-    const double start =
-        optAfter->isChecked() ? ApplyFit(m_titles, Result())[place].start : m_titles[place].start;
+    const double start = optAfter->isChecked() ? Applied({})[place].start : m_present[place].start;
     const double from = std::max(0.0, start - BeforeTitle);
     m_host.Listen(from, from + ListeningTime);
 }
 
 void frmFit::cmdFit_Click() {
-    const std::vector<FitTimes> times = Times();
-    const std::vector<std::int32_t> moved = MovedTitles(m_titles, times);
+    const std::vector<FitTimes> times = Applied(ChosenPieces());
+    const std::vector<std::int32_t> moved = MovedTitles(m_present, times);
     m_host.ShowProposed({});
     {
         SUBTITLES& titles = m_host.FitTitles();

@@ -40,6 +40,7 @@ class frmFit : public QDialog {
   private:
     void LayOut();
     void Form_Load();
+    void PlaceBesideFilm();
     void JobProgressed(const QString& phase, double done);
     void JobFinished();
     void FillPieces();
@@ -52,13 +53,19 @@ class frmFit : public QDialog {
 
     const Fit& Result() const;
     std::vector<bool> ChosenPieces() const;
-    std::vector<FitTimes> Times() const;
     bool AnyChosen() const;
+    std::vector<FitAnchor> TakeAnchors();
+    /// The times of all titles with these pieces moved; all when it is empty.
+    std::vector<FitTimes> Applied(const std::vector<bool>& chosen) const;
 
     FitHost& m_host;
+    /// As they are, and as the fit gets them.
+    std::vector<FitTitle> m_present;
     std::vector<FitTitle> m_titles;
     std::unique_ptr<FitJob> m_job;
     bool m_found = false;
+    /// The piece that was listened to: it is shown even if it is not ticked; -1: none.
+    int m_heard = -1;
     bool m_filling = false;
     bool m_ended = false;
 };

@@ -21,8 +21,8 @@ class EditorHost {
     virtual void Listen(double from, double to) = 0;
     /// Where the player is, in seconds; nothing without media.
     virtual std::optional<double> FilmPosition() const { return std::nullopt; }
-    /// Where the film's picture and the bar under it are on the screen; empty where there
-    /// is none.
+    /// Where the film's picture, the bar and the sound under it are on the screen; empty where
+    /// there is none.
     virtual QRect FilmPlace() const { return {}; }
     /// The picture alone.
     virtual QRect PicturePlace() const { return FilmPlace(); }

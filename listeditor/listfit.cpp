@@ -9,8 +9,6 @@
 std::vector<FitAnchor> ListFit::FitAnchors() const {
     const Document& document = m_host.document();
     std::vector<FitAnchor> anchors;
-    for (const KnownStarts::Known& known : document.PlacedTitles())
-        anchors.push_back({known.title, known.start});
     const auto add = [&](std::int32_t title, double mark) {
         if (title > 0 && mark != document.Subt.StartTime(title))
             anchors.push_back({title, mark});

@@ -15,7 +15,11 @@ class ListFit : public FitHost {
         , m_host(host) {}
 
     SUBTITLES& FitTitles() override { return m_host.document().Subt; }
+    std::span<const KnownStarts::Known> PlacedTitles() const override {
+        return m_host.document().PlacedTitles();
+    }
     std::vector<FitAnchor> FitAnchors() const override;
+    QRect FilmPlace() const override { return m_host.FilmPlace(); }
     void Listen(double from, double to) override { m_host.Listen(from, to); }
     void ShowProposed(std::span<const FitTimes> times) override;
     void Fitted(std::span<const std::int32_t> rows) override;

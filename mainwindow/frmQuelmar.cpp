@@ -458,11 +458,12 @@ std::optional<double> frmQuelmar::FilmPosition() const {
 }
 
 QRect frmQuelmar::FilmPlace() const {
-    return {MP->mapToGlobal(QPoint()), MP->size()};
+    // The lane lies under the picture, down to the panels.
+    return {MP->mapToGlobal(QPoint()), QSize(width(), PB->y())};
 }
 
 QRect frmQuelmar::PicturePlace() const {
-    return FilmPlace().adjusted(0, 0, 0, -MP->BarHeight());
+    return {MP->mapToGlobal(QPoint()), MP->size() - QSize(0, MP->BarHeight())};
 }
 
 std::optional<FitSource> frmQuelmar::FilmSound() const {

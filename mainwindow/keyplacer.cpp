@@ -311,10 +311,11 @@ void KeyPlacer::Place(std::int32_t title) {
     SUBTITLES& titles = m_state.document.Subt;
     const Step step(titles, {"Placing by key", StepName::Series::OneAfterTheOther},
                     Step::Undo::Once);
+    const double was = titles.StartTime(title);
     if (!m_placed.Place(titles, title, start, end))
         return;
     const std::string snapped = Snap(title);
-    m_state.document.Placed(title);
+    m_state.document.Placed(title, was);
     emit Placed(
         QString::fromStdString(PlacedText(title, titles.StartTime(title), titles.EndTime(title)) +
                                (snapped.empty() ? "" : "\n" + snapped)));

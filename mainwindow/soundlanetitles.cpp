@@ -171,10 +171,10 @@ void SoundLane::SetTimes(const std::vector<LaneTimes>& titles) {
     m_state.document.SubtitlesChanged = true;
     const Step step(subtitles, titles.size() > 1 ? StepName("Move titles") : StepName());
     for (const LaneTimes& one : titles) {
-        const bool starts = subtitles.StartTime(one.title) != one.start;
+        const double was = subtitles.StartTime(one.title);
         subtitles.SetTimes(one.title, one.start, one.end);
-        if (starts)
-            m_state.document.Placed(one.title);
+        if (was != one.start)
+            m_state.document.Placed(one.title, was);
     }
 }
 

@@ -67,8 +67,9 @@ class Document : private TitlesWatcher {
     /// How often another document has taken the place.
     std::uint32_t Number() const { return m_number; }
 
-    /// The title starts where a person has put it, by key or by hand.
-    void Placed(std::int32_t title) { m_placed.Add(Subt, title); }
+    /// The title starts where a person has put it, by key or by hand; before, it started
+    /// at `was`.
+    void Placed(std::int32_t title, double was) { m_placed.Add(Subt, title, was); }
     /// Those that were put there since the document began, and start there still.
     const std::vector<KnownStarts::Known>& PlacedTitles() const { return m_placed.All(); }
 

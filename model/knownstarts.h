@@ -13,11 +13,15 @@ class KnownStarts {
     struct Known {
         std::int32_t title = 0;
         double start = 0;
+        /// Where it started before, among titles that stand as they did then; where others
+        /// were moved since, the start itself.
+        double was = 0;
         std::string text;
     };
 
-    /// The title starts where a person wants it. Without such a title nothing happens.
-    void Add(const SUBTITLES& titles, std::int32_t title);
+    /// The title starts where a person wants it, who took it from `was`. Without such a title
+    /// nothing happens.
+    void Add(const SUBTITLES& titles, std::int32_t title, double was);
     void Clear() { m_known.clear(); }
     /// The titles have changed in this way.
     void Follow(const Change& change, const SUBTITLES& titles);

@@ -373,7 +373,7 @@ class PlacedTitlesOf : public ObservedDocument, public ::testing::WithParamInter
 
 TEST_P(PlacedTitlesOf, StayRightOrAreLeftOut) {
     for (const std::int32_t title : {4, 2, 5, 4})
-        document.Placed(title);
+        document.Placed(title, title - 0.5);
     GetParam().change(document);
     std::vector<std::int32_t> placed;
     for (const KnownStarts::Known& known : document.PlacedTitles()) {
@@ -393,33 +393,33 @@ const PlacedCase PlacedCases[]{
     {"placed again",
      [](Document& d) {
          d.Subt.StartTime(4, 4.2);
-         d.Placed(4);
+         d.Placed(4, 4 - 0.5);
      },
      {2, 4, 5}},
     {"placed within a step",
      [](Document& d) {
          const Step step(d.Subt);
          d.Subt.StartTime(3, 3.2);
-         d.Placed(3);
+         d.Placed(3, 3 - 0.5);
      },
      {2, 3, 4, 5}},
     {"moved after it was placed within a step",
      [](Document& d) {
          const Step step(d.Subt);
-         d.Placed(3);
+         d.Placed(3, 3 - 0.5);
          d.Subt.StartTime(3, 3.2);
      },
      {2, 4, 5}},
     {"no such title",
      [](Document& d) {
-         d.Placed(0);
-         d.Placed(7);
+         d.Placed(0, 0 - 0.5);
+         d.Placed(7, 7 - 0.5);
      },
      {2, 4, 5}},
     {"undone",
      [](Document& d) {
          d.Subt.StartTime(4, 4.2);
-         d.Placed(4);
+         d.Placed(4, 4 - 0.5);
          d.Subt.Undo();
      },
      {2, 5}},
@@ -473,6 +473,30 @@ const PlacedCase PlacedCases[]{
 };
 
 INSTANTIATE_TEST_SUITE_P(Known, PlacedTitlesOf, ::testing::ValuesIn(PlacedCases));
+
+TEST_F(ObservedDocument, KnowsWhereAPlacedTitleWasUntilOthersMove) {
+    titles.StartTime(2, 2.3);
+    document.Placed(2, 2);
+    titles.StartTime(2, 2.4);
+    EXPECT_TRUE(document.PlacedTitles().empty());
+    document.Placed(2, 2.3);
+    {
+        const Step step(titles);
+        titles.StartTime(2, 2.5);
+        document.Placed(2, 2.4);
+    }
+    titles.StartTime(5, 5.1);
+    titles.Text(4, "x");
+    ASSERT_EQ(document.PlacedTitles().size(), 1U);
+    EXPECT_EQ(document.PlacedTitles()[0].was, 2.3);
+    {
+        const Step step(titles);
+        titles.StartTime(5, 5.2);
+        titles.StartTime(6, 6.2);
+    }
+    ASSERT_EQ(document.PlacedTitles().size(), 1U);
+    EXPECT_EQ(document.PlacedTitles()[0].was, 2.5);
+}
 
 TEST_F(ObservedDocument, IsInAStepWhileOneIsOpen) {
     EXPECT_FALSE(titles.InStep());

@@ -3,11 +3,13 @@
 #include "model/subtitles.h"
 #include "tests/windows/drive.h"
 
+#include <QGuiApplication>
 #include <QLabel>
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTreeWidget>
@@ -46,6 +48,7 @@ class Host : public FitHost {
 
     SUBTITLES& FitTitles() override { return Titles; }
     std::vector<FitAnchor> FitAnchors() const override { return {}; }
+    QRect FilmPlace() const override { return film; }
     void Listen(double from, double to) override { listened.emplace_back(from, to); }
     void ShowProposed(std::span<const FitTimes> times) override {
         proposed.assign(times.begin(), times.end());
@@ -55,6 +58,7 @@ class Host : public FitHost {
     }
 
     SUBTITLES Titles;
+    QRect film;
     std::vector<std::pair<double, double>> listened;
     std::vector<FitTimes> proposed;
     std::vector<std::int32_t> fitted;
@@ -136,6 +140,25 @@ TEST_F(DialogFit, ShowsBeforeAndAfterAndLetsListen) {
     dialog.cmdListen->click();
     ASSERT_EQ(host.listened.size(), 1U);
     EXPECT_NEAR(host.listened[0].second - host.listened[0].first, 5, 1e-9);
+}
+
+TEST_F(DialogFit, ShowsWhatIsListenedToEvenIfItIsNotTicked) {
+    frmFit& dialog = OpenOn(Right(Late));
+    dialog.lstPieces->topLevelItem(0)->setCheckState(0, Qt::Unchecked);
+    ASSERT_TRUE(host.proposed.empty());
+    dialog.cmdListen->click();
+    ASSERT_EQ(host.proposed.size(), static_cast<std::size_t>(Count));
+    EXPECT_NEAR(host.proposed[0].start, StartOf(0) + Late, 0.02);
+    EXPECT_FALSE(dialog.cmdFit->isEnabled());
+    dialog.optBefore->click();
+    EXPECT_TRUE(host.proposed.empty());
+}
+
+TEST_F(DialogFit, KeepsOffTheFilm) {
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    host.film = QRect(screen.topLeft(), QSize(screen.width() / 4, screen.height()));
+    const frmFit& dialog = OpenOn(Right(Late));
+    EXPECT_FALSE(dialog.geometry().intersects(host.film));
 }
 
 TEST_F(DialogFit, SaysThatRightTitlesAreRight) {

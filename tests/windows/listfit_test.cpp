@@ -79,6 +79,19 @@ TEST_F(ListFitting, ShowsTheTitlesAgainWhenCancelled) {
     EXPECT_FALSE(document().SubtitlesChanged);
 }
 
+TEST_F(ListFitting, LeavesTitlesThatAPersonHasPlacedAndGoesByThem) {
+    const double start = StartOf(19) + Late + 0.05;
+    Subt().SetTimes(20, start, start + 1.5);
+    document().Placed(20, StartOf(19));
+    FitToFile([](frmFit& dialog) { dialog.cmdFit->click(); });
+    EXPECT_EQ(Subt().StartTime(20), start);
+    EXPECT_EQ(Subt().EndTime(20), start + 1.5);
+    EXPECT_NEAR(Subt().StartTime(1), StartOf(0) + Late, 0.1);
+    EXPECT_NEAR(Subt().StartTime(50), StartOf(49) + Late, 0.1);
+    ASSERT_EQ(document().PlacedTitles().size(), 1U);
+    EXPECT_EQ(document().PlacedTitles()[0].was, start);
+}
+
 TEST_F(ListFitting, PlaysWhatIsToBeHeard) {
     FitToFile([](frmFit& dialog) {
         dialog.cmdListen->click();
