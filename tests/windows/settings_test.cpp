@@ -95,7 +95,7 @@ TEST_F(DamagedSettings, ValuesOfAnotherTypeGiveTheirDefaults) {
     EXPECT_EQ(settings.Dword("Toolbar"), 1);
     EXPECT_EQ(settings.Dword("LagMs"), 0);
     EXPECT_EQ(settings.String("ListFont", "default").toStdString(), "default");
-    EXPECT_EQ(settings.String("CodePage").toStdString(), "windows-1252");
+    EXPECT_EQ(settings.String("CodePage").toStdString(), "guess");
     EXPECT_EQ(settings.String("MRU").toStdString(), "12");
 }
 
