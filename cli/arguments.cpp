@@ -9,6 +9,11 @@
 namespace {
 
 const std::string NoValue;
+/// What nobody can mean is mistyped. Some count frames in milliseconds.
+constexpr double LowestRate = 0.001;
+constexpr double HighestRate = 100'000;
+/// 32,768 hours, which no file can hold (seconds).
+constexpr double BeyondAllTimes = 32768 * 3600.0;
 
 /// The shape of a time, its two digits of hours made "00"; there may be more.
 bool LooksLikeTime(std::string_view text) {
@@ -77,13 +82,13 @@ const std::string& Arguments::Value(std::string_view option) const {
 
 std::optional<double> RateOf(std::string_view text) {
     const std::optional<double> rate = Number(text);
-    return rate && *rate > 0 && std::isfinite(*rate) ? rate : std::nullopt;
+    return rate && *rate >= LowestRate && *rate <= HighestRate ? rate : std::nullopt;
 }
 
 std::optional<double> TimeOf(std::string_view text) {
     const std::optional<double> seconds = Number(text);
     if (seconds)
-        return std::isfinite(*seconds) ? seconds : std::nullopt;
+        return std::abs(*seconds) < BeyondAllTimes ? seconds : std::nullopt;
     const bool negative = text.starts_with('-');
     if (negative || text.starts_with('+'))
         text.remove_prefix(1);

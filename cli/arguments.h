@@ -33,7 +33,8 @@ class Arguments {
     std::vector<std::string> m_files;
 };
 
-/// A number above 0, as frame rates are.
+/// A number that can be a frame rate: 0.001 to 100,000.
 std::optional<double> RateOf(std::string_view text);
-/// 'hh:mm:ss,mmm' or a number of seconds, both with or without a sign.
+/// 'hh:mm:ss,mmm' or a number of seconds, both with or without a sign, below
+/// 32,768 hours.
 std::optional<double> TimeOf(std::string_view text);

@@ -112,6 +112,10 @@ std::optional<Task> PrepareByTitles(const Arguments& arguments, std::string& fau
     const auto last = first ? ValueOf(arguments, "--last", TimeOf, fault) : std::nullopt;
     if (!last)
         return std::nullopt;
+    if (*last <= *first) {
+        fault = "--last must be later than --first";
+        return std::nullopt;
+    }
     return MapAll([first = *first, last = *last](const SUBTITLES& titles) {
         return MapByTitles(titles.StartTime(1), titles.StartTime(titles.Count()), first, last);
     });

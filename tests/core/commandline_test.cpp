@@ -113,16 +113,17 @@ TEST_P(Failing, SaysWhyAndWritesNothing) {
 
 INSTANTIATE_TEST_SUITE_P(
     Rows, Failing,
-    testing::Values(
-        FailRow{{"convert", "MISSING.srt", "OUT.srt"}, "MISSING.srt: cannot be opened"},
-        FailRow{{"convert", "IN.txt", "OUT.srt"}, "Could not determine file format"},
-        FailRow{{"convert", "--partial", "IN.txt", "OUT.srt"}, "Could not determine file format"},
-        FailRow{{"convert", "EMPTY.txt", "OUT.srt"}, "Could not determine file format"},
-        FailRow{{"convert", "IN.srt", "NONE/OUT.srt"},
-                "One or more errors occurred while saving.\nThe file may be invalid."},
-        FailRow{{"shift", "--by", "-10.001", "IN.srt", "OUT.srt"},
-                "Cannot save: all starting times must be positive."},
-        FailRow{{"shift", "--by", "1e300", "IN.srt", "OUT.srt"}, "One or more errors occurred"}));
+    testing::Values(FailRow{{"convert", "MISSING.srt", "OUT.srt"}, "MISSING.srt: cannot be opened"},
+                    FailRow{{"convert", "IN.txt", "OUT.srt"}, "Could not determine file format"},
+                    FailRow{{"convert", "--partial", "IN.txt", "OUT.srt"},
+                            "Could not determine file format"},
+                    FailRow{{"convert", "EMPTY.txt", "OUT.srt"}, "Could not determine file format"},
+                    FailRow{{"convert", "IN.srt", "NONE/OUT.srt"},
+                            "One or more errors occurred while saving.\nThe file may be invalid."},
+                    FailRow{{"shift", "--by", "-10.001", "IN.srt", "OUT.srt"},
+                            "Cannot save: all starting times must be positive."},
+                    FailRow{{"shift", "--by", "117964799", "IN.srt", "OUT.srt"},
+                            "One or more errors occurred"}));
 
 TEST_F(CommandLine, StretchOfTitlesThatStartTogetherIsARunTimeError) {
     PutFile(Folder / "ONE.sub", "{25}{50}A\r\n");
@@ -161,6 +162,10 @@ INSTANTIATE_TEST_SUITE_P(
         std::vector<std::string>{"shift", "--by", "1e-400", "IN.srt", "OUT.srt"},
         std::vector<std::string>{"convert", "--frame-rate", "25.5.", "IN.srt", "OUT.srt"},
         std::vector<std::string>{"convert", "--frame-rate", "1e400", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"shift", "--by", "99999999999", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"stretch", "--first", "9", "--last", "5", "IN.srt", "OUT.srt"},
+        std::vector<std::string>{"stretch", "--from-rate", "1e-300", "--to-rate", "25", "IN.srt",
+                                 "OUT.srt"},
         std::vector<std::string>{"stretch", "IN.srt", "OUT.srt"},
         std::vector<std::string>{"stretch", "--first", "1", "IN.srt", "OUT.srt"},
         std::vector<std::string>{"stretch", "--first", "1", "--amount", "2", "IN.srt", "OUT.srt"},
