@@ -50,6 +50,8 @@ std::optional<double> AmountOf(std::string_view minutes, std::string_view second
 }
 
 std::optional<std::string> MinutesInRange(std::string_view minutes) {
+    if (!TypedNumber(minutes))
+        return std::nullopt;
     const int number = WholeMinutes(Val(minutes));
     const int inRange = std::clamp(number, 0, LastMinute);
     if (inRange == number)

@@ -35,7 +35,8 @@ INSTANTIATE_TEST_SUITE_P(Texts, Minutes,
                          testing::Values(TextRow{"4000", "3600"}, TextRow{"-3", "0"},
                                          TextRow{"3600", ""}, TextRow{"0", ""}, TextRow{"", ""},
                                          TextRow{"abc", ""}, TextRow{"3600.6", "3600"},
-                                         TextRow{"32767", "3600"}));
+                                         TextRow{"32767", "3600"}, TextRow{"9999x", ""},
+                                         TextRow{"-5x", ""}));
 
 TEST(MinuteSecond, MinutesOfAnySizeStayInRange) {
     for (const char* text : {"32768", "99999", "1e9", "999999999999999999999999"})
