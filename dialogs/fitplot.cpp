@@ -59,9 +59,12 @@ Range MovesOf(const Fit& fit, std::span<const FitTitle> titles) {
 std::vector<FitPlot::Tick> Ticks(const Range& range, int most) {
     std::vector<FitPlot::Tick> ticks;
     const double distance = TickDistance(range.to - range.from, most);
-    for (double value = std::ceil(range.from / distance) * distance; value <= range.to;
-         value += distance)
+    const double first = std::ceil(range.from / distance);
+    const auto count = static_cast<int>(std::floor(range.to / distance) - first) + 1;
+    for (int i = 0; i < count; ++i) {
+        const double value = (first + i) * distance;
         ticks.push_back({range.Part(value), std::abs(value) < distance / 2 ? 0 : value});
+    }
     return ticks;
 }
 
