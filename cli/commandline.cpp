@@ -5,6 +5,7 @@
 #include "base/runtimeerror.h"
 #include "base/savejournal.h"
 #include "cli/commands.h"
+#include "cli/repair.h"
 #include "cli/sync.h"
 #include "cli/titlefile.h"
 #include "formats/load.h"
@@ -74,8 +75,8 @@ void PrintHelp(std::ostream& out) {
         PrintOption(out, option);
     out << "\n  --help, --version\n\n"
         << "TIME is hh:mm:ss,mmm or a number of seconds. Exit status: 0 done, 1 the file was\n"
-        << "corrupt, refused, not written or does not give the titles back, 2 wrong arguments,\n"
-        << "3 no fit can be trusted.\n";
+        << "corrupt, needs --repair, was refused or not written or does not give the titles\n"
+        << "back, 2 wrong arguments, 3 no fit can be trusted.\n";
 }
 
 ExitCode Complain(std::ostream& err, const std::string& fault) {
@@ -144,38 +145,23 @@ class Job {
         if (result.outcome == LoadOutcome::NotOpened)
             Say(m_err, name + ": cannot be opened");
         else if (result.offer && m_arguments.Has("--repair"))
-            return Mend(name, *result.offer);
+            return Repair(name, *result.offer);
         else if (!result.message.empty())
             Say(m_err, name + ": " + result.message);
-        if (result.offer)
-            Say(m_err, name + ": a tolerant reading finds more (" +
-                           MendSummary(result.offer->mends, true) + "): --repair");
-        return result.outcome;
+        if (!result.offer)
+            return result.outcome;
+        Say(m_err, name + ": " + RepairHint(*result.offer));
+        return NeedsRepair(*result.offer, m_arguments.Has("--frame-rate")) ? LoadOutcome::Corrupt
+                                                                           : result.outcome;
     }
 
-    /// The first language, or the one that was asked for by its name or its class.
-    LoadOutcome Mend(const std::string& name, const MendOffer& offer) {
-        const std::string wanted = AsciiLower(m_arguments.Value("--language"));
-        std::size_t language = offer.language;
-        std::string known;
-        bool found = wanted.empty() || offer.languages.size() < 2;
-        for (const MendedLanguage& one : offer.languages) {
-            known += (known.empty() ? "" : ", ") + one.name;
-            if (!found && (AsciiLower(one.name) == wanted || AsciiLower(one.className) == wanted)) {
-                language = one.number;
-                found = true;
-            }
-        }
-        if (!found) {
-            Say(m_err, name + ": has no such language, but " + known);
-            return LoadOutcome::Unusable;
-        }
-        if (!offer.mends.empty())
-            Say(m_err, name + ": mended: " + MendSummary(offer.mends, true));
-        if (offer.languages.size() > 1)
-            Say(m_err, name + ": languages: " + known);
-        TakeOffer(offer, language, m_titles, m_style);
-        return LoadOutcome::Complete;
+    LoadOutcome Repair(const std::string& name, const MendOffer& offer) {
+        std::string message;
+        const bool taken =
+            TakeRepaired(offer, m_arguments.Value("--language"), m_titles, m_style, message);
+        if (!message.empty())
+            Say(m_err, name + ": " + message);
+        return taken ? LoadOutcome::Complete : LoadOutcome::Unusable;
     }
 
     bool Save() {

@@ -13,7 +13,7 @@
 namespace {
 
 constexpr std::array<Option, 6> Common{
-    {{"--partial", "", "write what could be read of a corrupt file"},
+    {{"--partial", "", "write what could be read of a file that is corrupt or needs --repair"},
      {"--repair", "", "read a wild file tolerantly, and say what was mended"},
      {"--language", "NAME", "which of several languages of a SAMI file --repair takes (the first)"},
      {"--frame-rate", "RATE", "frames per second of MicroDVD files (25)"},

@@ -12,14 +12,15 @@
 
 namespace {
 
-constexpr std::array<Option, 9> Options{
+constexpr std::array<Option, 10> Options{
     {{"--by", "KIND", "sound, titles or auto: the film's text track if it fits its sound"},
      {"--track", "N", "the sound track, or with --by titles the text track, from 1"},
      {"--report", "FILE", "write what was found as JSON"},
      {"--library", "FOLDER", "fit all subtitle files to the films beside them"},
      {"--jobs", "N", "so many films at a time (1)"},
      {"--dry-run", "", "with --library: write nothing"},
-     {"--partial", "", "take what could be read of a corrupt file"},
+     {"--repair", "", "read wild files tolerantly"},
+     {"--partial", "", "take what could be read of a file that is corrupt or needs --repair"},
      {"--frame-rate", "RATE", "frames per second of MicroDVD files (25)"},
      {"--code-page", "NAME", "how a file that is not Unicode is read (guessed)"}}};
 
@@ -58,6 +59,7 @@ bool Understand(const Arguments& arguments, Reference::Wish& wish, std::string& 
     if (arguments.Has("--frame-rate")) {
         const std::optional<double> rate = RateOf(arguments.Value("--frame-rate"));
         wish.manners.frameRate = rate.value_or(0);
+        wish.manners.frameRateGiven = true;
         if (!rate)
             fault = "Illegal frame rate!";
     }
@@ -66,6 +68,7 @@ bool Understand(const Arguments& arguments, Reference::Wish& wish, std::string& 
     if (wish.manners.codePage != GuessedPage && !CodePage::Knows(wish.manners.codePage))
         fault = "unknown encoding " + wish.manners.codePage;
     wish.manners.partial = arguments.Has("--partial");
+    wish.manners.repair = arguments.Has("--repair");
     return fault.empty();
 }
 

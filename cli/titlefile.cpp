@@ -2,6 +2,7 @@
 
 #include "base/runtimeerror.h"
 #include "base/savejournal.h"
+#include "cli/repair.h"
 #include "formats/save.h"
 
 std::filesystem::path PathOf(const std::string& utf8) {
@@ -16,14 +17,25 @@ std::string NameOf(const std::filesystem::path& path) {
 bool TitleFile::Load(const std::filesystem::path& file, const FileManners& manners,
                      std::string& message) {
     LoadHooks hooks;
-    hooks.askFrameRate = [&manners](std::optional<double>) {
-        return manners.frameRate;
+    m_frameRate = manners.frameRate;
+    hooks.askFrameRate = [&](std::optional<double> named) {
+        if (named && manners.repair && !manners.frameRateGiven)
+            m_frameRate = *named;
+        return m_frameRate;
     };
     LoadOutcome outcome = LoadOutcome::NotOpened;
     try {
         const LoadResult result = LoadTitles(file, manners.codePage, m_titles, m_style, hooks);
         outcome = result.outcome;
         message = outcome == LoadOutcome::NotOpened ? "cannot be opened" : result.message;
+        if (result.offer && manners.repair) {
+            TakeRepaired(*result.offer, {}, m_titles, m_style, message);
+            outcome = LoadOutcome::Complete;
+        } else if (result.offer) {
+            message += (message.empty() ? "" : " ") + RepairHint(*result.offer);
+            if (NeedsRepair(*result.offer, manners.frameRateGiven))
+                outcome = LoadOutcome::Corrupt;
+        }
     } catch (const RuntimeError& error) {
         message = error.what();
         return false;
@@ -53,8 +65,8 @@ bool TitleFile::Save(const std::filesystem::path& file, const FileManners& manne
     if (!message.empty())
         return false;
     SaveHooks hooks;
-    hooks.askFrameRate = [&manners] {
-        return manners.frameRate;
+    hooks.askFrameRate = [this] {
+        return m_frameRate;
     };
     hooks.journalFolder = StateFolder();
     try {

@@ -17,6 +17,10 @@ struct FileManners {
     std::string codePage{GuessedPage};
     /// Take what could be read of a corrupt file.
     bool partial = false;
+    /// The rate was given: a file's own is not asked.
+    bool frameRateGiven = false;
+    /// Read a wild file tolerantly, in the first of its languages.
+    bool repair = false;
 };
 
 /// Names on the command line are UTF-8.
@@ -26,9 +30,10 @@ std::string NameOf(const std::filesystem::path& path);
 /// A subtitle file, loaded.
 class TitleFile {
   public:
-    /// false, with the reason in `message`, when there are no titles to work with.
+    /// false, with the reason in `message`, when there are no titles to work with. Else
+    /// `message` is what is to be told of the file, if anything.
     bool Load(const std::filesystem::path& file, const FileManners& manners, std::string& message);
-    /// The file was corrupt and only a part of it was taken.
+    /// The file was corrupt or needed mending, and what the strict reading gave was taken.
     bool Damaged() const { return m_damaged; }
 
     std::vector<FitTitle> Titles() const;
@@ -42,5 +47,6 @@ class TitleFile {
   private:
     SUBTITLES m_titles;
     FileStyle m_style;
+    double m_frameRate = DefaultFrameRate;
     bool m_damaged = false;
 };

@@ -73,6 +73,13 @@ std::span<const Format> Formats() {
     return All;
 }
 
+std::optional<double> Format::NamedFrameRate(std::string_view text) const {
+    constexpr std::size_t Beginning = 1000;
+    if (!needsFrameRate || mend == nullptr)
+        return std::nullopt;
+    return mend(text.substr(0, Beginning), 0).frameRate;
+}
+
 const Format* FormatByName(std::string_view fileName, const FileStyle& style) {
     const std::vector<const Format*> found = FormatsOfName(fileName);
     for (const Format* format : found) {

@@ -5,6 +5,7 @@
 #include "model/subtitles.h"
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -95,6 +96,8 @@ struct Format {
     /// Says the extra more than a title without one has? Null: any does.
     bool (*isSpecial)(const TitleExtra& extra) = nullptr;
 
+    /// The frame rate that such a file names itself, on its first line.
+    std::optional<double> NamedFrameRate(std::string_view text) const;
     /// Is what the style keeps this format's own?
     bool IsOf(const FileStyle& style) const { return keeps != nullptr && style.format == keeps; }
 };

@@ -16,18 +16,11 @@ std::string Utf8Name(const std::filesystem::path& file) {
     return {name.begin(), name.end()};
 }
 
-/// Where a file names its frame rate, it does so on its first line.
-std::optional<double> NamedFrameRate(const Format& format, std::string_view text) {
-    constexpr std::size_t Beginning = 1000;
-    return format.mend == nullptr ? std::nullopt
-                                  : format.mend(text.substr(0, Beginning), 0).frameRate;
-}
-
 LoadResult ReadTitles(const Format& format, std::string_view text, SUBTITLES& titles,
                       FileStyle& style, const LoadHooks& hooks) {
     double frameRate = DefaultFrameRate;
     if (format.needsFrameRate && hooks.askFrameRate)
-        frameRate = hooks.askFrameRate(NamedFrameRate(format, text));
+        frameRate = hooks.askFrameRate(format.NamedFrameRate(text));
     if (hooks.loading)
         hooks.loading();
     const ReadOutcome outcome = format.read(text, frameRate, titles, style, hooks.progress);

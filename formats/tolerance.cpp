@@ -53,20 +53,20 @@ std::vector<MendedLanguage> LanguagesWithTitles(std::vector<MendedLanguage> lang
     return languages;
 }
 
-std::string Question(const SUBTITLES& strict, const SUBTITLES& mended, const MendedText& text,
-                     std::size_t languages) {
-    std::string question = "A tolerant reading finds ";
+std::string Finds(const SUBTITLES& strict, const SUBTITLES& mended, std::size_t languages) {
     const std::int32_t other = OtherTimes(strict, mended);
     if (languages > 1)
-        question += "titles in " + std::to_string(languages) + " languages";
-    else if (mended.Count() != strict.Count())
-        question += Titles(mended.Count()) + " instead of " + std::to_string(strict.Count());
-    else if (other > 0)
-        question += "other times for " + std::to_string(other) + " of " + Titles(mended.Count());
-    else
-        question += "the same " + Titles(mended.Count()) + ", and no damage";
+        return "titles in " + std::to_string(languages) + " languages";
+    if (mended.Count() != strict.Count())
+        return Titles(mended.Count()) + " instead of " + std::to_string(strict.Count());
+    if (other > 0)
+        return "other times for " + std::to_string(other) + " of " + Titles(mended.Count());
+    return "the same " + Titles(mended.Count()) + ", and no damage";
+}
+
+std::string Question(const std::string& finds, const MendedText& text, std::size_t languages) {
     const std::string summary = MendSummary(text.mends, false);
-    return question + (summary.empty() ? "" : " (" + summary + ")") +
+    return "A tolerant reading finds " + finds + (summary.empty() ? "" : " (" + summary + ")") +
            (languages > 1 ? ". Which of them are to be edited?" : ". Use it?");
 }
 
@@ -84,7 +84,7 @@ std::optional<MendOffer> OfferMending(const Format& format, std::string_view tex
     if (format.mend == nullptr || strictly == ReadOutcome::Cancelled)
         return std::nullopt;
     const bool mixed = format.holdsLanguages != nullptr && format.holdsLanguages(text);
-    if (!corrupt && !mixed && !LooksMisread(titles))
+    if (!corrupt && !mixed && !format.NamedFrameRate(text) && !LooksMisread(titles))
         return std::nullopt;
     MendedText mended = format.mend(text, 0);
     std::vector<MendedLanguage> languages = LanguagesWithTitles(mended.languages);
@@ -96,12 +96,17 @@ std::optional<MendOffer> OfferMending(const Format& format, std::string_view tex
     const bool same = loose.Count() == titles.Count() && OtherTimes(titles, loose) == 0;
     if (loose.Count() == 0 || FirstBeyond(loose) != 0 || (same && !corrupt && languages.size() < 2))
         return std::nullopt;
-    return MendOffer{Question(titles, loose, mended, languages.size()),
+    std::string finds = Finds(titles, loose, languages.size());
+    std::string question = Question(finds, mended, languages.size());
+    const bool onlyFrameRate = mended.frameRate && mended.mends.size() == 1;
+    return MendOffer{std::move(question),
+                     std::move(finds),
                      std::move(mended.mends),
                      std::move(languages),
                      first,
                      &format,
                      frameRate,
+                     onlyFrameRate,
                      std::string(text)};
 }
 

@@ -12,6 +12,8 @@ struct MendOffer {
     /// "A tolerant reading finds 1000 titles instead of 1 (999 blank lines between blocks).
     /// Use it?" Where there are languages, it asks which.
     std::string question;
+    /// "1000 titles instead of 1": what the question says of the titles.
+    std::string finds;
     std::vector<Mend> mends;
     /// More than one: the user is asked which is wanted.
     std::vector<MendedLanguage> languages;
@@ -20,6 +22,8 @@ struct MendOffer {
 
     const Format* format = nullptr;
     double frameRate = 0;
+    /// All there is to mend is a line that names the frame rate and was taken for a title.
+    bool onlyFrameRate = false;
     /// The file as it was read, UTF-8.
     std::string text;
 };

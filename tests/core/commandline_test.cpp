@@ -259,7 +259,8 @@ TEST_F(CommandLine, WorksInPlace) {
 struct RepairRow {
     const char* name;
     std::string_view file;
-    int strictly;
+    /// What the error without --repair tells of the tolerant reading.
+    const char* finds;
     Titles mended;
     const char* said;
 };
@@ -270,9 +271,15 @@ TEST_P(Repair, IsDoneWhenAskedForAlone) {
     const RepairRow& row = GetParam();
     PutFile(Folder / row.name, row.file);
     const Ran strictly = Run({"convert", row.name, "OUT.srt"});
-    EXPECT_EQ(strictly.code, row.strictly);
-    EXPECT_EQ(strictly.err.find("--repair") != std::string::npos, *row.said != 0) << strictly.err;
-    EXPECT_EQ(std::filesystem::exists(Folder / "OUT.srt"), row.strictly == 0);
+    EXPECT_EQ(strictly.code, 1);
+    EXPECT_NE(strictly.err.find("A tolerant reading finds " + std::string(row.finds)),
+              std::string::npos)
+        << strictly.err;
+    EXPECT_NE(strictly.err.find("--repair takes it."), std::string::npos) << strictly.err;
+    EXPECT_FALSE(std::filesystem::exists(Folder / "OUT.srt"));
+    const Ran partly = Run({"convert", "--partial", row.name, "OUT.srt"});
+    EXPECT_EQ(partly.code, 1);
+    EXPECT_TRUE(std::filesystem::exists(Folder / "OUT.srt")) << partly.err;
     const Ran mended = Run({"convert", "--repair", row.name, "OUT.srt"});
     EXPECT_EQ(mended.code, 0) << mended.err;
     EXPECT_NE(mended.err.find(row.said), std::string::npos) << mended.err;
@@ -284,26 +291,65 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         RepairRow{"two-lines.srt",
                   "1\n00:00:01,000 --> 00:00:02,000\nA\n\n\n2\n00:00:03,000 --> 00:00:04,000\nB\n",
-                  1,
+                  "2 titles instead of 1: 1 blank line between blocks (line 5)",
                   {{1, 2, "A"}, {3, 4, "B"}},
                   "mended: 1 blank line between blocks (line 5)"},
+        RepairRow{"swallowed.srt",
+                  "1\n00:00:01,000 --> 00:00:02,000\nA\n \n2\n00:00:03,000 --> 00:00:04,000\nB\n",
+                  "2 titles instead of 1: ",
+                  {{1, 2, "A"}, {3, 4, "B"}},
+                  "mended: "},
         RepairRow{"short.srt",
                   "1\n0:00:01.0 --> 0:00:02.0\nA\n",
-                  0,
+                  "other times for 1 of 1 title: 1 line of times in another form (line 2)",
                   {{1, 2, "A"}},
                   "mended: 1 line of times in another form (line 2)"},
         RepairRow{"rate.sub",
                   "{1}{1}50\r\n{50}{100}A\r\n",
-                  0,
+                  "1 title instead of 2: 1 line that names the frame rate (line 1)",
+                  {{1, 2, "A"}},
+                  "mended: 1 line that names the frame rate (line 1)"},
+        RepairRow{"zero.sub",
+                  "{0}{1}50 fps\r\n{50}{100}A\r\n",
+                  "1 title instead of 2: 1 line that names the frame rate (line 1)",
                   {{1, 2, "A"}},
                   "mended: 1 line that names the frame rate (line 1)"},
         RepairRow{"body.smi",
                   "<SAMI><BODY bgcolor=black>\r\n<SYNC Start=1000><P Class=EN>A\r\n"
                   "<SYNC Start=2000><P Class=EN>&nbsp;\r\n</BODY>\r\n",
-                  1,
+                  "1 title instead of ",
                   {{1, 2, "A"}},
-                  "mended: 1 BODY tag with attributes (line 1), 1 entity (line 3)"},
-        RepairRow{"right.srt", "1\n00:00:01,000 --> 00:00:02,000\nA\n", 0, {{1, 2, "A"}}, ""}));
+                  "mended: 1 BODY tag with attributes (line 1), 1 entity (line 3)"}));
+
+TEST_F(CommandLine, RepairLeavesARightFileAsItIs) {
+    for (const char* option : {"--repair", "--partial", "--styles"}) {
+        const Ran ran = Run({"convert", option, "IN.srt", "OUT.srt"});
+        EXPECT_EQ(ran.code, 0);
+        EXPECT_EQ(ran.err, "");
+        EXPECT_EQ(FileText(Folder / "OUT.srt"), SubRip);
+    }
+}
+
+struct FrameRateRow {
+    const char* file;
+    int code;
+    Titles titles;
+};
+
+class GivenFrameRate : public CommandLine, public testing::WithParamInterface<FrameRateRow> {};
+
+TEST_P(GivenFrameRate, StandsForTheOneThatTheFileNamesAndForNoOtherRepair) {
+    PutFile(Folder / "IN.sub", GetParam().file);
+    const Ran ran = Run({"convert", "--frame-rate", "10", "IN.sub", "OUT.srt"});
+    EXPECT_EQ(ran.code, GetParam().code) << ran.err;
+    EXPECT_NE(ran.err.find("--repair takes it."), std::string::npos) << ran.err;
+    EXPECT_EQ(Result("OUT.srt"), GetParam().titles);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, GivenFrameRate,
+    testing::Values(FrameRateRow{"{1}{1}50\r\n{50}{100}A\r\n", 0, {{0.1, 0.1, "50"}, {5, 10, "A"}}},
+                    FrameRateRow{"{1}{1}50\r\n{50}{}A\r\n{100}{110}B\r\n", 1, {}}));
 
 TEST_F(CommandLine, RepairTakesTheLanguageThatIsGiven) {
     PutFile(Folder / "two.smi",

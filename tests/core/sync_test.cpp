@@ -116,6 +116,31 @@ TEST_F(Sync, TakesADamagedFileOnlyWhenAskedTo) {
     EXPECT_LT(Error("OUT.srt"), 0.02);
 }
 
+TEST_F(Sync, TakesAWildFileOnlyWhenAskedTo) {
+    std::string wild = FileText(Folder / "LATE.srt");
+    for (std::size_t at = 0; (at = wild.find("\r\n\r\n", at)) != std::string::npos; at += 7)
+        wild.replace(at, 4, "\r\n \r\n");
+    PutFile(Folder / "WILD.srt", wild);
+    EXPECT_EQ(Run({"RIGHT.srt", "WILD.srt", "OUT.srt"}), 1);
+    EXPECT_NE(Err.find("WILD.srt: "), std::string::npos) << Err;
+    EXPECT_NE(Err.find("--repair takes it."), std::string::npos) << Err;
+    EXPECT_FALSE(Exists("OUT.srt"));
+    EXPECT_EQ(Run({"WILD.srt", "RIGHT.srt", "OUT.srt"}), 1);
+    EXPECT_FALSE(Exists("OUT.srt"));
+    EXPECT_EQ(Run({"--repair", "RIGHT.srt", "WILD.srt", "OUT.srt"}), 0) << Err;
+    EXPECT_NE(Err.find("mended: "), std::string::npos) << Err;
+    EXPECT_LT(Error("OUT.srt"), 0.02);
+}
+
+TEST_F(Sync, TakesTheFrameRateThatAFileNames) {
+    PutFile(Folder / "RATE.sub", "{1}{1}25\r\n" + FileText(Folder / "PAL.sub"));
+    EXPECT_EQ(Run({"RIGHT.srt", "RATE.sub", "OUT.srt"}), 1);
+    EXPECT_NE(Err.find("names the frame rate"), std::string::npos) << Err;
+    EXPECT_FALSE(Exists("OUT.srt"));
+    EXPECT_EQ(Run({"--repair", "RIGHT.srt", "RATE.sub", "OUT.srt"}), 0) << Err;
+    EXPECT_LT(Error("OUT.srt"), 0.06);
+}
+
 struct FailRow {
     std::vector<std::string> words;
     const char* message;

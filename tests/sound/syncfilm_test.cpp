@@ -117,6 +117,11 @@ TEST_F(SyncFilm, FitsAWholeFolder) {
     EXPECT_FALSE(std::filesystem::exists(Folder / "films/A.fitted.srt"));
     EXPECT_EQ(Run({"--library", "./films"}), 0);
     EXPECT_NE(Out.find("0 fitted, 1 right, 0 unsure, 2 done before"), std::string::npos) << Out;
+
+    PutFile(Folder / "films/B.fr.srt", "1\n0:00:01.0 --> 0:00:02.0\nA\n");
+    EXPECT_EQ(Run({"--library", "./films"}), 1);
+    EXPECT_NE(Out.find("B.fr.srt: A tolerant reading finds "), std::string::npos) << Out;
+    EXPECT_NE(Out.find("--repair takes it."), std::string::npos) << Out;
 }
 
 } // namespace
