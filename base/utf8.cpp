@@ -40,6 +40,15 @@ constexpr bool IsScalarValue(char32_t codePoint) {
     return codePoint < 0xD800 || (codePoint > 0xDFFF && codePoint <= 0x10FFFF);
 }
 
+constexpr char HalfLead = '\xED';
+constexpr std::size_t HalfLength = 3;
+
+bool IsHalf(std::string_view text, std::size_t at) {
+    return text.size() - at >= HalfLength && text[at] == HalfLead &&
+           (static_cast<std::uint8_t>(text[at + 1]) & 0xE0) == 0xA0 &&
+           (static_cast<std::uint8_t>(text[at + 2]) & 0xC0) == 0x80;
+}
+
 } // namespace
 
 char32_t NextCodePoint(std::string_view text, std::size_t& at) {
@@ -84,6 +93,43 @@ std::size_t ValidUtf8Length(std::string_view text) {
         if (at >= text.size())
             return text.size();
     }
+}
+
+char32_t NextCodePointOrHalf(std::string_view text, std::size_t& at) {
+    const std::size_t here = at;
+    const char32_t codePoint = NextCodePoint(text, at);
+    if (codePoint != InvalidByte || !IsHalf(text, here))
+        return codePoint;
+    at = here + HalfLength;
+    return 0xD000 | static_cast<char32_t>(text[here + 1] & 0x3F) << 6 |
+           static_cast<char32_t>(text[here + 2] & 0x3F);
+}
+
+std::size_t FindHalf(std::string_view text, std::size_t at) {
+    while ((at = text.find(HalfLead, at)) != std::string_view::npos && !IsHalf(text, at))
+        ++at;
+    return at;
+}
+
+std::string WithoutHalves(std::string text) {
+    std::size_t half = FindHalf(text);
+    if (half == std::string::npos)
+        return text;
+    std::string without;
+    without.reserve(text.size());
+    std::size_t at = 0;
+    for (; half != std::string::npos; half = FindHalf(text, at)) {
+        without.append(text, at, half - at);
+        at = half;
+        const char32_t first = NextCodePointOrHalf(text, at);
+        std::size_t behind = at;
+        const char32_t second = at < text.size() ? NextCodePointOrHalf(text, behind) : 0;
+        const bool joined = IsHighHalf(first) && IsLowHalf(second);
+        if (joined)
+            at = behind;
+        AppendUtf8(without, joined ? JoinedHalves(first, second) : ReplacementCharacter);
+    }
+    return without.append(text, at);
 }
 
 void AppendUtf8(std::string& text, char32_t codePoint) {

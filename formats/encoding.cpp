@@ -12,13 +12,6 @@ constexpr std::string_view Mark8 = "\xEF\xBB\xBF";
 constexpr std::string_view Mark16Little = "\xFF\xFE";
 constexpr std::string_view Mark16Big = "\xFE\xFF";
 
-constexpr bool IsHighSurrogate(char32_t unit) {
-    return unit >= 0xD800 && unit <= 0xDBFF;
-}
-constexpr bool IsLowSurrogate(char32_t unit) {
-    return unit >= 0xDC00 && unit <= 0xDFFF;
-}
-
 char32_t UnitAt(std::string_view bytes, std::size_t at, bool bigEndian) {
     const auto first = static_cast<unsigned char>(bytes[at]);
     const auto second = static_cast<unsigned char>(bytes[at + 1]);
@@ -33,16 +26,12 @@ std::string FromUtf16(std::string_view bytes, bool bigEndian) {
     while (at + 1 < bytes.size()) {
         char32_t character = UnitAt(bytes, at, bigEndian);
         at += 2;
-        if (IsHighSurrogate(character)) {
-            const char32_t low = at + 1 < bytes.size() ? UnitAt(bytes, at, bigEndian) : 0;
-            if (IsLowSurrogate(low)) {
-                character = 0x10000 + ((character - 0xD800) << 10) + (low - 0xDC00);
+        if (IsHighHalf(character) && at + 1 < bytes.size()) {
+            const char32_t low = UnitAt(bytes, at, bigEndian);
+            if (IsLowHalf(low)) {
+                character = JoinedHalves(character, low);
                 at += 2;
-            } else {
-                character = ReplacementCharacter;
             }
-        } else if (IsLowSurrogate(character)) {
-            character = ReplacementCharacter;
         }
         AppendUtf8(text, character);
     }
@@ -62,7 +51,7 @@ std::string ToUtf16(std::string_view utf8, bool bigEndian) {
     std::string bytes(bigEndian ? Mark16Big : Mark16Little);
     bytes.reserve(2 * utf8.size() + bytes.size());
     for (std::size_t at = 0; at < utf8.size();) {
-        char32_t character = NextCodePoint(utf8, at);
+        char32_t character = NextCodePointOrHalf(utf8, at);
         if (character == InvalidByte)
             character = ReplacementCharacter;
         if (character >= 0x10000) {
@@ -132,12 +121,13 @@ std::string Encode(std::string utf8, const FileStyle& style, const std::string& 
     case FileStyle::Encoding::Utf16BigEndian:
         return ToUtf16(utf8, true);
     case FileStyle::Encoding::CodePage: {
+        utf8 = WithoutHalves(std::move(utf8));
         std::optional<std::string> bytes =
             CodePage(style.codePage.empty() ? codePage : style.codePage).FromUtf8(utf8);
         if (bytes && (!IsValidUtf8(*bytes) || *bytes == utf8))
             return std::move(*bytes);
-        break;
+        return utf8;
     }
     }
-    return utf8;
+    return WithoutHalves(std::move(utf8));
 }

@@ -2,6 +2,7 @@
 
 #include "base/ascii.h"
 #include "base/runtimeerror.h"
+#include "base/utf8.h"
 #include "model/times.h"
 
 #include <algorithm>
@@ -91,7 +92,7 @@ class Held {
         return false;
     }
     std::int32_t Number() const { return m_number; }
-    std::string Words() const { return WordsOf(m_format, PlainText()); }
+    std::string Words() const { return WithoutHalves(WordsOf(m_format, PlainText())); }
     /// Most texts are the same to the letter or but for their marks, which needs no look at
     /// their words.
     bool HasWordsOf(const Held& other) const {

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace {
 
 using namespace std::string_view_literals;
@@ -95,12 +97,98 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"half a character is no UTF-8", Block("\xE2\x82"), "\xC3\xA2\xE2\x80\x9A",
             Encoding::CodePage, false}));
 
-TEST(FileEncoding, BrokenUtf16GivesReplacementCharacters) {
-    const std::string broken("\x00\xD8\x41\x00\x00\xDC\x3D\xD8", 8);
-    const Loaded loaded = LoadText("x.srt", Utf16(Times, false) + broken + "x");
-    EXPECT_EQ(loaded.titles.Text(1), "\xEF\xBF\xBD"
-                                     "A"
-                                     "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
+/// A block in UTF-16; the text is given in units.
+std::string BlockOfUnits(std::u16string_view text, bool bigEndian) {
+    std::string bytes = Utf16(Times, bigEndian);
+    for (const char16_t unit : text) {
+        const auto high = static_cast<char>(unit >> 8);
+        const auto low = static_cast<char>(unit & 0xFF);
+        bytes += bigEndian ? high : low;
+        bytes += bigEndian ? low : high;
+    }
+    return bytes + Utf16(End, bigEndian).substr(2);
+}
+
+struct Halves {
+    const char* what;
+    std::u16string_view units;
+    /// What a file in UTF-8 gets.
+    std::string utf8;
+};
+
+class HalfCharacters : public testing::TestWithParam<Halves> {};
+
+TEST_P(HalfCharacters, ComeBackInUtf16) {
+    const Halves& row = GetParam();
+    for (const bool bigEndian : {false, true}) {
+        const std::string file = BlockOfUnits(row.units, bigEndian);
+        const Loaded loaded = LoadText("x.srt", file);
+        EXPECT_EQ(loaded.titles.Count(), 1) << row.what;
+        EXPECT_EQ(SavedText("x.srt", loaded.Titles(), loaded.style), file) << row.what;
+    }
+}
+
+TEST_P(HalfCharacters, AreReplacedInOtherEncodings) {
+    const Halves& row = GetParam();
+    const Loaded loaded = LoadText("x.srt", BlockOfUnits(row.units, false));
+    for (const Encoding encoding : {Encoding::Utf8, Encoding::CodePage})
+        EXPECT_EQ(SavedText("x.srt", loaded.Titles(), Style(encoding, false)), Block(row.utf8))
+            << row.what;
+}
+
+constexpr std::string_view Replaced = "\xEF\xBF\xBD";
+
+// A literal of UTF-16 cannot name half a character.
+constexpr char16_t High = 0xD83D;
+constexpr char16_t Low = 0xDE00;
+constexpr std::array Alone{char16_t{u'a'}, High, char16_t{u'x'}};
+constexpr std::array LowAlone{char16_t{u'a'}, Low, char16_t{u'x'}};
+constexpr std::array WrongWayRound{Low, High};
+constexpr std::array BeforeACharacter{High, High, Low};
+constexpr std::array BehindACharacter{High, Low, Low};
+constexpr std::array Ends{char16_t{0xD800}, char16_t{u'a'}, char16_t{0xDBFF}, char16_t{u'b'},
+                          char16_t{0xDC00}, char16_t{u'c'}, char16_t{0xDFFF}};
+constexpr std::array Beside{char16_t{0xD7FF}, High, char16_t{0xE000}};
+
+template <std::size_t Size>
+std::u16string_view Units(const std::array<char16_t, Size>& units) {
+    return {units.data(), Size};
+}
+
+std::string InUtf8(const std::string& before, const std::string& behind) {
+    return before + std::string(Replaced) + behind;
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Rows, HalfCharacters,
+    testing::Values(
+        Halves{"a first half", Units(Alone), InUtf8("a", "x")},
+        Halves{"a second half", Units(LowAlone), InUtf8("a", "x")},
+        Halves{"the wrong way round", Units(WrongWayRound), InUtf8("", std::string(Replaced))},
+        Halves{"before a character", Units(BeforeACharacter), InUtf8("", "\xF0\x9F\x98\x80")},
+        Halves{"behind a character", Units(BehindACharacter), InUtf8("\xF0\x9F\x98\x80", "")},
+        Halves{"first and last ones", Units(Ends),
+               InUtf8("", "a") + InUtf8("", "b") + InUtf8("", "c") + InUtf8("", "")},
+        Halves{"beside their neighbours", Units(Beside), InUtf8("\xED\x9F\xBF", "\xEE\x80\x80")}));
+
+TEST(HalfCharacters, ThatMeetAreOneCharacter) {
+    const std::string met = "a\xED\xA0\xBD\xED\xB8\x80x";
+    constexpr std::array Whole{char16_t{u'a'}, High, Low, char16_t{u'x'}};
+    EXPECT_EQ(SavedText("x.srt", {{1, 2, met}}, Style(Encoding::Utf16BigEndian, true)),
+              BlockOfUnits(Units(Whole), true));
+    EXPECT_EQ(SavedText("x.srt", {{1, 2, met}}), Block("a\xF0\x9F\x98\x80x"));
+}
+
+TEST(HalfCharacters, AreNoUtf8) {
+    const Loaded loaded = LoadText("x.srt", Block("\xED\xA0\x80"));
+    EXPECT_EQ(loaded.style.encoding, Encoding::CodePage);
+    EXPECT_EQ(loaded.titles.Text(1), "\xC3\xAD\xC2\xA0\xE2\x82\xAC");
+}
+
+TEST(FileEncoding, ASingleByteAtTheEndOfUtf16IsReplaced) {
+    const Loaded loaded =
+        LoadText("x.srt", Utf16(Times, false) + Utf16("A", false).substr(2) + "x");
+    EXPECT_EQ(loaded.titles.Text(1), "A\xEF\xBF\xBD");
 }
 
 TEST(FileEncoding, SingleBrokenBytesOfMarkedUtf8AreReadInTheCodePage) {
