@@ -6,6 +6,7 @@
 #include "platform/errorgate.h"
 #include "platform/messageboxes.h"
 #include "platform/settings.h"
+#include "platform/titletext.h"
 #include "platform/twips.h"
 
 #include <QHBoxLayout>
@@ -150,7 +151,7 @@ void frmEdit::GoOnWithLeft() {
     if (!left)
         return;
     if (txtSubt->Whole())
-        txtSubt->setPlainText(QString::fromStdString(left->text));
+        txtSubt->setPlainText(TitleToQt(left->text));
     if (!left->start.empty())
         txtStart->setText(QString::fromStdString(left->start));
     if (!left->duration.empty())
@@ -162,7 +163,7 @@ void frmEdit::KeepTyped() {
                          txtStart->text() != m_loadedStart ||
                          txtDuration->text() != m_loadedDuration;
     if (changed)
-        document().Typing(Draft{m_index, Subt().Text(m_index), txtSubt->Text().toStdString(),
+        document().Typing(Draft{m_index, Subt().Text(m_index), TitleFromQt(txtSubt->Text()),
                                 txtStart->text().toStdString(), txtDuration->text().toStdString()});
     else
         document().Typing(std::nullopt);
@@ -222,7 +223,7 @@ std::optional<frmEdit::Times> frmEdit::AskTimes() {
 void frmEdit::cmdOK_Click() {
     if (m_index == 0)
         return Unload();
-    const std::string typed = txtSubt->Text().toStdString();
+    const std::string typed = TitleFromQt(txtSubt->Text());
     const std::string text = txtSubt->Whole() ? WithClosingMarks(typed) : typed;
     if (text != typed)
         AppendToBox(*txtSubt, QString::fromStdString(text.substr(typed.size())));
@@ -235,7 +236,7 @@ void frmEdit::cmdOK_Click() {
         return ShowMessage(this, QString::fromUtf8(why.data(), static_cast<int>(why.size())));
     if (StoreTitle(Subt(), m_index, text, start, end)) {
         document().SubtitlesChanged = true;
-        List().SetRow(m_index, QString::fromStdString(text), start, RoundTime(end - start));
+        List().SetRow(m_index, TitleToQt(text), start, RoundTime(end - start));
         List().ShowEdited(m_index);
     }
     Unload();

@@ -9,6 +9,7 @@
 #include "platform/commondialogs.h"
 #include "platform/errorgate.h"
 #include "platform/fontscale.h"
+#include "platform/titletext.h"
 #include "platform/twips.h"
 
 #include <QAction>
@@ -307,7 +308,7 @@ QString frmList::RowDuration(std::int32_t row) const {
 }
 
 void frmList::SetRow(std::int32_t row, const QString& text, double start, double duration) {
-    m_rows->SetText(row, text.toStdString());
+    m_rows->SetText(row, TitleFromQt(text));
     m_rows->SetStart(row, start);
     m_rows->SetDuration(row, duration);
     m_rows->Show(row, row);

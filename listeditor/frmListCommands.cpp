@@ -10,6 +10,7 @@
 #include "listeditor/titleview.h"
 #include "model/step.h"
 #include "model/times.h"
+#include "platform/titletext.h"
 
 #include <QItemSelectionModel>
 #include <QScopedValueRollback>
@@ -44,7 +45,7 @@ void frmList::Undo() {
         m_rows->SetColour(index, RowColour::Plain);
     SelectOnly(index);
     ScrollTo(index);
-    SetRow(index, QString::fromStdString(Subt().Text(index)), Subt().StartTime(index),
+    SetRow(index, TitleToQt(Subt().Text(index)), Subt().StartTime(index),
            RoundTime(Subt().EndTime(index) - Subt().StartTime(index)));
 }
 

@@ -10,6 +10,7 @@
 #include "model/times.h"
 #include "platform/errorgate.h"
 #include "platform/messageboxes.h"
+#include "platform/titletext.h"
 
 #include <QItemSelectionModel>
 #include <QKeyEvent>
@@ -154,12 +155,12 @@ void frmList::LV_KeyDown(int keyCode) {
     LV->edit(m_rows->index(row - 1, RowModel::Text));
     auto* editor = LV->findChild<LabelEditor*>();
     if (left && editor != nullptr)
-        editor->setPlainText(QString::fromStdString(left->text));
+        editor->setPlainText(TitleToQt(left->text));
 }
 
 void frmList::LV_Typing(std::int32_t row, const QString& text) {
     const std::string& original = Subt().Text(row);
-    std::string typed = text.toStdString();
+    std::string typed = TitleFromQt(text);
     if (typed == original)
         document().Typing(std::nullopt);
     else
@@ -184,7 +185,7 @@ bool frmList::eventFilter(QObject* watched, QEvent* event) {
 
 void frmList::LV_AfterLabelEdit(std::int32_t row, const QString& newString) {
     const QScopedValueRollback own(m_ownChange, true);
-    const std::string text = BlanksForLoneBreaks(newString.toStdString());
+    const std::string text = BlanksForLoneBreaks(TitleFromQt(newString));
     Subt().Text(row, text);
     m_rows->SetText(row, text);
     ShowEdited(row);

@@ -4,6 +4,7 @@
 #include "base/shorttext.h"
 #include "model/numbers.h"
 #include "model/times.h"
+#include "platform/titletext.h"
 
 #include <QColor>
 
@@ -183,7 +184,7 @@ QString RowModel::CellText(std::int32_t row, Column column) const {
         return {};
     switch (column) {
     case Text:
-        return QString::fromStdString(At(row).text);
+        return TitleToQt(At(row).text);
     case Start:
         return QString::fromStdString(FormatTime(At(row).start));
     case Duration:
@@ -237,7 +238,7 @@ QVariant RowModel::data(const QModelIndex& index, int role) const {
     switch (role) {
     case Qt::DisplayRole:
         if (index.column() == Text)
-            return QString::fromStdString(ShortText(At(row).text)).left(MostShown);
+            return TitleToQt(ShortText(At(row).text)).left(MostShown);
         [[fallthrough]];
     case Qt::EditRole:
         return CellText(row, static_cast<Column>(index.column()));

@@ -2,6 +2,7 @@
 
 #include "model/numbers.h"
 #include "model/times.h"
+#include "platform/titletext.h"
 
 #include <QWidget>
 
@@ -10,7 +11,7 @@ QFont LooseTitle::ListFont() const {
 }
 
 QString LooseTitle::RowText(std::int32_t row) const {
-    return QString::fromStdString(m_document.Subt.Text(row));
+    return TitleToQt(m_document.Subt.Text(row));
 }
 
 QString LooseTitle::RowStart(std::int32_t row) const {

@@ -212,6 +212,29 @@ TEST_F(DialogEditOffTheGrid, OkWithoutAChangeWritesNothing) {
     EXPECT_EQ(host.changes, 0);
 }
 
+TEST_F(DialogEdit, HalfACharacterStays) {
+    const std::string half = "a\xED\xA0\xBD\xC3\xA9\xF0\x9F\x98\x80\xED\xB8\x80x";
+    Open({{1, 3, half}});
+    Edit(1).cmdOK->click();
+    ASSERT_TRUE(Closed());
+    EXPECT_FALSE(document().SubtitlesChanged);
+    EXPECT_EQ(Subt().Text(1), half);
+
+    frmEdit& dialog = Edit(1);
+    PutCaret(dialog, 0);
+    dialog.txtSubt->insertPlainText("typed ");
+    dialog.cmdOK->click();
+    ASSERT_TRUE(Closed());
+    EXPECT_EQ(Subt().Text(1), "typed " + half);
+
+    frmEdit& again = Edit(1);
+    Type(again.txtDuration, "1.5");
+    again.cmdOK->click();
+    ASSERT_TRUE(Closed());
+    EXPECT_EQ(Subt().EndTime(1), 2.5);
+    EXPECT_EQ(Subt().Text(1), "typed " + half);
+}
+
 TEST_F(DialogEditOffTheGrid, BoxesLeftAloneKeepTheTitlesOwnTimes) {
     frmEdit& text = Edit(2);
     text.txtSubt->setPlainText("typed");

@@ -186,6 +186,16 @@ TEST_F(ListMarks, F2NeedsASelectedRow) {
     EXPECT_EQ(List().LV->findChild<QPlainTextEdit*>(), nullptr);
 }
 
+TEST_F(ListMarks, HalfACharacterStaysWhenTheTextIsEditedInPlace) {
+    Open({{1, 3, "a\xED\xA0\xBDx"}});
+    Click(1);
+    QTest::keyClick(List().LV, Qt::Key_F2);
+    QTest::keyClick(&LabelEditor(), Qt::Key_End);
+    QTest::keyClicks(&LabelEditor(), "y");
+    QTest::keyClick(&LabelEditor(), Qt::Key_Return);
+    EXPECT_EQ(Subt().Text(1), "a\xED\xA0\xBDxy");
+}
+
 TEST_F(ListMarks, KeysTypedInPlaceAreNoCommands) {
     Open();
     Click(3);
