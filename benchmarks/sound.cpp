@@ -1,6 +1,7 @@
 // What the map of a film's sound costs, and how right its times are.
-// `quelmar_sound_benchmark [FOLDER]`: the films are made in the folder, or stay there from the
-// last time; without one they are made anew. Needs ffmpeg, for some minutes.
+// `quelmar_sound_benchmark [FOLDER [FILM]]`: the films are made in the folder, or stay there from
+// the last time; without one they are made anew. With FILM ("opus") only the long film of that
+// name is mapped. Needs ffmpeg, for some minutes.
 
 #include "player/mpvengine.h"
 #include "player/mpvpicture.h"
@@ -208,13 +209,15 @@ void PrintColumns(const QString& film) {
     }
 }
 
-void PrintLongFilms(const QString& folder) {
+void PrintLongFilms(const QString& folder, const QString& only) {
     qputenv("QUELMAR_AUDIO", "null");
     std::printf(
         "\nFilms of two hours    first shape  whole map  playing: map  dropped  from the cache"
         "  memory  longest stop\n");
     QString last;
     for (const LongFilm& film : LongFilms) {
+        if (!QString(film.name).startsWith(only))
+            continue;
         const QString path = last = MakeLongFilm(film, folder);
         const Mapped alone = Map(path, true);
         const Mapped again = Map(path, true);
@@ -228,7 +231,8 @@ void PrintLongFilms(const QString& folder) {
                     1000 * LongestStop(path));
         std::fflush(stdout);
     }
-    PrintColumns(last);
+    if (!last.isEmpty())
+        PrintColumns(last);
 }
 
 } // namespace
@@ -240,8 +244,10 @@ int main(int argc, char** argv) {
     const QString folder = argc > 1 ? QString::fromLocal8Bit(argv[1]) : temporary.path();
     qputenv("XDG_CACHE_HOME", (temporary.path() + "/cache").toLocal8Bit());
     try {
-        PrintClicks(temporary.path());
-        PrintLongFilms(folder);
+        const QString only = QCoreApplication::arguments().value(2);
+        if (only.isEmpty())
+            PrintClicks(temporary.path());
+        PrintLongFilms(folder, only);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
         return 1;
