@@ -318,6 +318,8 @@ void frmQuelmar::Open(const QStringList& files) {
                   MessageIcon::Question))
         named.subtitles.clear();
     OpenFiles(named.media, named.subtitles);
+    if (!named.others.isEmpty())
+        ShowMessage(this, LeftOutText(named.others));
 }
 
 void frmQuelmar::OpenFiles(const QString& media, const QString& subtitles) {

@@ -46,7 +46,7 @@ class frmQuelmar : public QWidget, public EditorHost {
     std::int16_t ActionKey = SpaceKey;
 
     /// Opens a film and a subtitle file of these, told apart by what they hold; asks about
-    /// subtitles that lie beside a film.
+    /// subtitles that lie beside a film, and says which files were left out.
     void Open(const QStringList& files);
     /// Is the subtitle file open in another window of the program? Set by whoever knows.
     std::function<bool(const QString& subtitles)> OpenElsewhere;

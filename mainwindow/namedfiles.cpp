@@ -5,6 +5,9 @@
 #include "formats/format.h"
 #include "platform/paths.h"
 
+#include <QFileInfo>
+#include <QObject>
+
 #include <cstring>
 #include <filesystem>
 #include <fstream>
@@ -16,6 +19,8 @@ namespace {
 
 /// A film's beginning holds a NUL long before that.
 constexpr std::size_t Beginning = 65536;
+/// More would make a message that nobody reads.
+constexpr qsizetype MostNames = 4;
 
 bool IsText(std::string_view bytes) {
     const bool marked = bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF");
@@ -64,10 +69,29 @@ NamedFiles TellApart(const QStringList& files) {
         QString& place = HoldsSubtitles(file) ? named.subtitles : named.media;
         if (place.isEmpty())
             place = file;
-        else
+        else if (place != file)
             named.others << file;
     }
+    named.others.removeDuplicates();
     return named;
+}
+
+QString LeftOutText(const QStringList& others) {
+    if (others.isEmpty())
+        return {};
+    QStringList names;
+    for (const QString& other : others.first(qMin(others.size(), MostNames)))
+        names << QObject::tr("“%1”").arg(QFileInfo(other).fileName());
+    QString last = names.constLast();
+    if (others.size() > MostNames)
+        last = QObject::tr("%1 more").arg(others.size() - MostNames);
+    else
+        names.removeLast();
+    const QString all = names.isEmpty()
+                            ? last
+                            : QObject::tr("%1 and %2").arg(names.join(QLatin1String(", ")), last);
+    return QObject::tr("Only one film and one subtitle file are opened at a time: %1 %2 left out.")
+        .arg(all, others.size() == 1 ? QObject::tr("was") : QObject::tr("were"));
 }
 
 QString SubtitlesBeside(const QString& media) {

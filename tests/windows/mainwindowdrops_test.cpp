@@ -60,6 +60,17 @@ TEST_F(MainWindowDrops, AnywhereOnTheWindowOpensBothFiles) {
     }
 }
 
+TEST_F(MainWindowDrops, FilesThatAreLeftOutAreNamed) {
+    WriteFile("other.srt", "1\r\n00:00:01,000 --> 00:00:03,000\r\nother\r\n\r\n");
+    const Modals modals({AnswerMessage("Only one film and one subtitle file are opened at a time: "
+                                       "“other.srt” was left out.",
+                                       QMessageBox::Ok)});
+    DropFiles(The<QWidget>("mpPicture"), {In("film.srt"), In("other.srt"), In("film.avi")});
+    EXPECT_EQ(Subt().Text(1), "first");
+    EXPECT_EQ(Line("txtSRT").text(), In("film.srt"));
+    EXPECT_EQ(player->FileName(), In("film.avi"));
+}
+
 TEST_F(MainWindowDrops, OnTheListEditorToo) {
     OpenTitles();
     Click("cmdEdit");

@@ -64,6 +64,27 @@ TEST_F(NamedFilesTest, OfEachKindTheFirstIsTaken) {
     EXPECT_TRUE(TellApart({}).media.isEmpty());
 }
 
+TEST_F(NamedFilesTest, AFileThatIsNamedTwiceIsLeftOutOnceAtMost) {
+    EXPECT_TRUE(TellApart({"a.srt", "a.avi", "a.srt"}).others.isEmpty());
+    EXPECT_EQ(TellApart({"a.srt", "b.srt", "b.srt"}).others, QStringList{"b.srt"});
+}
+
+TEST(LeftOut, FilesAreNamedAsLongAsTheyAreFew) {
+    const struct {
+        QStringList others;
+        const char* left;
+    } rows[] = {{{"/films/b.srt"}, "“b.srt” was"},
+                {{"b.srt", "c.avi"}, "“b.srt” and “c.avi” were"},
+                {{"%1", "%2.avi"}, "“%1” and “%2.avi” were"},
+                {{"b", "c", "d", "e"}, "“b”, “c”, “d” and “e” were"},
+                {{"b", "c", "d", "e", "f", "g"}, "“b”, “c”, “d”, “e” and 2 more were"}};
+    for (const auto& row : rows)
+        EXPECT_EQ(LeftOutText(row.others).toStdString(),
+                  "Only one film and one subtitle file are opened at a time: " +
+                      std::string(row.left) + " left out.");
+    EXPECT_EQ(LeftOutText({}), "");
+}
+
 #ifdef Q_OS_LINUX
 TEST_F(NamedFilesTest, NamesThatAreNoTextAreToldApartToo) {
     Make("film", film);
