@@ -36,8 +36,9 @@ CommandLine CommandLine::Parse(const QStringList& arguments) {
 
 QString CommandLine::HelpText() {
     return QStringLiteral(
-        "Usage: quelmar [FILM [SUBTITLES]]\n"
-        "Fits the timing of a subtitle file to a film.\n"
+        "Usage: quelmar [FILM] [SUBTITLES]\n"
+        "Fits the timing of a subtitle file to a film. The two files may be named in any\n"
+        "order; they are told apart by what they hold. Any more files are left out.\n"
         "\n"
         "      --recover      show unsaved work that was kept, and restore it\n"
         "      --demo FOLDER  play the sample film, place three titles and save; the\n"
