@@ -38,7 +38,7 @@ const QString MediaFilter =
                    "All Files (*.*)|*.*|"
                    "All films and sound|*.avi;*.mpg;*.mpeg;*.asf;*.wmv;*.mov;*.mp4;*.m4v;*.mkv;"
                    "*.webm;*.ts;*.m2ts;*.mts;*.vob;*.ogm;*.ogv;*.flv;*.3gp;*.wav;*.mp3;*.flac;"
-                   "*.m4a;*.aac;*.opus;*.ogg;*.oga;*.wma");
+                   "*.m4a;*.aac;*.opus;*.ogg;*.oga;*.wma;*.mka");
 
 } // namespace
 

@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <map>
 #include <regex>
 #include <set>
+#include <vector>
 
 namespace {
 
@@ -80,12 +82,59 @@ TEST(FormatTable, IsWhatTheDesktopEntrySays) {
     }
     const std::string entrysTypes = LineOf(entry, "MimeType=");
     EXPECT_TRUE(entrysTypes.starts_with(types)) << entrysTypes;
-    for (const char* film : {"video/x-msvideo", "video/x-matroska", "video/mp4", "audio/flac"})
-        EXPECT_NE(entrysTypes.find(film), std::string::npos) << film;
     const std::string words = LineOf(entry, "Keywords=");
     for (const Format& format : Formats())
         for (const std::string& extension : format.extensions)
             EXPECT_NE(words.find(";" + extension.substr(1) + ";"), std::string::npos) << extension;
+}
+
+/// The film dialog's extensions and the types that desktops give such files.
+TEST(FilmTypes, AreWhatTheDesktopEntrySays) {
+    const std::map<std::string, std::vector<std::string>> types{
+        {"avi", {"video/x-msvideo", "video/vnd.avi"}},
+        {"mpg", {"video/mpeg"}},
+        {"mpeg", {"video/mpeg"}},
+        {"asf", {"application/vnd.ms-asf", "video/x-ms-asf"}},
+        {"wmv", {"video/x-ms-wmv"}},
+        {"mov", {"video/quicktime"}},
+        {"mp4", {"video/mp4"}},
+        {"m4v", {"video/mp4", "video/x-m4v"}},
+        {"mkv", {"video/x-matroska"}},
+        {"webm", {"video/webm"}},
+        {"ts", {"video/mp2t"}},
+        {"m2ts", {"video/mp2t"}},
+        {"mts", {"video/mp2t"}},
+        {"vob", {"video/mpeg"}},
+        {"ogm", {"video/x-ogm+ogg"}},
+        {"ogv", {"video/ogg", "video/x-theora+ogg"}},
+        {"flv", {"video/x-flv"}},
+        {"3gp", {"video/3gpp"}},
+        {"wav", {"audio/x-wav", "audio/vnd.wave"}},
+        {"mp3", {"audio/mpeg"}},
+        {"flac", {"audio/flac"}},
+        {"m4a", {"audio/mp4"}},
+        {"aac", {"audio/aac"}},
+        {"opus", {"audio/x-opus+ogg"}},
+        {"ogg", {"audio/ogg", "audio/x-vorbis+ogg", "audio/x-flac+ogg"}},
+        {"oga", {"audio/ogg"}},
+        {"wma", {"audio/x-ms-wma"}},
+        {"mka", {"audio/x-matroska"}}};
+    const std::string panel = SourceText("mainwindow/filepanel.cpp");
+    const std::size_t from = panel.find("All films and sound|");
+    ASSERT_NE(from, std::string::npos);
+    const std::string offered = panel.substr(from, panel.find(");", from) - from);
+    const std::regex pattern("\\*\\.(\\w+)");
+    std::set<std::string> extensions;
+    for (std::sregex_iterator at(offered.begin(), offered.end(), pattern), end; at != end; ++at)
+        extensions.insert((*at)[1]);
+    const std::string entrysTypes = ";" + LineOf(FileText(DESKTOP_ENTRY), "MimeType=");
+    for (const auto& [extension, named] : types) {
+        EXPECT_EQ(extensions.erase(extension), 1U) << extension;
+        for (const std::string& type : named)
+            EXPECT_NE(entrysTypes.find(";" + type + ";"), std::string::npos) << type;
+    }
+    for (const std::string& extension : extensions)
+        ADD_FAILURE() << extension << " has no type";
 }
 #endif
 
