@@ -146,7 +146,7 @@ int MediaPlayerControl::BarHeight() const {
 void MediaPlayerControl::FitFont() {
     m_bar->setFixedHeight(BarHeight());
     m_bar->layout()->setContentsMargins(Scaled(StripSpace, *this), 0, 6, 0);
-    for (QToolButton* button : {m_play, m_stop, m_mute, m_rate, m_lane}) {
+    for (QToolButton* button : {m_play, m_stop, m_mute, m_rate, m_fit, m_lane}) {
         button->setIconSize(Scaled(QSize(IconSide, IconSide), *this));
         button->setFixedHeight(Scaled(ButtonSide, *this));
         button->setMinimumWidth(Scaled(ButtonSide, *this));

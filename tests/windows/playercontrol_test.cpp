@@ -20,6 +20,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -300,6 +302,26 @@ TEST_F(ControlTest, TheStripHasItsRoomAndNothingOverlaps) {
 QColor At(QWidget& widget, const QPoint& place) {
     const QImage image = widget.grab().toImage();
     return image.pixelColor(place * image.devicePixelRatio());
+}
+
+TEST_F(ControlTest, EveryButtonGrowsWithTheFont) {
+    const auto buttons = control.findChildren<QToolButton*>();
+    ASSERT_GE(buttons.size(), 6);
+    std::vector<std::pair<int, int>> before;
+    for (const QToolButton* button : buttons)
+        before.emplace_back(button->iconSize().height(), button->minimumHeight());
+    QFont large = control.font();
+    large.setPointSizeF(2.5 * large.pointSizeF());
+    control.setFont(large);
+    const QSize side = Part<QToolButton>("mpPlay").iconSize();
+    for (qsizetype i = 0; i < buttons.size(); ++i) {
+        const QToolButton& button = *buttons[i];
+        const auto [icon, height] = before[static_cast<std::size_t>(i)];
+        const std::string name = button.objectName().toStdString();
+        EXPECT_GT(button.iconSize().height(), icon) << name;
+        EXPECT_GT(button.minimumHeight(), height) << name;
+        EXPECT_EQ(button.iconSize(), side) << name;
+    }
 }
 
 TEST_F(ControlTest, TheIconsAreInTheTextsColour) {
