@@ -358,7 +358,6 @@ void frmQuelmar::OpenEditor() {
     m_state.list->winId();
     m_state.list->windowHandle()->setTransientParent(nullptr);
     m_state.list->show();
-    PB2->Marks().ForgetTimes();
     PB2->Marks().ShowTips();
 }
 
@@ -493,9 +492,6 @@ void frmQuelmar::Say(const QString& what) {
 void frmQuelmar::EditButtonsEnabled(bool enabled) {
     PB->EditEnabled(enabled);
     PB2->Marks().Enabled(enabled);
-    // The list editor marks the ends of its list when it opens.
-    if (!enabled)
-        PB2->Marks().ForgetTimes();
     m_actions->Refresh();
 }
 

@@ -90,32 +90,16 @@ void MarkButtons::ShowTips() {
     }
 }
 
-// The list editor marks the ends of its list before it shows; those are nobody's marks.
 void MarkButtons::Document_Change(const Change& change) {
-    const frmList* list = m_state.OpenList();
-    if (change.kind != Change::Kind::Marks || list == nullptr || !list->isVisible())
+    if (change.kind != Change::Kind::Marks)
         return;
-    const auto show = [](QPushButton* button, const QString& name, double& shown, double time) {
-        if (shown != time)
-            ShowTime(button, name, time);
-        shown = time;
+    const Document& document = m_state.document;
+    const auto show = [](QPushButton* button, const QString& name, bool set, double time) {
+        button->setText(set ? QString::fromStdString(FormatTime(time)) : QString());
+        button->setAccessibleName(set ? name + QLatin1Char(' ') + button->text() : name);
     };
-    show(cmdBlue, tr("Blue mark"), m_blue, m_state.document.BlueMark());
-    show(cmdGreen, tr("Green mark"), m_green, m_state.document.GreenMark());
-}
-
-void MarkButtons::ForgetTimes() {
-    m_blue = m_state.document.BlueMark();
-    m_green = m_state.document.GreenMark();
-    cmdBlue->setText({});
-    cmdGreen->setText({});
-    cmdBlue->setAccessibleName(tr("Blue mark"));
-    cmdGreen->setAccessibleName(tr("Green mark"));
-}
-
-void MarkButtons::ShowTime(QPushButton* button, const QString& name, double time) {
-    button->setText(QString::fromStdString(FormatTime(time)));
-    button->setAccessibleName(name + QLatin1Char(' ') + button->text());
+    show(cmdBlue, tr("Blue mark"), document.BlueMarkSet(), document.BlueMark());
+    show(cmdGreen, tr("Green mark"), document.GreenMarkSet(), document.GreenMark());
 }
 
 void MarkButtons::cmdBlue_Click() {

@@ -24,9 +24,22 @@ Document::~Document() {
     Subt.Watch(nullptr);
 }
 
+void Document::BlueMark(double position) {
+    m_blueMark = position;
+    m_blueMarkSet = true;
+    Tell(Change::Kind::Marks, m_marksWait);
+}
+
+void Document::GreenMark(double position) {
+    m_greenMark = position;
+    m_greenMarkSet = true;
+    Tell(Change::Kind::Marks, m_marksWait);
+}
+
 void Document::Marks(double blue, double green) {
     m_blueMark = blue;
     m_greenMark = green;
+    m_blueMarkSet = m_greenMarkSet = false;
     Tell(Change::Kind::Marks, m_marksWait);
 }
 

@@ -55,10 +55,14 @@ class Document : private TitlesWatcher {
 
     /// Two media positions in seconds, the new starts of the marked titles.
     double BlueMark() const { return m_blueMark; }
-    void BlueMark(double position) { Marks(position, m_greenMark); }
+    void BlueMark(double position);
     double GreenMark() const { return m_greenMark; }
-    void GreenMark(double position) { Marks(m_blueMark, position); }
+    void GreenMark(double position);
+    /// Puts both where nobody has set them.
     void Marks(double blue, double green);
+    /// The mark lies where somebody has set it, be it where it was already.
+    bool BlueMarkSet() const { return m_blueMarkSet; }
+    bool GreenMarkSet() const { return m_greenMarkSet; }
 
     /// Another document takes this one's place: its titles follow, best within the same
     /// step. Those who asked for it hear of it while the titles are still the old ones.
@@ -119,6 +123,8 @@ class Document : private TitlesWatcher {
     void Tell(Change::Kind kind, bool& waits);
     double m_blueMark = 0;
     double m_greenMark = 0;
+    bool m_blueMarkSet = false;
+    bool m_greenMarkSet = false;
     std::unique_ptr<Versions> m_earlier;
     /// The title that the series at work has come to; 0 when there is none.
     std::int32_t m_seriesTitle = 0;

@@ -171,6 +171,34 @@ TEST_F(MainWindowActions, MarksThatWereSetShowTheirTimes) {
     EXPECT_EQ(The("cmdGreen").accessibleName(), "Green mark 00:00:12,000");
 }
 
+TEST_F(MainWindowActions, AMarkThatIsSetWhereItWasShowsItsTime) {
+    Click("cmdEdit");
+    player->CurrentPosition(Subt().StartTime(1));
+    Type(*window, QKeySequence("Ctrl+B"));
+    EXPECT_EQ(The("cmdBlue").text(), "00:00:01,000");
+    EXPECT_EQ(The("cmdBlue").accessibleName(), "Blue mark 00:00:01,000");
+    EXPECT_EQ(The("cmdGreen").text(), "") << "that one stays where the program put it";
+    player->CurrentPosition(Subt().StartTime(3));
+    Type(*window, QKeySequence("Ctrl+G"));
+    EXPECT_EQ(The("cmdGreen").text(), "00:00:06,000");
+}
+
+TEST_F(MainWindowActions, AnotherFilesEndsAreNobodysMarks) {
+    WriteFile("other.srt", "1\r\n00:00:02,500 --> 00:00:03,000\r\none\r\n\r\n"
+                           "2\r\n00:00:07,000 --> 00:00:08,000\r\ntwo\r\n\r\n");
+    Click("cmdEdit");
+    Line("txtSRT").setText(In("other.srt"));
+    ASSERT_EQ(window->document().BlueMark(), 2.5);
+    EXPECT_EQ(The("cmdBlue").text(), "");
+    EXPECT_EQ(The("cmdGreen").text(), "");
+    Type(*window, QKeySequence("Ctrl+B"));
+    ASSERT_EQ(The("cmdBlue").text(), "00:01:40,000");
+    OpenTitles();
+    ASSERT_EQ(window->document().BlueMark(), 1);
+    EXPECT_EQ(The("cmdBlue").text(), "") << "it was set in a file that is no longer open";
+    EXPECT_EQ(The("cmdBlue").accessibleName(), "Blue mark");
+}
+
 TEST_F(MainWindowActions, AReopenedListHasMarksOfItsOwn) {
     Click("cmdEdit");
     Type(*window, QKeySequence("Ctrl+B"));
