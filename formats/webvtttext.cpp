@@ -1,6 +1,7 @@
 #include "base/ascii.h"
 #include "base/utf8.h"
 #include "formats/copybut.h"
+#include "formats/entities.h"
 #include "formats/webvtt.h"
 #include "formats/writing.h"
 
@@ -11,16 +12,6 @@
 
 namespace {
 
-struct Entity {
-    std::string_view name;
-    std::string_view character;
-};
-constexpr std::array<Entity, 6> Entities{{{"&amp;", "&"},
-                                          {"&lt;", "<"},
-                                          {"&gt;", ">"},
-                                          {"&nbsp;", "\xC2\xA0"},
-                                          {"&lrm;", "\xE2\x80\x8E"},
-                                          {"&rlm;", "\xE2\x80\x8F"}}};
 constexpr std::array<std::string_view, 8> TagNames{"i", "b", "u", "c", "v", "lang", "ruby", "rt"};
 
 /// "&#233;" or "&#xE9;": its length, 0 when the text does not begin with one.
@@ -42,14 +33,16 @@ std::size_t TakeNumber(std::string_view text, std::string& out) {
     return end + 1;
 }
 
+/// A cue's entity ends with ";"; without one it is text.
 std::size_t TakeEntity(std::string_view text, std::string& out) {
-    for (const Entity& entity : Entities) {
-        if (text.starts_with(entity.name)) {
-            out += entity.character;
-            return entity.name.size();
-        }
-    }
-    return TakeNumber(text, out);
+    if (text.starts_with("&#"))
+        return TakeNumber(text, out);
+    std::size_t end = 0;
+    const std::optional<char32_t> character = ReadEntity(text, end);
+    if (!character || text[end - 1] != ';')
+        return 0;
+    AppendUtf8(out, *character);
+    return end;
 }
 
 constexpr CharacterSet OfCues("&\r\n");

@@ -176,6 +176,9 @@ const Row Rows[] = {
      "<i.x>i</i> <b>b</b> <u>u</u> <c.red.bg_blue>c</c> <lang en>l</lang> "
      "<ruby>r<rt>t</rt></ruby> <font>AT&T &#233;&#xE9; &unknown; a<b a>b\n",
      1},
+    {"entities by their names", "x.vtt",
+     "WEBVTT\n\n00:01.000 --> 00:02.000\n&quot;a&apos;&hellip;&mdash;&eacute; &quot &eacute &x;\n",
+     1},
     {"times within", "x.vtt",
      "WEBVTT\n\n00:01.000 --> 00:05.000\na <00:02.000><c>b</c> <00:00:03.500>c <9>\n", 1},
     {"no text", "x.vtt", "WEBVTT\n\n00:01.000 --> 00:02.000\n\n00:03.000 --> 00:04.000", 2},

@@ -45,6 +45,16 @@ INSTANTIATE_TEST_SUITE_P(
                 "WEBVTT\n\n00:01.000 --> 00:02.000\n<v F&amp;B>&lt;a&gt;&#65;&#x42; &x; "
                 "&lrm;&rlm;&nbsp;</v>\n<i>b</i>\n",
                 {{1, 2, "<v F&B><a>AB &x; \xE2\x80\x8E\xE2\x80\x8F\xC2\xA0</v>\r\n<i>b</i>"}}},
+        ReadRow{
+            "entities by their names",
+            "WEBVTT\n\n00:01.000 --> 00:02.000\n&quot;&apos;&hellip;&ndash;&mdash;&lsquo;&rsquo;"
+            "&ldquo;&rdquo;&eacute;&Eacute;&euro;&frac34;\n",
+            {{1, 2,
+              "\"'\xE2\x80\xA6\xE2\x80\x93\xE2\x80\x94\xE2\x80\x98\xE2\x80\x99\xE2\x80\x9C"
+              "\xE2\x80\x9D\xC3\xA9\xC3\x89\xE2\x82\xAC\xC2\xBE"}}},
+        ReadRow{"names that are none, or do not end",
+                "WEBVTT\n\n00:01.000 --> 00:02.000\n&QUOT;&quot &eacute&hellips;&;&\n",
+                {{1, 2, "&QUOT;&quot &eacute&hellips;&;&"}}},
         ReadRow{"numbers that are no characters",
                 "WEBVTT\n\n00:01.000 --> 00:02.000\n&#;&#0;&#xD800;&#x110000;&#99999999999;&#\n",
                 {{1, 2, "&#;&#0;&#xD800;&#x110000;&#99999999999;&#"}}},
