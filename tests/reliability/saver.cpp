@@ -66,6 +66,10 @@ class Person {
             QTimer::singleShot(0, save, &QAbstractButton::click);
         } else if (auto* box = qobject_cast<QMessageBox*>(modal)) {
             QAbstractButton* answer = box->button(QMessageBox::Yes);
+            // Where the file's state could not be read, it may seem to have changed.
+            for (QAbstractButton* button : box->buttons())
+                if (button->text() == QLatin1String("Save over it"))
+                    answer = button;
             if (answer == nullptr) {
                 m_complained = true;
                 answer = box->button(QMessageBox::Ok);
