@@ -149,9 +149,13 @@ void SubtitleFiles::StartNewFile() {
     document.Style = {};
     document.Subt.Add(FirstSubtitleStart, FirstSubtitleEnd, "First subtitle");
     document.Subt.UndoEnabled(true);
+    OpenedWithoutFile();
+}
+
+void SubtitleFiles::OpenedWithoutFile() {
     emit Opened();
     m_saver.Opened({});
-    document.Saved();
+    m_state.document.Saved();
     emit Mended({});
     emit ReadIn({}, false);
 }
@@ -217,12 +221,8 @@ bool SubtitleFiles::LoadFromFilm(const QString& film) {
         document.BeginOther();
         tracks.Load(static_cast<std::size_t>(*line), m_codePage, document.Subt, document.Style);
     }
-    emit Opened();
-    m_saver.Opened({});
     document.SubtitlesChanged = false;
-    document.Saved();
-    emit Mended({});
-    emit ReadIn({}, false);
+    OpenedWithoutFile();
     return true;
 }
 

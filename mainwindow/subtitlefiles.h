@@ -60,6 +60,8 @@ class SubtitleFiles : public QObject {
     LoadResult LoadDocument(const QString& name, const std::string& codePage);
     bool LoadFromFilm(const QString& film);
     void Offer(const MendOffer& offer);
+    /// The titles are there, and no file holds them yet.
+    void OpenedWithoutFile();
     /// `named`: what the file says of itself.
     double AskFrameRate(std::optional<double> named = {});
     /// The titles as they are now need no question any more.
